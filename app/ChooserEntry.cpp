@@ -1,0 +1,72 @@
+#include "app/ChooserEntry.h"
+
+#include "app/ChooserList.h"
+#include "productdata/ModelData.h"
+#include "productdata/Theme.h"
+#include "ui/mytoolButtonEnter.h"
+
+#include <QLabel>
+
+namespace {
+
+constexpr QSize pictureSize(284, 360);
+constexpr QSize statusSize(32, 32);
+constexpr QSize receiverSize(42, 26);
+
+QString folder() { return Theme::pictureFolder("DialogChange"); }
+
+QLabel *makeLabel(QWidget *page, const QString &name, QPoint place, QSize size)
+{
+    auto *const label = new QLabel(page);
+    label->setObjectName(name);
+    label->setGeometry(QRect(place, size));
+    label->setFocusPolicy(Qt::NoFocus);
+    label->hide();
+    return label;
+}
+
+/** 0 or 1 for the models that have pictures of their own, else -1. */
+int pictureOf(const DeviceAllInfo &device)
+{
+    const bool known = device.ModelIndex < ModelData::deviceTotal();
+    return known && (device.DeviceKind == 1 || device.DeviceKind == 2) ? device.DeviceKind - 1 : -1;
+}
+
+} // namespace
+
+ChooserEntry::ChooserEntry(QWidget *page, int index, int left, QPoint status, QPoint receiver)
+    : picture(new mytoolButtonEnter(page)),
+      offlineLabel(makeLabel(page, QStringLiteral("label%1").arg(index), status, statusSize)),
+      linkLabel(makeLabel(page, QStringLiteral("UsbWifi%1").arg(index), status, statusSize)),
+      receiverLabel(makeLabel(page, QStringLiteral("class%1").arg(index), receiver, receiverSize))
+{
+    picture->setObjectName(QStringLiteral("btn%1").arg(index));
+    picture->setGeometry(QRect(QPoint(left, 0), pictureSize));
+    picture->setFocusPolicy(Qt::NoFocus);
+    picture->lower();
+    offlineLabel->setPixmap(QPixmap(folder() + QStringLiteral("OffLine.png")));
+}
+
+void ChooserEntry::setOfflineTip(const QString &tip) { offlineLabel->setToolTip(tip); }
+
+void ChooserEntry::show(const DeviceAllInfo &device)
+{
+    const int model = pictureOf(device);
+    const bool known = device.ModelIndex < ModelData::deviceTotal();
+    const bool offline = known && !device.Online;
+    QString name = QStringLiteral("Unknow.png");
+    if (model >= 0)
+        name = (offline ? QStringLiteral("DisOnlin%1.png") : QStringLiteral("OnLine%1.png")).arg(model);
+    picture->setStyleSheet(QStringLiteral("QToolButton{border:0px;background-position:center;"
+                                          "background-repeat:no-repeat;background-image: url(%1%2);}")
+                               .arg(folder(), name));
+    linkLabel->setPixmap(
+        QPixmap(folder() + (device.IsCorded ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png"))));
+    linkLabel->setVisible(!offline);
+    offlineLabel->setVisible(offline);
+
+    const int kilohertz = ChooserList::receiverKilohertz(device);
+    if (kilohertz != 0)
+        receiverLabel->setPixmap(QPixmap(folder() + QStringLiteral("%1KHz.png").arg(kilohertz)));
+    receiverLabel->setVisible(kilohertz != 0);
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QPoint>
+#include <QString>
+
+class QLabel;
+class QWidget;
+class mytoolButtonEnter;
+struct DeviceAllInfo;
+
+/** The widgets of one device on the chooser: its picture, how it is connected, and the rate of its receiver. */
+class ChooserEntry
+{
+public:
+    /** Makes the widgets on `page`; `index` is that of the device in the list, `left` the picture's x. */
+    ChooserEntry(QWidget *page, int index, int left, QPoint status, QPoint receiver);
+
+    /** Shows the device as it is now. */
+    void show(const DeviceAllInfo &device);
+    void setOfflineTip(const QString &tip);
+
+    mytoolButtonEnter *button() const { return picture; }
+
+private:
+    mytoolButtonEnter *picture;
+    QLabel *offlineLabel;  ///< shown while the mouse doesn't answer
+    QLabel *linkLabel;     ///< cable or receiver
+    QLabel *receiverLabel; ///< rate of the receiver
+};

@@ -1,0 +1,334 @@
+#include "app/DialogChange.h"
+
+#include "app/ChooserList.h"
+#include "app/LanguageList.h"
+#include "app/PostMsg.h"
+#include "app/Wait.h"
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceIdentity.h"
+#include "devicelink/Worker.h"
+#include "portwire/portwire.h"
+#include "productdata/LanguageFile.h"
+#include "productdata/ModelData.h"
+#include "productdata/Theme.h"
+#include "productdata/UserSettings.h"
+#include "ui/QuestiondialogB.h"
+#include "ui/mytoolButtonEnter.h"
+#include "ui_DialogChange.h"
+
+#include <QDebug>
+#include <QListView>
+#include <QTimer>
+
+#include <array>
+
+namespace {
+
+/** Quiet time of the bus before a scan, in ms: a receiver shows up as several interfaces, one after the other. */
+constexpr int quietTime = 600;
+constexpr int entriesPerPage = 3;
+/** The thread gets this start over the page change, in ms. */
+constexpr int workerStart = 150;
+
+struct Place
+{
+    int left;
+    QPoint status;
+    QPoint receiver;
+};
+
+/** Where the entries of a page with one, two or three of them stand. */
+constexpr std::array<std::array<Place, entriesPerPage>, entriesPerPage> places = {{
+    {{{305, {530, 20}, {312, 10}}, {}, {}}},
+    {{{135, {360, 20}, {142, 10}}, {445, {665, 20}, {452, 10}}, {}}},
+    {{{0, {225, 20}, {7, 10}}, {300, {525, 20}, {307, 10}}, {600, {825, 20}, {607, 10}}}},
+}};
+
+DialogChange *theChooser = nullptr; // GUI thread only; a library callback has no object
+
+} // namespace
+
+DialogChange::DialogChange(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::DialogChange>())
+{
+    theChooser = this;
+    ui->setupUi(this);
+    setUpTheme();
+    ui->LeftButton->hide();
+    ui->RightButton->hide();
+    ui->Repair->setVisible(!ModelData::updateFailInfo().isEmpty());
+    hintText = ui->label_2->text();
+    fillLanguageList(*ui->comboBox);
+
+    connect(postMsg(), &PostMsg::SigLanguageSameA, this, &DialogChange::SlotSameLanguageA);
+    connect(postMsg(), &PostMsg::SigUpDateButton, this, &DialogChange::SlotUpDateButton);
+    connect(postMsg(), &PostMsg::SigEnterKey, this, &DialogChange::SlotEnterKey);
+    connect(postMsg(), &PostMsg::SigChangeLanguage, this, &DialogChange::ChangeDialogLanguage);
+    ChangeDialogLanguage(UserSettings::instance()->language());
+    startScanning();
+}
+
+DialogChange::~DialogChange() { theChooser = nullptr; }
+
+void DialogChange::setUpTheme()
+{
+    const QString folder = Theme::pictureFolder("DialogChange");
+    ui->frameChange->setStyleSheet(
+        Theme::frameBackground(folder, QStringLiteral("frameChange"), QStringLiteral("BackGround.png")));
+    const auto threePictures = [&folder](QToolButton *button, const char *name) {
+        const QString base = QLatin1String(name);
+        button->setStyleSheet(Theme::toolButton(folder, base + QStringLiteral(".png"),
+                                                base + QStringLiteral("Hover.png"),
+                                                base + QStringLiteral("Click.png")));
+    };
+    threePictures(ui->CloseButton, "Close");
+    threePictures(ui->MinButton, "Min");
+    threePictures(ui->LeftButton, "Left");
+    threePictures(ui->RightButton, "Right");
+    threePictures(ui->Repair, "Repair");
+    ui->label_2->setStyleSheet(Theme::namedLabel(QStringLiteral("label_2")));
+    ui->label_3->setStyleSheet(Theme::namedLabel(QStringLiteral("label_3")));
+    const QFont hintFont(QStringLiteral("微软雅黑"), 14);
+    ui->label_2->setFont(hintFont);
+    ui->label_3->setFont(hintFont);
+
+    auto *const list = new QListView(ui->comboBox);
+    ui->comboBox->setView(list);
+    ui->comboBox->setStyleSheet(Theme::comboBox(folder));
+    list->setStyleSheet(Theme::comboBoxList());
+}
+
+void DialogChange::startScanning()
+{
+    StartUsbChanged(
+        [] {
+            if (theChooser)
+                theChooser->scan();
+        },
+        Wait::scaled(quietTime));
+}
+
+// Scan and rebuild ---------------------------------------------------------------------------------------------------
+
+void DialogChange::scan()
+{
+    showHint();
+    ChooserList::scan();
+    rebuild();
+}
+
+void DialogChange::showHint()
+{
+    const bool repair = !ModelData::updateFailInfo().isEmpty();
+    ui->Repair->setVisible(repair);
+    ui->label_2->setText(repair && !repairText.isEmpty() ? repairText : hintText);
+}
+
+void DialogChange::clearEntries()
+{
+    entries.clear();
+    while (QWidget *const page = ui->stackedWidget->widget(0)) {
+        ui->stackedWidget->removeWidget(page);
+        // A scan can run inside an event of one of these buttons, while a prompt of it serves the event loop.
+        page->hide();
+        page->deleteLater();
+    }
+}
+
+void DialogChange::rebuild()
+{
+    clearEntries();
+    DuplicateDevices = false;
+    ui->LeftButton->hide();
+    ui->RightButton->hide();
+    QList<DeviceAllInfo> &devices = ChooserList::devices();
+    const bool empty = devices.isEmpty();
+    for (DeviceAllInfo &device : devices)
+        refreshOnline(device);
+    DuplicateDevices = ChooserList::hasDuplicates(devices);
+    const bool nothingToClick = empty || DuplicateDevices;
+    ui->label_2->setVisible(nothingToClick);
+    ui->label_3->setVisible(!nothingToClick);
+    if (DuplicateDevices)
+        QTimer::singleShot(0, this, &DialogChange::tellDuplicates);
+    else
+        closeDuplicatesNotice();
+    if (nothingToClick)
+        return;
+    ChooserList::hideReceivers(devices);
+    addPages();
+}
+
+void DialogChange::addPages()
+{
+    const int count = ChooserList::devices().size();
+    for (int first = 0; first < count; first += entriesPerPage) {
+        auto *const page = new QWidget;
+        const int onPage = qMin(entriesPerPage, count - first);
+        for (int slot = 0; slot < onPage; ++slot) {
+            const Place &place = places[static_cast<std::size_t>(onPage - 1)][static_cast<std::size_t>(slot)];
+            entries.emplace_back(page, first + slot, place.left, place.status, place.receiver);
+            mytoolButtonEnter *const button = entries.back().button();
+            button->setShowDevice([this](int index) { showEntry(index); });
+            connect(button, &QToolButton::clicked, this, &DialogChange::slotButtonClicked);
+        }
+        ui->stackedWidget->addWidget(page);
+    }
+    ui->stackedWidget->setCurrentIndex(0);
+    ui->RightButton->setVisible(count > entriesPerPage);
+    for (int index = 0; index < count; ++index)
+        showEntry(index);
+}
+
+void DialogChange::showEntry(int index)
+{
+    QList<DeviceAllInfo> &devices = ChooserList::devices();
+    if (index < 0 || index >= devices.size() || index >= static_cast<int>(entries.size()))
+        return;
+    DeviceAllInfo &device = devices[index];
+    identifyDevice(device);
+    refreshOnline(device);
+    ChooserEntry &entry = entries[static_cast<std::size_t>(index)];
+    entry.show(device);
+    entry.setOfflineTip(offlineTip1 + QLatin1Char('\n') + offlineTip2);
+}
+
+// Devices that can't be told apart
+// -------------------------------------------------------------------------------------
+
+/**
+ * Runs apart from the scan: a scan that stood in a prompt would not be called again, and could not see the cause go.
+ * And the first scan runs before there is a window to stand over; showEvent comes back to it.
+ */
+void DialogChange::tellDuplicates()
+{
+    if (!DuplicateDevices || duplicatesNotice || !isVisible())
+        return;
+    QuestiondialogB notice;
+    duplicatesNotice = &notice;
+    notice.centreOn(this);
+    notice.exec();
+    duplicatesNotice = nullptr;
+}
+
+void DialogChange::closeDuplicatesNotice()
+{
+    if (duplicatesNotice)
+        duplicatesNotice->close();
+}
+
+void DialogChange::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    QTimer::singleShot(0, this, &DialogChange::tellDuplicates);
+}
+
+// Paging -------------------------------------------------------------------------------------------------------------
+
+void DialogChange::on_RightButton_clicked()
+{
+    ui->label_2->hide();
+    ui->label_3->show();
+    const int current = ui->stackedWidget->currentIndex();
+    if (current == ui->stackedWidget->count() - 2) {
+        ui->RightButton->hide();
+        ui->LeftButton->show();
+    }
+    ui->stackedWidget->setCurrentIndex(current + 1);
+}
+
+void DialogChange::on_LeftButton_clicked()
+{
+    ui->label_2->hide();
+    ui->label_3->show();
+    const int current = ui->stackedWidget->currentIndex();
+    if (current == 1) {
+        ui->LeftButton->hide();
+        ui->RightButton->show();
+    }
+    ui->stackedWidget->setCurrentIndex(current - 1);
+}
+
+// Opening a device ---------------------------------------------------------------------------------------------------
+
+void DialogChange::slotButtonClicked()
+{
+    bool isNumber = false;
+    const int index = sender() ? sender()->objectName().remove(QStringLiteral("btn")).toInt(&isNumber) : -1;
+    if (isNumber)
+        openEntry(index);
+}
+
+void DialogChange::openEntry(int index)
+{
+    // A second click may already lie in the queue when the first one has opened the device.
+    if (index < 0 || index >= ChooserList::devices().size() || DeviceWindowOpen)
+        return;
+    const DeviceAllInfo device = ChooserList::devices().at(index);
+    postMsg()->post(&PostMsg::SigSetver, 6);
+    if (device.ModelIndex >= ModelData::deviceTotal()) {
+        qWarning() << "a device of an unknown model was clicked:" << device.Path;
+        return;
+    }
+    if (device.DeviceKind == 1 || device.DeviceKind == 2)
+        postMsg()->post(&PostMsg::SigMouseIndex, device.DeviceKind - 1);
+    postMsg()->post(&PostMsg::SigSelectMouseInfo, device);
+    ReceiverRate = receiverRateOf(device.ReceiverClass);
+    // No firmware images are shipped beside this build, so no newer one can be offered.
+    postMsg()->post(&PostMsg::SigLabelTextB, device.UsbVersion, QString());
+    postMsg()->post(&PostMsg::SigChangeMainDialog, 1);
+    Wait::standing(workerStart);
+    DeviceWindowOpen = true;
+    requestConnect();
+}
+
+void DialogChange::SlotEnterKey()
+{
+    if (ui->Repair->isVisible())
+        on_Repair_clicked();
+}
+
+void DialogChange::on_Repair_clicked()
+{
+    qWarning() << "a firmware update has not finished:" << ModelData::updateFailInfo();
+}
+
+void DialogChange::SlotUpDateButton(bool IsHide)
+{
+    ui->Repair->setVisible(!IsHide);
+    ui->label_2->setText(IsHide ? hintText : repairText);
+}
+
+// Window and language ------------------------------------------------------------------------------------------------
+
+void DialogChange::on_MinButton_clicked() { postMsg()->post(&PostMsg::SigChangeSize, 2); }
+
+void DialogChange::on_CloseButton_clicked() { postMsg()->post(&PostMsg::SigChangeSize, 3); }
+
+void DialogChange::on_comboBox_activated(int index)
+{
+    UserSettings::instance()->setLanguage(index);
+    postMsg()->post(&PostMsg::SigChangeLanguage, index);
+    postMsg()->post(&PostMsg::SigLanguageSameB, index);
+}
+
+void DialogChange::SlotSameLanguageA(int index) { ui->comboBox->setCurrentIndex(index); }
+
+void DialogChange::ChangeDialogLanguage(int index)
+{
+    LanguageFile::readSection(index, QStringLiteral("DialogChange"),
+                              [this](const QString &element, const QString &text) {
+                                  if (element == QLatin1String("label_2"))
+                                      hintText = text;
+                                  else if (element == QLatin1String("label_3"))
+                                      ui->label_3->setText(text);
+                                  else if (element == QLatin1String("OfflineTips1"))
+                                      offlineTip1 = text;
+                                  else if (element == QLatin1String("OfflineTips2"))
+                                      offlineTip2 = text;
+                                  else if (element == QLatin1String("RepairDevice"))
+                                      repairText = text;
+                              });
+    showHint();
+    for (ChooserEntry &entry : entries)
+        entry.setOfflineTip(offlineTip1 + QLatin1Char('\n') + offlineTip2);
+}

@@ -1,0 +1,224 @@
+#include "app/DialogMain.h"
+
+#include "app/Dialog.h"
+#include "app/DialogChange.h"
+#include "app/Ending.h"
+#include "app/PostMsg.h"
+#include "app/Wait.h"
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceWatch.h"
+#include "devicelink/Dispatcher.h"
+#include "platform/Registry.h"
+#include "portwire/portwire.h"
+#include "productdata/LanguageFile.h"
+#include "productdata/ModelData.h"
+#include "productdata/Theme.h"
+#include "productdata/UserSettings.h"
+#include "ui/MouseOffLine.h"
+#include "ui_DialogMain.h"
+
+#include <QCloseEvent>
+#include <QCursor>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+
+namespace {
+
+constexpr int chooserPage = 0;
+constexpr int devicePage = 1;
+/** Quiet time of the bus before the device watch looks, in ms. */
+constexpr int quietTime = 600;
+constexpr QPoint promptOffset(0, -20);
+
+} // namespace
+
+DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui::DialogMain>())
+{
+    ui->setupUi(this);
+    connect(postMsg(), &PostMsg::SigChangeLanguage, this, &DialogMain::SlotChangeLanguage);
+    takeInstallersLanguage();
+    chooser = new DialogChange;
+    deviceWindow = new Dialog;
+    ui->stackedWidget->addWidget(chooser);
+    ui->stackedWidget->addWidget(deviceWindow);
+    ui->stackedWidget->setCurrentIndex(chooserPage);
+    setWindowFlags(Qt::FramelessWindowHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint);
+    setFixedSize(size());
+
+    connect(postMsg(), &PostMsg::SigChangeMainDialog, this, &DialogMain::SlotChangeMainDialog);
+    connect(postMsg(), &PostMsg::SigChangeSize, this, &DialogMain::SlotChangeSize);
+    connect(postMsg(), &PostMsg::SigMouseOffLineo, this, &DialogMain::SlotMouseOffLine);
+    connect(postMsg(), &PostMsg::SigUpPageLight, this, &DialogMain::SlotUpPageLight);
+
+    const QIcon logo(Theme::pictureFolder("Dialog") + QStringLiteral("Logo.png"));
+    setWindowIcon(logo);
+    tray = std::make_unique<QSystemTrayIcon>();
+    tray->setIcon(logo);
+    tray->setToolTip(QStringLiteral("Halvarion"));
+    connect(tray.get(), &QSystemTrayIcon::activated, this, &DialogMain::on_activatedSysTrayIcon);
+    SlotChangeLanguage(UserSettings::instance()->language());
+}
+
+DialogMain::~DialogMain() = default;
+
+/** The installer asked for a language once; from then on the choice is the user's. */
+void DialogMain::takeInstallersLanguage()
+{
+    const QString left = QString::fromStdString(platform::registryText(ModelData::installerKey, "LanguageIndex"));
+    if (left.toInt() != 0)
+        UserSettings::instance()->setLanguage(left.toInt());
+    platform::removeRegistryValue(ModelData::installerKey, "LanguageIndex");
+}
+
+void DialogMain::SlotChangeMainDialog(int index)
+{
+    DeviceWritesEnabled = true;
+    if (index == chooserPage) {
+        ui->stackedWidget->setCurrentIndex(chooserPage);
+        DeviceWindowOpen = false;
+        postMsg()->post(&PostMsg::SigMainPageChange);
+        endReportLink();
+        postMsg()->post(&PostMsg::SigCloseProgress);
+        postMsg()->post(&PostMsg::SigSecondPageChange);
+        // The device that was offline isn't shown any more; its prompt would stand over the chooser.
+        postMsg()->post(&PostMsg::SigCloseOffOnline);
+        DialogChange::startScanning();
+    } else if (index == devicePage) {
+        ui->stackedWidget->setCurrentIndex(devicePage);
+        StartUsbChanged(deviceWatch, Wait::scaled(quietTime));
+    }
+}
+
+void DialogMain::SlotUpPageLight() {}
+
+// Tray and exit ------------------------------------------------------------------------------------------------------
+
+void DialogMain::SlotChangeSize(int index)
+{
+    const bool fromDevice = index == 0 || index == 1;
+    if (fromDevice)
+        UsbServer_SetPCDriverStatus(0);
+    if (index == 0 || index == 2)
+        toTray();
+    else if (index == 1 || index == 3)
+        leave();
+}
+
+void DialogMain::toTray()
+{
+    if (!QSystemTrayIcon::isSystemTrayAvailable()) {
+        showMinimized(); // without a tray a hidden window would be lost
+        return;
+    }
+    hide();
+    // Made anew at each trip: the texts are those of the present language.
+    trayMenu = std::make_unique<QMenu>();
+    trayMenu->addAction(mainText, this, &DialogMain::slotActionMain);
+    trayMenu->addSeparator();
+    trayMenu->addAction(exitText, this, &DialogMain::slotActionExitApp);
+    tray->setContextMenu(trayMenu.get());
+    tray->show();
+}
+
+void DialogMain::fromTray()
+{
+    showNormal();
+    raise();
+    activateWindow();
+    tray->hide();
+}
+
+void DialogMain::on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reason)
+{
+    switch (reason) {
+    case QSystemTrayIcon::Context:
+        if (trayMenu)
+            trayMenu->popup(QCursor::pos());
+        break;
+    case QSystemTrayIcon::DoubleClick:
+        fromTray();
+        break;
+    case QSystemTrayIcon::Trigger:
+        slotActionMain();
+        break;
+    default:
+        break;
+    }
+}
+
+void DialogMain::slotActionMain()
+{
+    fromTray();
+    if (ui->stackedWidget->currentIndex() == devicePage)
+        UsbServer_SetPCDriverStatus(1);
+}
+
+/** Takes the orderly way out as well: ending in the middle of a report would be an accident that waits to happen. */
+void DialogMain::slotActionExitApp() { leave(); }
+
+void DialogMain::leave() { Ending::begin(this); }
+
+/** The desktop's own way to close a window (its menu, a logout) is an exit like any other. */
+void DialogMain::closeEvent(QCloseEvent *event)
+{
+    QDialog::closeEvent(event);
+    if (!Wait::isEnding())
+        leave();
+}
+
+// Prompts ------------------------------------------------------------------------------------------------------------
+
+void DialogMain::SlotMouseOffLine(int index)
+{
+    OfflineWaiting = true;
+    ReconnectRequested = true;
+    if (offlinePrompt || Wait::isEnding())
+        return; // one is enough, whoever noticed it second
+    MouseOffLine::setPromptIndex(index);
+    MouseOffLine prompt;
+    offlinePrompt = &prompt;
+    prompt.centreOn(this, promptOffset);
+    prompt.exec();
+    offlinePrompt = nullptr;
+}
+
+void DialogMain::SlotChangeLanguage(int index)
+{
+    LanguageFile::readSection(index, QStringLiteral("DialogMain"), [this](const QString &element, const QString &text) {
+        if (element == QLatin1String("MainForm"))
+            mainText = text;
+        else if (element == QLatin1String("Exit"))
+            exitText = text;
+    });
+}
+
+// Keys and drag ------------------------------------------------------------------------------------------------------
+
+void DialogMain::keyPressEvent(QKeyEvent *event)
+{
+    if (MacroRecording)
+        return; // a recording gets all keys
+    switch (event->key()) {
+    case Qt::Key_Space:  // nothing in the window may be triggered by it
+    case Qt::Key_Escape: // would close the dialog that this window is
+    case Qt::Key_F12:
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        postMsg()->post(&PostMsg::SigEnterKey);
+        break;
+    default:
+        QWidget::keyPressEvent(event); // not QDialog's, which knows keys of its own
+    }
+}
+
+void DialogMain::mousePressEvent(QMouseEvent *event) { dragOffset = event->globalPos() - pos(); }
+
+void DialogMain::mouseMoveEvent(QMouseEvent *event)
+{
+    if ((event->buttons() & Qt::LeftButton) && !isMaximized() && !dragOffset.isNull())
+        move(event->globalPos() - dragOffset);
+}
+
+void DialogMain::mouseReleaseEvent(QMouseEvent *) { dragOffset = {}; }

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QDialog>
+#include <QPoint>
+#include <QString>
+#include <QSystemTrayIcon>
+
+#include <memory>
+
+namespace Ui {
+class DialogMain;
+}
+class Dialog;
+class DialogChange;
+class MouseOffLine;
+class QMenu;
+
+/**
+ * The one top-level window: the chooser and the device window in a stack, the tray icon, the keys of the whole program
+ * and the way out.
+ */
+class DialogMain : public QDialog
+{
+    Q_OBJECT
+public:
+    explicit DialogMain(QWidget *parent = nullptr);
+    ~DialogMain() override;
+
+public Q_SLOTS:
+    void SlotChangeMainDialog(int index);
+    void SlotChangeSize(int index);
+    void SlotMouseOffLine(int index);
+    void SlotUpPageLight();
+    void on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reason);
+    void slotActionMain();
+    void slotActionExitApp();
+    void SlotChangeLanguage(int index);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void takeInstallersLanguage();
+    void toTray();
+    void fromTray();
+    void leave();
+
+    std::unique_ptr<Ui::DialogMain> ui;
+    DialogChange *chooser = nullptr;
+    Dialog *deviceWindow = nullptr;
+    std::unique_ptr<QSystemTrayIcon> tray; ///< made last, so that it leaves the desktop first
+    std::unique_ptr<QMenu> trayMenu;
+    MouseOffLine *offlinePrompt = nullptr; ///< while it is open; lives on the stack of its exec
+    QString mainText;
+    QString exitText;
+    QPoint dragOffset; ///< from the window's place to the mouse at the press; (0, 0) means no drag
+};

@@ -1,0 +1,50 @@
+#include "app/Ending.h"
+
+#include "app/Wait.h"
+#include "devicelink/Dispatcher.h"
+#include "devicelink/Worker.h"
+#include "portwire/portwire.h"
+
+#include <QApplication>
+#include <QWidget>
+
+namespace {
+
+bool begun = false; // GUI thread only
+
+/** Time for reports under way to reach the pages, in ms. */
+constexpr int graceTime = 200;
+
+template<typename Busy>
+void serveWhile(Busy busy)
+{
+    while (busy())
+        Wait::turn(1);
+}
+
+} // namespace
+
+void Ending::begin(QWidget *window)
+{
+    if (begun)
+        return;
+    begun = true;
+    StopUsbChanged();
+    Wait::serving(graceTime);
+    endReportLink();
+    Wait::setEnding(true);
+    if (window)
+        window->close();
+    QCoreApplication::quit();
+}
+
+void Ending::finish(QWidget *window)
+{
+    Wait::setEnding(true);
+    StopUsbChanged();
+    serveWhile(isConnecting);
+    endReportLink();
+    serveWhile(isDispatching);
+    delete window;
+    begun = false;
+}

@@ -1,0 +1,71 @@
+#include "devicelink/DeviceWatch.h"
+
+#include "app/PostMsg.h"
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceIdentity.h"
+#include "devicelink/DeviceScan.h"
+#include "devicelink/SelectedDevice.h"
+#include "devicelink/Worker.h"
+#include "portwire/portwire.h"
+
+namespace {
+
+/** The mouse that is in use on a receiver, now on its cable: the two show the same address. */
+bool isSelectedMouseOnCable(const DeviceAllInfo &entry, const DeviceAllInfo &selected)
+{
+    return !selected.Path.isEmpty() && !selected.IsCorded && entry.ModelIndex == selected.ModelIndex &&
+           entry.IsCorded && entry.Online && entry.UsbAddress == selected.UsbAddress;
+}
+
+void switchTo(const DeviceAllInfo &entry)
+{
+    const QByteArray path = entry.Path.toUtf8();
+    if (UsbFinderC_GetDeviceOnLine(path.constData())) {
+        SelectInfo().set(entry);
+        DevicePath().set(path);
+    }
+    requestConnect();
+}
+
+/** With the mouse on its cable, the version that could be newer is that of its receiver, when that is on the bus. */
+void tellReceiverVersion(const QList<DeviceAllInfo> &list)
+{
+    QString version;
+    if (list.size() == 2) {
+        for (const DeviceAllInfo &entry : list) {
+            if (entry.HasUsbAddress && !entry.IsCorded)
+                version = entry.UsbVersion;
+        }
+    }
+    // The second text says that a newer receiver firmware lies at hand; no image folder is shipped with this build.
+    postMsg()->post(&PostMsg::SigLabelTextB, version, QString());
+}
+
+} // namespace
+
+void deviceWatch()
+{
+    postMsg()->post(&PostMsg::SigSetver, 4);
+    const QList<DeviceAllInfo> list = scanDevices();
+    if (list.isEmpty()) {
+        if (HotplugWatchEnabled) {
+            SelectInfo().set({});
+            postMsg()->post(&PostMsg::SigChangeMainDialog, 0);
+        }
+        return;
+    }
+    int others = 0;
+    for (const DeviceAllInfo &entry : list) {
+        if (isSelectedMouseOnCable(entry, SelectInfo().get()))
+            switchTo(entry);
+        const QString selectedPath = SelectInfo().get().Path;
+        if (!selectedPath.isEmpty() && entry.Path != selectedPath)
+            ++others;
+    }
+    if (others == list.size() && HotplugWatchEnabled) {
+        postMsg()->post(&PostMsg::SigChangeMainDialog, 0);
+        return; // the chooser scans anew; nothing here is shown any more
+    }
+    if (SelectInfo().get().IsCorded)
+        tellReceiverVersion(list);
+}

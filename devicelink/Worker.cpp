@@ -1,0 +1,187 @@
+#include "devicelink/Worker.h"
+
+#include "app/PostMsg.h"
+#include "app/Wait.h"
+#include "devicelink/DeviceCache.h"
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/Dispatcher.h"
+#include "devicelink/SelectedDevice.h"
+#include "portwire/portwire.h"
+#include "productdata/ConfigStore.h"
+
+#include <QDebug>
+
+namespace {
+
+/** How often a sleeping mouse is asked, in ms. */
+constexpr int checkInterval = 1300;
+constexpr int batteryTableSize = 21;
+
+Worker *theWorker = nullptr; // GUI thread only
+
+bool isOnline(const QByteArray &path) { return UsbFinderC_GetDeviceOnLine(path.constData()) != 0; }
+
+} // namespace
+
+Worker::Worker(QObject *parent) : QThread(parent)
+{
+    theWorker = this;
+    ConnectPending = true;
+    statusGate().start();
+    ShowBatteryValue = ConfigStore::instance()->number(QStringLiteral("Option"), QStringLiteral("ShowBatteryValue"));
+
+    checkTimer.setInterval(Wait::scaled(checkInterval));
+    connect(&checkTimer, &QTimer::timeout, this, &Worker::SlotCheckOnline);
+    checkTimer.start();
+    connect(this, &QThread::finished, this, &Worker::startAgainIfRequested);
+    connect(postMsg(), &PostMsg::SigSelectMouseInfo, this, &Worker::SlotSelectMouseInfo);
+    connect(postMsg(), &PostMsg::SigMainPageChange, this, &Worker::SlotMainPageChange);
+}
+
+Worker::~Worker()
+{
+    ConnectPending = false;
+    checkTimer.stop();
+    disconnect(this, &QThread::finished, this, nullptr);
+    // The pass may stand in a blocking signal to a page, and then only this thread can let it go.
+    while (!wait(1))
+        Wait::turn(1);
+    theWorker = nullptr;
+}
+
+void Worker::request()
+{
+    ++requests;
+    ConnectPending = true;
+    start();
+}
+
+void Worker::startAgainIfRequested()
+{
+    if (requests == served || isRunning() || Wait::isEnding())
+        return;
+    ConnectPending = true;
+    start();
+}
+
+void Worker::setPolling(bool on)
+{
+    if (on)
+        checkTimer.start();
+    else
+        checkTimer.stop();
+}
+
+void Worker::SlotSelectMouseInfo(DeviceAllInfo selected)
+{
+    LoadFileName().set(deviceCacheName(selected.Cid, selected.DeviceKind));
+    // A record that arrived for the device before must not be saved as this one's.
+    SaveFileName().set({});
+    SelectInfo().set(selected);
+    DevicePath().set(selected.Path.toUtf8());
+    isNewSelection = true;
+}
+
+void Worker::SlotMainPageChange() { PreviousOnline = false; }
+
+void Worker::SlotCheckOnline()
+{
+    if (OfflineWaiting) {
+        if (!DeviceWindowOpen) {
+            if (SelectInfo().get().ReceiverClass != 0)
+                OfflineWaiting = false;
+        } else if (HotplugWatchEnabled) {
+            DeviceOnline = isOnline(DevicePath().get());
+            PreviousOnline = false;
+            if (!DeviceOnline)
+                return;
+            postMsg()->post(&PostMsg::SigCloseOffOnline);
+            OfflineWaiting = false;
+        }
+    }
+    if (DeviceOnline && ReconnectRequested) {
+        ReconnectRequested = false;
+        request();
+    }
+}
+
+void Worker::run()
+{
+    if (!ConnectPending)
+        return;
+    served = requests.load();
+    const DeviceAllInfo selected = SelectInfo().get();
+    const QByteArray path = DevicePath().get();
+    if (!DeviceOnline)
+        DeviceOnline = isOnline(path);
+
+    const bool nothingChanged = !isNewSelection.exchange(false) &&
+                                lastConnection == Connection{selected.Path, selected.ReceiverClass} &&
+                                PreviousOnline == DeviceOnline && !RereadPending;
+    if (!nothingChanged && DeviceWindowOpen) {
+        connectDevice(selected, path);
+        PreviousOnline = DeviceOnline.load();
+    }
+    LinkUp = DeviceOnline.load();
+    ConnectPending = false;
+}
+
+void Worker::connectDevice(const DeviceAllInfo &selected, const QByteArray &path)
+{
+    DeviceOnline = isOnline(path);
+    SelectInfo().update([&selected](DeviceAllInfo &info) {
+        if (info.Path == selected.Path)
+            info.Online = DeviceOnline;
+    });
+    if (DeviceOnline)
+        announceOnline();
+    else
+        showCache();
+    sendBatteryTable(selected);
+    lastConnection = Connection{selected.Path, selected.ReceiverClass};
+    // Also when the mouse sleeps: the reply comes as soon as it can answer.
+    startReportLink(path.constData());
+    UsbServer_SetPCDriverStatus(1);
+    UsbServer_ReadAllFlashData();
+}
+
+void Worker::announceOnline()
+{
+    if (RereadPending.exchange(false))
+        postMsg()->post(&PostMsg::SigUpDataParam, 1);
+    else if (!BulkUpdateActive)
+        postMsg()->post(&PostMsg::SigUpDataParam, 0);
+}
+
+void Worker::showCache()
+{
+    OfflineWaiting = true;
+    FlashDataMap cached{};
+    if (!LoadDeviceCache(LoadFileName().get(), cached)) {
+        postMsg()->postBlocking(&PostMsg::SigFormReset);
+        return;
+    }
+    postMsg()->postBlocking(&PostMsg::SigUpDataLightUIButton, cached);
+    postMsg()->postBlocking(&PostMsg::SigUpDataLightLight, cached);
+    postMsg()->postBlocking(&PostMsg::SigUpDataLightSensor, cached);
+    postMsg()->postBlocking(&PostMsg::SigForm);
+}
+
+void Worker::sendBatteryTable(const DeviceAllInfo &selected)
+{
+    if (selected.DeviceKind != 1 && selected.DeviceKind != 2)
+        return;
+    const QList<int> table = ConfigStore::instance()->numberList(selectedSection(), QStringLiteral("BatteryParam"));
+    if (table.size() == batteryTableSize)
+        UsbServer_SetBatteryOptimizeSection(table.toVector().constData());
+    else if (!table.isEmpty())
+        qWarning() << "BatteryParam is ignored, it has" << table.size() << "elements";
+}
+
+void requestConnect()
+{
+    if (theWorker)
+        theWorker->request();
+}
+
+bool isConnecting() { return theWorker && theWorker->isRunning(); }

@@ -1,0 +1,57 @@
+#include "lighting/LampLight.h"
+#include "lighting/LightTables.h"
+#include "productdata/Theme.h"
+#include "ui/MyConmboBox.h"
+
+#include <QAbstractItemView>
+#include <QLabel>
+#include <QSlider>
+#include <QSpinBox>
+#include <QToolButton>
+
+namespace {
+
+/** The states that the shared templates leave out: what has the focus, and what can't be used now. */
+const char *const comboStates = "QComboBox:focus{border: 1px solid rgb(%1);border-radius: 4px;"
+                                "border-image: none;background: rgb(13,16,19);}";
+const char *const numberStates = "QSpinBox{border-radius: 4px;}QSpinBox:focus{border: 1px solid rgb(%1);}";
+const char *const sliderStates = "QSlider:sub-page:horizontal:disabled{background-color: rgb(91,101,112);}"
+                                 "QSlider:add-page:horizontal:disabled{background-color: rgb(61,70,81);}";
+const char *const lines = "#line,#line_2,#rule{border: 0px;background: rgb(43,50,59);}";
+const char *const presetButton = "QToolButton{border: 0px;image: url(%1Color%2.png);}"
+                                 "QToolButton:hover{border: 1px solid rgb(220,220,220);border-radius: 5px;}"
+                                 "QToolButton:pressed{border: 1px solid rgb(%3);border-radius: 5px;}";
+
+} // namespace
+
+void LampLight::setStyles()
+{
+    using Theme::Colour;
+    const QString accent = Theme::rgb(Colour::SliderColor);
+    setAttribute(Qt::WA_StyledBackground);
+    setStyleSheet(Theme::frameBackground(pictures, objectName(), QStringLiteral("BackGround.png")) + Theme::label() +
+                  QLatin1String(lines));
+
+    form.LightMod->setStyleSheet(Theme::comboBox(pictures) + QString::fromLatin1(comboStates).arg(accent));
+    form.LightMod->view()->setStyleSheet(Theme::comboBoxList());
+    for (QSpinBox *number : {form.RSpinBox, form.GSpinBox, form.BSpinBox, form.LightSpinBox_2, form.SpeedSpinBox_2})
+        number->setStyleSheet(Theme::spinBox() + QString::fromLatin1(numberStates).arg(accent));
+    for (QSlider *slider : {form.horizontalLight, form.horizontalSpeed})
+        slider->setStyleSheet(Theme::slider(pictures) + QLatin1String(sliderStates));
+    form.RippeControl->setStyleSheet(Theme::switchButton(pictures, form.RippeControl->objectName()));
+
+    form.label_7->setPixmap(QPixmap(pictures + QStringLiteral("ColorBoard.png")));
+    form.label_9->setPixmap(QPixmap(pictures + QStringLiteral("Title.png")));
+    form.labelPreView->setStyleSheet(
+        QStringLiteral("QLabel{background-image: url(%1PreviewColor.png);}").arg(pictures));
+    for (QToolButton *button : {form.AddR, form.AddG, form.AddB})
+        button->setStyleSheet(Theme::toolButton(pictures, QStringLiteral("Add.png"), QStringLiteral("AddHover.png"),
+                                                QStringLiteral("AddClick.png")));
+    for (QToolButton *button : {form.ReduceR, form.ReduceG, form.ReduceB})
+        button->setStyleSheet(Theme::toolButton(pictures, QStringLiteral("Reduce.png"),
+                                                QStringLiteral("ReduceHover.png"), QStringLiteral("ReduceClick.png")));
+    for (std::size_t number = 0; number < form.presets.size(); ++number) {
+        form.presets[number]->setStyleSheet(
+            QString::fromLatin1(presetButton).arg(pictures, QString(QChar(char('A' + number))), accent));
+    }
+}

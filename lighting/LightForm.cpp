@@ -1,0 +1,211 @@
+#include "lighting/LightForm.h"
+
+#include "lighting/LightStage.h"
+#include "lighting/LightTables.h"
+#include "sensor/StopCloseTime.h"
+#include "ui/MyConmboBox.h"
+
+#include <QLabel>
+#include <QListView>
+#include <QSlider>
+#include <QSpinBox>
+#include <QToolButton>
+
+namespace {
+
+// Places are pixels of the page, on a grid of 8. Left of 424 stands what every effect shares, right of it the colour.
+
+struct LabelPlace
+{
+    QLabel *LightForm::*member;
+    const char *name;
+    const char *text;
+    QRect place;
+    bool inColourPanel;
+};
+
+constexpr LabelPlace labels[] = {
+    {&LightForm::label_9, "label_9", "", {40, 48, 16, 24}, false},
+    {&LightForm::label, "label", "灯光模式", {60, 40, 180, 40}, false},
+    {&LightForm::label_2, "label_2", "亮度", {48, 152, 296, 24}, false},
+    {&LightForm::label_3, "label_3", "速度", {48, 264, 296, 24}, false},
+    {&LightForm::label_4, "label_4", "移动时关灯", {48, 424, 288, 32}, false},
+    {&LightForm::label_5, "label_5", "静止关灯时间", {48, 504, 214, 40}, false},
+    {&LightForm::label_6, "label_6", "自定义颜色", {448, 340, 308, 24}, true},
+    {&LightForm::label_7, "label_7", "", {448, 372, 308, 34}, true},
+    {&LightForm::label_8, "label_8", "预览", {764, 340, 80, 24}, true},
+    {&LightForm::labelPreView, "labelPreView", "", {774, 372, 60, 60}, true},
+    {&LightForm::label_11, "label_11", "R:", {448, 416, 16, 24}, true},
+    {&LightForm::label_10, "label_10", "G:", {554, 416, 16, 24}, true},
+    {&LightForm::label_12, "label_12", "B:", {660, 416, 16, 24}, true},
+    {&LightForm::label_13, "label_13", "预设颜色", {448, 464, 308, 24}, true},
+};
+
+struct LevelPlace
+{
+    QSlider *LightForm::*slider;
+    const char *sliderName;
+    QSpinBox *LightForm::*number;
+    const char *numberName;
+    QFrame *LightForm::*line;
+    const char *lineName;
+    int top;
+};
+
+constexpr LevelPlace levels[] = {
+    {&LightForm::horizontalLight, "horizontalLight", &LightForm::LightSpinBox_2, "LightSpinBox_2", &LightForm::line,
+     "line", 152},
+    {&LightForm::horizontalSpeed, "horizontalSpeed", &LightForm::SpeedSpinBox_2, "SpeedSpinBox_2", &LightForm::line_2,
+     "line_2", 264},
+};
+
+struct ChannelPlace
+{
+    QSpinBox *LightForm::*value;
+    const char *valueName;
+    QToolButton *LightForm::*reduce;
+    const char *reduceName;
+    QToolButton *LightForm::*add;
+    const char *addName;
+    int left;
+};
+
+constexpr ChannelPlace channels[] = {
+    {&LightForm::RSpinBox, "RSpinBox", &LightForm::ReduceR, "ReduceR", &LightForm::AddR, "AddR", 464},
+    {&LightForm::GSpinBox, "GSpinBox", &LightForm::ReduceG, "ReduceG", &LightForm::AddG, "AddG", 570},
+    {&LightForm::BSpinBox, "BSpinBox", &LightForm::ReduceB, "ReduceB", &LightForm::AddB, "AddB", 676},
+};
+constexpr int channelTop = 416;
+
+constexpr QRect effectPlace(248, 45, 152, 30);
+constexpr QRect switchPlace(360, 430, 40, 20);
+constexpr QRect idlePlace(270, 509, 130, 30);
+constexpr QRect stageWithColour(448, 40, 386, 276);
+constexpr QRect stageAlone(448, 40, 386, 528);
+
+/** Hairlines between the groups on the left. */
+constexpr QRect rules[] = {{48, 116, 352, 1}, {48, 384, 352, 1}};
+
+constexpr QPoint firstPreset(446, 500);
+constexpr int presetSize = 28;
+constexpr QPoint presetPitch(47, 40);
+constexpr int presetsInRow = 7;
+
+template<typename Widget>
+Widget *add(QWidget *page, const char *name, const QRect &place)
+{
+    auto *widget = new Widget(page);
+    widget->setObjectName(QLatin1String(name));
+    widget->setGeometry(place);
+    return widget;
+}
+
+QSpinBox *addNumber(QWidget *page, const char *name, const QRect &place, int minimum, int maximum)
+{
+    auto *number = add<QSpinBox>(page, name, place);
+    number->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    number->setAlignment(Qt::AlignCenter);
+    number->setFocusPolicy(Qt::ClickFocus);
+    number->setRange(minimum, maximum);
+    return number;
+}
+
+QToolButton *addButton(QWidget *page, const char *name, const QRect &place)
+{
+    auto *button = add<QToolButton>(page, name, place);
+    button->setFocusPolicy(Qt::NoFocus);
+    return button;
+}
+
+} // namespace
+
+void LightForm::build(QWidget *page)
+{
+    stage = add<LightStage>(page, "stage", stageWithColour);
+    for (const QRect &rule : rules)
+        add<QFrame>(page, "rule", rule);
+    buildLabels(page);
+    LightMod = add<MyConmboBox>(page, "LightMod", effectPlace);
+    for (const LightTables::Effect &effect : LightTables::effects)
+        LightMod->addItem(QString::fromUtf8(effect.defaultText));
+    LightMod->setView(new QListView(LightMod));
+    LightMod->setMaxVisibleItems(5);
+    buildLevels(page);
+    RippeControl = addButton(page, "RippeControl", switchPlace);
+    RippeControl->setCheckable(true);
+    frameClose = add<StopCloseTime>(page, "frameClose", idlePlace);
+    buildColour(page);
+    buildPresets(page);
+}
+
+void LightForm::buildLabels(QWidget *page)
+{
+    for (const LabelPlace &entry : labels) {
+        auto *made = add<QLabel>(page, entry.name, entry.place);
+        made->setText(QString::fromUtf8(entry.text));
+        this->*entry.member = made;
+        if (entry.inColourPanel)
+            colourPanel += made;
+    }
+    label_8->setAlignment(Qt::AlignCenter);
+}
+
+void LightForm::buildLevels(QWidget *page)
+{
+    using LightTables::highestLevel;
+    using LightTables::lowestLevel;
+    for (const LevelPlace &entry : levels) {
+        auto *slider = add<QSlider>(page, entry.sliderName, {48, entry.top + 32, 352, 24});
+        slider->setOrientation(Qt::Horizontal);
+        slider->setRange(lowestLevel, highestLevel);
+        slider->setPageStep(1);
+        slider->setFocusPolicy(Qt::NoFocus);
+        auto *number = addNumber(page, entry.numberName, {352, entry.top, 48, 24}, lowestLevel, highestLevel);
+        number->setReadOnly(true);
+        auto *plain = add<QFrame>(page, entry.lineName, {48, entry.top + 43, 352, 2});
+        plain->hide();
+        this->*entry.slider = slider;
+        this->*entry.number = number;
+        this->*entry.line = plain;
+    }
+}
+
+void LightForm::buildColour(QWidget *page)
+{
+    for (const ChannelPlace &entry : channels) {
+        auto *reduce = addButton(page, entry.reduceName, {entry.left, channelTop + 2, 20, 20});
+        auto *value = addNumber(page, entry.valueName, {entry.left + 23, channelTop, 34, 24}, 0, 255);
+        auto *increase = addButton(page, entry.addName, {entry.left + 60, channelTop + 2, 20, 20});
+        this->*entry.reduce = reduce;
+        this->*entry.value = value;
+        this->*entry.add = increase;
+        colourPanel << reduce << value << increase;
+    }
+}
+
+void LightForm::buildPresets(QWidget *page)
+{
+    for (int number = 0; number < int(presets.size()); ++number) {
+        const QByteArray name = QByteArray("toolButtonColor") + char('A' + number);
+        const QPoint at(number % presetsInRow * presetPitch.x(), number / presetsInRow * presetPitch.y());
+        presets[std::size_t(number)] =
+            addButton(page, name.constData(), {firstPreset + at, QSize(presetSize, presetSize)});
+        colourPanel += presets[std::size_t(number)];
+    }
+}
+
+void LightForm::showEffect(int index)
+{
+    if (index < 0 || index >= int(LightTables::effects.size()))
+        return;
+    const LightTables::Effect &effect = LightTables::effects[std::size_t(index)];
+    horizontalLight->setVisible(effect.hasBrightness);
+    LightSpinBox_2->setVisible(effect.hasBrightness);
+    line->setVisible(!effect.hasBrightness);
+    horizontalSpeed->setVisible(effect.hasSpeed);
+    SpeedSpinBox_2->setVisible(effect.hasSpeed);
+    line_2->setVisible(!effect.hasSpeed);
+    for (QWidget *widget : qAsConst(colourPanel))
+        widget->setVisible(effect.hasColour);
+    stage->setGeometry(effect.hasColour ? stageWithColour : stageAlone);
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "lighting/LightPattern.h"
+
+#include <QElapsedTimer>
+#include <QPainterPath>
+#include <QTimer>
+#include <QWidget>
+
+/**
+ * Shows what the light looks like: the back of a mouse with the light strip round it, running the chosen effect. It
+ * costs nothing while it is hidden or the effect stands still.
+ */
+class LightStage : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit LightStage(QWidget *parent = nullptr);
+
+    void setLook(const LightLook &look);
+    LightLook look() const { return shown; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void startOrStop();
+    QPointF tail() const;
+    void paintMouse(QPainter &painter) const;
+    void paintLight(QPainter &painter) const;
+
+    LightLook shown;
+    QTimer frames;
+    QElapsedTimer running;
+};

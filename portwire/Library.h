@@ -1,0 +1,43 @@
+#pragma once
+
+#include "portwire/link/Link.h"
+
+namespace portwire {
+
+/**
+ * What the C functions work on: the devices of the bus and the one report link.
+ *
+ * Made at first use and never destroyed, as are its threads: a callback may stand still in the program while the
+ * process ends, and nothing here may wait for it or fall away under it.
+ */
+class Library
+{
+public:
+    static Library &instance();
+
+    Channels &devices() { return *channels; }
+
+    void startLink(const char *path, PortwireReportCallback callback);
+    void endLink();
+    /** \return nothing while there is no link. */
+    std::shared_ptr<Link> link();
+
+    /** The program's record has these values now and they are to reach the mouse. */
+    void update(const FlashDataMap &record);
+    /** The program's record was filled with these values. */
+    void noteRecord(const FlashDataMap &record);
+
+    /** To be sent first at the next start of a link: a curve belongs to a model, and the program sets it before. */
+    void setBatteryCurve(std::vector<std::uint8_t> curve);
+
+private:
+    Library();
+
+    const std::shared_ptr<Channels> channels;
+    std::mutex mutex;
+    std::shared_ptr<Link> current;
+    std::vector<std::uint8_t> batteryCurve;
+    FlashDataMap lastRecord{};
+};
+
+} // namespace portwire

@@ -1,0 +1,276 @@
+#include "portwire/control/ControlCommands.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace portwire {
+
+namespace {
+
+struct Context
+{
+    VirtualBus &bus;
+    Statistics &statistics;
+    const QStringList &arguments; ///< without the command itself
+};
+
+QByteArray line(const QJsonObject &object) { return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n'; }
+
+ControlResult failure(const QString &error) { return {{}, error}; }
+
+QString text(const std::string &value) { return QString::fromStdString(value); }
+
+QJsonObject toJson(const LightState &light)
+{
+    return {{"on", light.isOn},
+            {"mode", light.mode},
+            {"red", light.red},
+            {"green", light.green},
+            {"blue", light.blue},
+            {"speed", light.speed},
+            {"brightness", light.brightness}};
+}
+
+QJsonObject toJson(const DeviceDescription &device)
+{
+    const QByteArray address(reinterpret_cast<const char *>(device.address.data()),
+                             static_cast<int>(device.address.size()));
+    QJsonObject object{{"id", text(device.id)},
+                       {"kind", device.isReceiver ? "receiver" : "mouse"},
+                       {"model", text(device.model)},
+                       {"pid", text(device.product)},
+                       {"path", text(device.path)},
+                       {"plugged", device.isPlugged},
+                       {"awake", device.isAwake},
+                       {"corded", device.isCorded},
+                       {"address", QString::fromLatin1(address.toHex())},
+                       {"battery", device.batteryPercent},
+                       {"charging", device.isCharging},
+                       {"dpi", device.dpi},
+                       {"rate", device.rateHz},
+                       {"level", device.level},
+                       {"profile", device.profile}};
+    if (device.isReceiver) {
+        object["mouse"] = text(device.partner);
+        object["light"] = QJsonObject{{"mode", device.receiverLightMode}};
+    } else {
+        object["receiver"] = text(device.partner);
+        object["light"] = toJson(device.light);
+    }
+    return object;
+}
+
+/** The device as it is now, as the answer to a command that changed it. */
+ControlResult deviceOrFailure(const Context &context, const std::string &error)
+{
+    if (!error.empty())
+        return failure(text(error));
+    for (const DeviceDescription &device : context.bus.describe()) {
+        if (text(device.id) == context.arguments[0])
+            return {line(toJson(device)), {}};
+    }
+    return {line({}), {}};
+}
+
+std::string idOf(const Context &context) { return context.arguments[0].toStdString(); }
+
+/** A whole number, or -1, which no command takes. */
+int numberAt(const Context &context, int index, int otherwise = -1)
+{
+    if (index >= context.arguments.size())
+        return otherwise;
+    bool isNumber = false;
+    const int number = context.arguments[index].toInt(&isNumber);
+    return isNumber ? number : -1;
+}
+
+ControlResult devices(const Context &context)
+{
+    QJsonArray all;
+    for (const DeviceDescription &device : context.bus.describe())
+        all.append(toJson(device));
+    return {QJsonDocument(all).toJson(), {}};
+}
+
+ControlResult record(const Context &context)
+{
+    std::vector<std::uint8_t> bytes;
+    const std::string error = context.bus.record(idOf(context), bytes);
+    if (!error.empty())
+        return failure(text(error));
+    return {QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size())), {}};
+}
+
+ControlResult add(const Context &context)
+{
+    std::string id;
+    const std::string error =
+        context.bus.add(context.arguments[0].toStdString(), context.arguments[1].toStdString(), id);
+    return error.empty() ? ControlResult{line({{"id", text(id)}}), {}} : failure(text(error));
+}
+
+ControlResult remove(const Context &context)
+{
+    const std::string error = context.bus.remove(idOf(context));
+    return error.empty() ? ControlResult{line({{"id", context.arguments[0]}}), {}} : failure(text(error));
+}
+
+ControlResult plug(const Context &context)
+{
+    return deviceOrFailure(context, context.bus.setPlugged(idOf(context), true));
+}
+
+ControlResult unplug(const Context &context)
+{
+    return deviceOrFailure(context, context.bus.setPlugged(idOf(context), false));
+}
+
+ControlResult sleep(const Context &context)
+{
+    return deviceOrFailure(context, context.bus.setAwake(idOf(context), false));
+}
+
+ControlResult wake(const Context &context)
+{
+    return deviceOrFailure(context, context.bus.setAwake(idOf(context), true));
+}
+
+ControlResult dpi(const Context &context)
+{
+    return deviceOrFailure(context, context.bus.changeLevel(idOf(context), numberAt(context, 1)));
+}
+
+ControlResult rate(const Context &context)
+{
+    return deviceOrFailure(context, context.bus.changeRate(idOf(context), numberAt(context, 1)));
+}
+
+ControlResult profile(const Context &context)
+{
+    return deviceOrFailure(context, context.bus.changeProfile(idOf(context), numberAt(context, 1)));
+}
+
+ControlResult battery(const Context &context)
+{
+    const bool isCharging = context.arguments.size() > 2;
+    if (isCharging && context.arguments[2] != QLatin1String("charging"))
+        return failure(QStringLiteral("the last word can only be 'charging'"));
+    return deviceOrFailure(context, context.bus.setBattery(idOf(context), numberAt(context, 1), isCharging));
+}
+
+constexpr struct
+{
+    HidEvent::Type type;
+    const char *name;
+} eventNames[] = {
+    {HidEvent::Type::MouseButton, "button"},
+    {HidEvent::Type::Modifier, "modifier"},
+    {HidEvent::Type::Key, "key"},
+    {HidEvent::Type::Consumer, "consumer"},
+    {HidEvent::Type::Wheel, "wheel"},
+    {HidEvent::Type::Tilt, "tilt"},
+    {HidEvent::Type::Dpi, "dpi"},
+    {HidEvent::Type::ReportRate, "rate"},
+    {HidEvent::Type::Light, "light"},
+    {HidEvent::Type::Indicator, "indicator"},
+    {HidEvent::Type::Profile, "profile"},
+};
+
+/** One event a line. */
+ControlResult press(const Context &context)
+{
+    std::vector<HidEvent> events;
+    const std::string error = context.bus.press(idOf(context), numberAt(context, 1), events);
+    if (!error.empty())
+        return failure(text(error));
+    QByteArray lines;
+    for (const HidEvent &event : events) {
+        const auto *const name = std::find_if(std::begin(eventNames), std::end(eventNames),
+                                              [&](const auto &known) { return known.type == event.type; });
+        lines += line({{"at", static_cast<double>(event.atMs)},
+                       {"type", name->name},
+                       {"action", event.isPress ? "press" : "release"},
+                       {"code", event.code}});
+    }
+    return {lines, {}};
+}
+
+ControlResult fault(const Context &context)
+{
+    const FaultKind kind = faultByName(context.arguments[1].toStdString());
+    const int answers = numberAt(context, 2, 1);
+    if (kind == FaultKind::None)
+        return failure(QStringLiteral("the kind is none of drop, stall, garbage, short"));
+    if (answers < 0)
+        return failure(QStringLiteral("the number of answers isn't a number"));
+    return deviceOrFailure(context, context.bus.setFault(idOf(context), kind, answers));
+}
+
+ControlResult stats(const Context &context)
+{
+    const Statistics &counts = context.statistics;
+    const auto number = [](const std::atomic<std::uint64_t> &value) { return static_cast<double>(value.load()); };
+    return {line({{"sent", number(counts.sent)},
+                  {"written", number(counts.written)},
+                  {"received", number(counts.received)},
+                  {"repeated", number(counts.repeated)},
+                  {"dropped", number(counts.dropped)}}),
+            {}};
+}
+
+struct Command
+{
+    const char *name;
+    const char *arguments;
+    int least;
+    int most;
+    ControlResult (*run)(const Context &context);
+};
+
+constexpr Command commands[] = {
+    {"devices", "", 0, 0, devices},
+    {"record", "ID", 1, 1, record},
+    {"add", "MODEL LINK", 2, 2, add},
+    {"remove", "ID", 1, 1, remove},
+    {"plug", "ID", 1, 1, plug},
+    {"unplug", "ID", 1, 1, unplug},
+    {"sleep", "ID", 1, 1, sleep},
+    {"wake", "ID", 1, 1, wake},
+    {"press", "ID SLOT", 2, 2, press},
+    {"dpi", "ID LEVEL", 2, 2, dpi},
+    {"rate", "ID CODE", 2, 2, rate},
+    {"profile", "ID N", 2, 2, profile},
+    {"battery", "ID PERCENT [charging]", 2, 3, battery},
+    {"fault", "ID KIND [N]", 2, 3, fault},
+    {"stats", "", 0, 0, stats},
+};
+
+} // namespace
+
+ControlCommands::ControlCommands(std::shared_ptr<VirtualBus> onBus, std::shared_ptr<Channels> itsChannels)
+    : bus(std::move(onBus)), channels(std::move(itsChannels))
+{
+}
+
+ControlResult ControlCommands::run(const QStringList &words)
+{
+    if (words.isEmpty())
+        return failure(QStringLiteral("no command"));
+    const Command *const command = std::find_if(std::begin(commands), std::end(commands), [&](const Command &known) {
+        return words[0] == QLatin1String(known.name);
+    });
+    if (command == std::end(commands))
+        return failure(QStringLiteral("there is no command '%1'").arg(words[0]));
+    const QStringList arguments = words.mid(1);
+    if (arguments.size() < command->least || arguments.size() > command->most) {
+        const QString usual =
+            QStringLiteral("%1 %2").arg(QLatin1String(command->name), QLatin1String(command->arguments));
+        return failure(QStringLiteral("usage: ") + usual.trimmed());
+    }
+    return command->run({*bus, channels->statistics(), arguments});
+}
+
+} // namespace portwire

@@ -1,0 +1,249 @@
+#include "portwire/link/Link.h"
+
+#include <QDebug>
+
+#include <thread>
+
+namespace portwire {
+
+namespace {
+
+/** A mouse that wakes up announces itself; this is for an announcement that got lost. */
+constexpr std::chrono::milliseconds offlinePause{250};
+/** After requests that nobody answered: they took some 30 ms already. */
+constexpr std::chrono::milliseconds silencePause{50};
+
+/** A whole record is read anew while the mouse keeps changing it, but not for ever. */
+constexpr int maxReadings = 4;
+
+} // namespace
+
+std::shared_ptr<Link> Link::start(std::shared_ptr<Channels> onChannels, const std::string &path,
+                                  PortwireReportCallback callback, std::shared_ptr<WriteQueue> writeQueue)
+{
+    auto link = std::make_shared<Link>(std::move(onChannels), path, callback, std::move(writeQueue));
+    const std::weak_ptr<Link> weak = link;
+    link->listener = std::make_shared<const ReportListener>([weak](const Frame &frame) {
+        if (const auto strong = weak.lock())
+            strong->arrived(frame);
+    });
+    link->delivery->start();
+    link->openChannel();
+    std::thread([link] { link->run(); }).detach();
+    return link;
+}
+
+Link::Link(std::shared_ptr<Channels> onChannels, std::string path, PortwireReportCallback callback,
+           std::shared_ptr<WriteQueue> writeQueue)
+    : channels(std::move(onChannels)), devicePath(std::move(path)), writes(std::move(writeQueue)),
+      delivery(std::make_shared<Delivery>(callback))
+{
+}
+
+void Link::end()
+{
+    delivery->end();
+    const std::lock_guard lock(mutex);
+    isEnded = true;
+    changed.notify_one();
+}
+
+void Link::add(Job job)
+{
+    const std::lock_guard lock(mutex);
+    (job.isForReceiver ? receiverJobs : mouseJobs).push_back(std::move(job));
+    changed.notify_one();
+}
+
+void Link::update(const FlashDataMap &record, const FlashDataMap &previous)
+{
+    if (!writes->update(record, previous))
+        return;
+    const std::lock_guard lock(mutex);
+    changed.notify_one();
+}
+
+/** Takes what the device sends unprompted. */
+void Link::arrived(const Frame &frame)
+{
+    if (frame.code == ReportCode::StatusChanged)
+        ++changes;
+    {
+        const std::lock_guard lock(mutex);
+        ++wakes;
+        pausedUntil = {};
+        changed.notify_one();
+    }
+    delivery->post({frame.header(), frame.payload});
+}
+
+void Link::run()
+{
+    std::unique_lock lock(mutex);
+    while (!isEnded) {
+        if (!receiverJobs.empty()) {
+            runJob(receiverJobs, lock);
+            continue;
+        }
+        const auto now = Clock::now();
+        if (now < pausedUntil) {
+            changed.wait_until(lock, pausedUntil);
+            continue;
+        }
+        // A request sees what was written before it, so it lets queued writes go first, and without holding them back.
+        std::optional<Clock::time_point> due;
+        if (const auto batch = writes->take(!mouseJobs.empty(), now, due))
+            runBatch(*batch, lock);
+        else if (!mouseJobs.empty())
+            runJob(mouseJobs, lock);
+        else if (due)
+            changed.wait_until(lock, *due);
+        else
+            changed.wait(lock);
+    }
+}
+
+void Link::runJob(std::deque<Job> &jobs, std::unique_lock<std::mutex> &lock)
+{
+    const Job job = jobs.front();
+    const unsigned wakesBefore = wakes;
+    lock.unlock();
+    const Outcome outcome = perform(job);
+    lock.lock();
+    const bool isOver = outcome == Outcome::Done || outcome == Outcome::Refused;
+    if (isOver || job.kind == Job::Kind::Read || job.isForReceiver)
+        jobs.pop_front();
+    else
+        pauseAfter(outcome, wakesBefore);
+}
+
+void Link::runBatch(const WriteQueue::Batch &batch, std::unique_lock<std::mutex> &lock)
+{
+    const unsigned wakesBefore = wakes;
+    lock.unlock();
+    const Outcome outcome = write(batch);
+    if (outcome == Outcome::Refused)
+        qWarning("portwire: %s refuses a write at address %d", devicePath.c_str(), batch.writes.front().address);
+    if (outcome == Outcome::Done || outcome == Outcome::Refused)
+        writes->confirm(batch, Clock::now());
+    lock.lock();
+    pauseAfter(outcome, wakesBefore);
+}
+
+/** Keeps quiet for a while after a request that came to nothing, unless the mouse has shown itself meanwhile. */
+void Link::pauseAfter(Outcome outcome, unsigned wakesBefore)
+{
+    if (wakes != wakesBefore || outcome == Outcome::Done || outcome == Outcome::Refused)
+        return;
+    pausedUntil = Clock::now() + (outcome == Outcome::NoAnswer ? silencePause : offlinePause);
+}
+
+/** The channel of the device, opened again if the device was away. */
+std::shared_ptr<Channel> Link::openChannel()
+{
+    if (channel && !channel->isGone())
+        return channel;
+    channel = channels->find(devicePath);
+    if (channel)
+        channel->setListener(listener);
+    return channel;
+}
+
+std::pair<Link::Outcome, std::optional<Frame>> Link::ask(const Request &request)
+{
+    const auto device = openChannel();
+    if (!device)
+        return {Outcome::MouseOffline, std::nullopt};
+    auto answer = device->ask(request);
+    if (!answer)
+        return {Outcome::NoAnswer, std::nullopt};
+    switch (static_cast<AnswerStatus>(answer->flags)) {
+    case AnswerStatus::Done:
+        return {Outcome::Done, std::move(answer)};
+    case AnswerStatus::MouseOffline:
+        return {Outcome::MouseOffline, std::nullopt};
+    case AnswerStatus::BatchLost:
+        return {Outcome::NoAnswer, std::nullopt};
+    case AnswerStatus::Refused:
+        break;
+    }
+    return {Outcome::Refused, std::nullopt};
+}
+
+Link::Outcome Link::perform(const Job &job)
+{
+    if (job.kind == Job::Kind::WholeRecord)
+        return readImage();
+    const std::uint64_t serial = writes->serial();
+    const auto [outcome, answer] = ask(job.request);
+    if (answer && job.kind != Job::Kind::Tell)
+        deliver(*answer, answer->payload, serial);
+    return outcome;
+}
+
+Link::Outcome Link::readImage()
+{
+    for (int reading = 1;; ++reading) {
+        const std::uint64_t serial = writes->serial();
+        const unsigned changesBefore = changes;
+        std::vector<std::uint8_t> image;
+        const Outcome outcome = readImage(image);
+        if (outcome != Outcome::Done)
+            return outcome;
+        // A change in the middle could leave halves of two profiles in the image.
+        if (changes != changesBefore && reading < maxReadings)
+            continue;
+        deliver({ReportCode::ReadFlash, 0, 0, 0, {}}, std::move(image), serial);
+        return outcome;
+    }
+}
+
+Link::Outcome Link::readImage(std::vector<std::uint8_t> &image)
+{
+    image.reserve(imageSize);
+    while (image.size() < imageSize) {
+        if (isEnded)
+            return Outcome::NoAnswer;
+        const std::size_t length = std::min(maxPayload, imageSize - image.size());
+        const auto [outcome, answer] = ask({ReportCode::ReadFlash,
+                                            static_cast<std::uint16_t>(image.size()),
+                                            0,
+                                            {static_cast<std::uint8_t>(length)},
+                                            length});
+        if (!answer)
+            return outcome;
+        image.insert(image.end(), answer->payload.begin(), answer->payload.begin() + static_cast<long>(length));
+    }
+    return Outcome::Done;
+}
+
+Link::Outcome Link::write(const WriteQueue::Batch &batch)
+{
+    for (const WriteQueue::Write &next : batch.writes) {
+        if (isEnded)
+            return Outcome::NoAnswer;
+        std::uint8_t flags = 0;
+        if (&next == &batch.writes.front())
+            flags |= firstOfBatch;
+        if (&next == &batch.writes.back())
+            flags |= lastOfBatch;
+        const auto [outcome, answer] = ask({ReportCode::WriteFlash, next.address, flags, next.bytes, 0});
+        if (!answer)
+            return outcome;
+    }
+    return Outcome::Done;
+}
+
+/** Gives an answer to the callback; settings are brought together with what the program changed meanwhile. */
+void Link::deliver(const Frame &frame, std::vector<std::uint8_t> payload, std::uint64_t sinceSerial)
+{
+    Delivery::Item item{frame.header(), std::move(payload)};
+    if (frame.code == ReportCode::ReadFlash) {
+        item.prepare = [queue = writes, address = frame.selector, sinceSerial](std::vector<std::uint8_t> &bytes) {
+            queue->merge(address, bytes, sinceSerial);
+        };
+    }
+    delivery->post(std::move(item));
+}
+
+} // namespace portwire

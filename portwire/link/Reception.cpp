@@ -1,0 +1,131 @@
+#include "portwire/link/Reception.h"
+
+#include <utility>
+
+namespace portwire {
+
+Reception::Reception(std::unique_ptr<Endpoint> opened, std::shared_ptr<Statistics> counts)
+    : endpoint(std::move(opened)), counters(std::move(counts))
+{
+}
+
+void Reception::run()
+{
+    while (endpoint->waitForReport())
+        drain();
+    failAll();
+}
+
+std::optional<Frame> Reception::ask(const Request &request, std::chrono::milliseconds patience)
+{
+    Waiting waiting{request};
+    const std::uint8_t sequence = enter(waiting);
+    if (sequence == 0)
+        return std::nullopt;
+
+    ++counters->sent;
+    if (request.code == ReportCode::WriteFlash)
+        ++counters->written;
+    const Report report = encodeFrame({request.code, sequence, request.selector, request.flags, request.payload});
+    const bool isSent = endpoint->send(report);
+    // What has arrived already is taken here: the answer of a fast device costs no change of threads.
+    if (isSent)
+        drain();
+    else
+        failAll();
+
+    std::unique_lock lock(mutex);
+    if (isSent)
+        waiting.arrived.wait_for(lock, patience, [&] { return waiting.answer || waiting.failed || gone; });
+    waitingBySequence[sequence] = nullptr;
+    return std::move(waiting.answer);
+}
+
+/** Gives the request a sequence number under which its answer will be known. 0 if there is none left. */
+std::uint8_t Reception::enter(Waiting &waiting)
+{
+    const std::lock_guard lock(mutex);
+    if (gone)
+        return 0;
+    // Numbers are used in turn, so that an answer that comes late doesn't meet the number's next owner.
+    for (unsigned tried = 0; tried < 255; ++tried) {
+        lastSequence = lastSequence == 255 ? std::uint8_t{1} : static_cast<std::uint8_t>(lastSequence + 1);
+        if (!waitingBySequence[lastSequence]) {
+            waitingBySequence[lastSequence] = &waiting;
+            return lastSequence;
+        }
+    }
+    return 0;
+}
+
+void Reception::drain()
+{
+    const std::lock_guard lock(drainMutex);
+    Report report;
+    while (endpoint->takeReport(report)) {
+        ++counters->received;
+        if (auto frame = decodeFrame(report))
+            sort(std::move(*frame));
+        else
+            ++counters->dropped;
+    }
+}
+
+void Reception::sort(Frame frame)
+{
+    if (frame.sequence != 0) {
+        if (!complete(frame))
+            ++counters->dropped;
+        return;
+    }
+    std::shared_ptr<const ReportListener> current;
+    {
+        const std::lock_guard lock(mutex);
+        current = listener;
+    }
+    if (current)
+        (*current)(frame);
+}
+
+/** \return false if nobody waits for this answer. */
+bool Reception::complete(Frame &frame)
+{
+    const std::lock_guard lock(mutex);
+    Waiting *waiting = waitingBySequence[frame.sequence];
+    if (!waiting || waiting->request.code != frame.code || waiting->request.selector != frame.selector)
+        return false;
+    const bool isDone = frame.flags == static_cast<std::uint8_t>(AnswerStatus::Done);
+    if (isDone && frame.payload.size() < waiting->request.minimumAnswer)
+        waiting->failed = true; // cut short: asking again at once is better than waiting
+    else
+        waiting->answer = std::move(frame);
+    waiting->arrived.notify_one();
+    return true;
+}
+
+void Reception::close() { endpoint->close(); }
+
+void Reception::failAll()
+{
+    const std::lock_guard lock(mutex);
+    gone = true;
+    listener.reset();
+    for (Waiting *waiting : waitingBySequence) {
+        if (waiting)
+            waiting->arrived.notify_one();
+    }
+}
+
+bool Reception::isGone() const
+{
+    const std::lock_guard lock(mutex);
+    return gone;
+}
+
+void Reception::setListener(std::shared_ptr<const ReportListener> newListener)
+{
+    const std::lock_guard lock(mutex);
+    listener = std::move(newListener);
+}
+
+} // namespace portwire

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "portwire/link/Frame.h"
+#include "portwire/link/Statistics.h"
+
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+namespace portwire {
+
+/** What is asked of a device. */
+struct Request
+{
+    ReportCode code{};
+    std::uint16_t selector = 0;
+    std::uint8_t flags = 0;
+    std::vector<std::uint8_t> payload{};
+    std::size_t minimumAnswer = 0; ///< payload bytes that the answer must have if its status is Done
+};
+
+/** Gets what a device sends unprompted. Called on whatever thread took the report: it must not wait. */
+using ReportListener = std::function<void(const Frame &)>;
+
+/** Brings the answers of one endpoint to those who wait for them. */
+class Reception
+{
+public:
+    Reception(std::unique_ptr<Endpoint> opened, std::shared_ptr<Statistics> counts);
+
+    /** Body of the reader thread: takes what arrives until the device has gone or the endpoint is closed. */
+    void run();
+
+    /** Sends a request once and waits for its answer. \return nothing if no good answer came in time. */
+    std::optional<Frame> ask(const Request &request, std::chrono::milliseconds patience);
+
+    /** Ends run() and all waiting. */
+    void close();
+    bool isGone() const;
+    void setListener(std::shared_ptr<const ReportListener> newListener);
+
+    Statistics &statistics() { return *counters; }
+
+private:
+    struct Waiting
+    {
+        const Request &request;
+        std::optional<Frame> answer{};
+        bool failed = false;
+        std::condition_variable arrived{};
+    };
+
+    std::uint8_t enter(Waiting &waiting);
+    void drain();
+    void sort(Frame frame);
+    bool complete(Frame &frame);
+    void failAll();
+
+    const std::unique_ptr<Endpoint> endpoint;
+    const std::shared_ptr<Statistics> counters;
+
+    std::mutex drainMutex; ///< reports are taken and sorted by one thread at a time, so that their order stays
+    mutable std::mutex mutex;
+    std::array<Waiting *, 256> waitingBySequence{};
+    std::uint8_t lastSequence = 0;
+    bool gone = false;
+    std::shared_ptr<const ReportListener> listener;
+};
+
+} // namespace portwire

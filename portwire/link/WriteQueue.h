@@ -1,0 +1,82 @@
+#pragma once
+
+#include "portwire/link/ImageCodec.h"
+
+#include <bitset>
+#include <chrono>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+namespace portwire {
+
+/**
+ * The device image as it should be, and which of its bytes have yet to reach the mouse.
+ *
+ * It keeps one value an address, the newest. So a slider that is dragged faster than reports can travel costs a handful
+ * of them, and where it was let go is what the mouse ends up with.
+ */
+class WriteQueue
+{
+public:
+    using Clock = std::chrono::steady_clock;
+
+    /** Bytes for one write report. */
+    struct Write
+    {
+        std::uint16_t address;
+        std::vector<std::uint8_t> bytes;
+    };
+
+    /** Writes that take effect together. */
+    struct Batch
+    {
+        std::vector<Write> writes;
+        std::uint64_t serial; ///< changes up to this one are in the batch
+    };
+
+    /**
+     * Queues what differs between the record and what the mouse holds. While that is unknown, what differs from
+     * `previous`, the record as the program had it before: a record made for one mouse must not flood another.
+     * \return whether anything is queued now.
+     */
+    bool update(const FlashDataMap &record, const FlashDataMap &previous);
+
+    /** Number of the last change; give it to merge() for a read that started now. */
+    std::uint64_t serial() const;
+
+    /**
+     * Brings together what was read at an address and what changed since the read began: the read value counts unless
+     * the program changed the byte later, or its write is still under way. Both sides have the result afterwards.
+     */
+    void merge(std::size_t address, std::vector<std::uint8_t> &bytes, std::uint64_t sinceSerial);
+
+    bool isEmpty() const;
+
+    /**
+     * All that is queued, in write reports: key sequences and macros first, so that a button gets its function after
+     * the data that it needs.
+     * \param urgent don't hold back addresses that were written a moment ago
+     * \return nothing if nothing is due; `due` is then the time at which to ask again, if there is one.
+     */
+    std::optional<Batch> take(bool urgent, Clock::time_point now, std::optional<Clock::time_point> &due);
+
+    /** The mouse has acknowledged the whole batch. Without this call its bytes stay queued. */
+    void confirm(const Batch &batch, Clock::time_point now);
+
+private:
+    bool mayBridge(std::size_t from, std::size_t to) const;
+    void cut(std::size_t from, std::size_t to, std::vector<Write> &writes) const;
+
+    mutable std::mutex mutex;
+    DeviceImage image{};
+    std::bitset<imageSize> known;     ///< the byte is what the mouse holds, or is queued
+    std::bitset<imageSize> queued;    ///< not yet acknowledged
+    std::bitset<imageSize> lastBatch; ///< was written last
+    std::array<std::uint64_t, imageSize> changedAt{};
+    std::uint64_t lastSerial = 0;
+    Clock::time_point lastConfirmed{};
+    std::chrono::milliseconds hold{};
+};
+
+} // namespace portwire

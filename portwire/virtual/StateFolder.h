@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+namespace portwire {
+
+/** Where the virtual bus keeps its state: `portwire` in the user's data folder, by the environment of this moment. */
+QString stateFolder();
+
+/** The local socket over which `portwirectl` reaches the running program; in the state folder. */
+QString controlSocket();
+
+} // namespace portwire

@@ -1,0 +1,138 @@
+#pragma once
+
+#include "portwire/bus.h"
+#include "portwire/virtual/Fault.h"
+#include "portwire/virtual/HidEvent.h"
+#include "portwire/virtual/Scene.h"
+#include "portwire/virtual/VirtualEndpoint.h"
+#include "portwire/virtual/ids.h"
+
+namespace portwire {
+
+/** What a device on the virtual bus is and does now. */
+struct DeviceDescription
+{
+    std::string id;
+    std::string model;
+    bool isReceiver;
+    std::string product; ///< product id; of a mouse that of its cable
+    std::string path;    ///< of the receiver, or of the mouse's cable; there whether plugged or not
+    bool isPlugged;      ///< the receiver, or the mouse's cable
+    bool isAwake;        ///< the mouse; for a receiver the mouse that is paired with it
+    bool isCorded;
+    std::string partner;                 ///< the paired mouse of a receiver, the receiver of a mouse; empty for none
+    std::array<std::uint8_t, 3> address; ///< of the mouse
+    int batteryPercent;                  ///< of the mouse, -1 for a receiver without one
+    bool isCharging;
+    int dpi, rateHz, level, profile;
+    LightState light;
+    int receiverLightMode;
+};
+
+/**
+ * Mice and receivers as firmware models. All functions may be called from any thread. Those that act on a device give
+ * an empty text, or say why they did nothing.
+ */
+class VirtualBus : public Bus, public std::enable_shared_from_this<VirtualBus>
+{
+public:
+    /** An empty bus. \param time for the mice, to fall asleep by */
+    static std::shared_ptr<VirtualBus> create(VirtualMouse::Clock time = &std::chrono::steady_clock::now);
+
+    std::vector<DeviceNode> enumerate() override;
+    std::unique_ptr<Endpoint> open(const std::string &path) override;
+    void setChangeNotice(std::function<void()> notice) override;
+
+    /** Takes a report for a device and puts what it answers into the inbox. For endpoints. */
+    void receive(const std::string &path, const Report &report, Inbox &inbox);
+
+    /** A mouse on `cable`, or one with a receiver on `1k`, `2k` or `4k`. \param id the new mouse's */
+    std::string add(std::string_view modelName, std::string_view linkName, std::string &id);
+    /** A mouse goes with its receiver, a receiver alone. */
+    std::string remove(const std::string &id);
+    std::string setPlugged(const std::string &id, bool isNowPlugged);
+    std::string setAwake(const std::string &id, bool isNowAwake);
+    std::string changeLevel(const std::string &id, int level);
+    std::string changeRate(const std::string &id, int code);
+    std::string changeProfile(const std::string &id, int index);
+    std::string setBattery(const std::string &id, int percent, bool isCharging);
+    std::string setFault(const std::string &id, FaultKind kind, int answers);
+    /** Presses and lets go a button. \param events what comes of it */
+    std::string press(const std::string &id, int slot, std::vector<HidEvent> &events);
+    /** The 10,428 bytes that the mouse's active profile means. */
+    std::string record(const std::string &id, std::vector<std::uint8_t> &bytes);
+    std::vector<DeviceDescription> describe();
+
+    /** Everything at once. */
+    Scene scene();
+    void setScene(const Scene &scene);
+    /** \param notice called after each change of what scene() gives, with the bus locked: it must not wait or call back
+     */
+    void setSceneNotice(std::function<void()> notice);
+
+private:
+    struct Mouse
+    {
+        std::string id;
+        const ids::MouseIds *kind;
+        VirtualMouse device;
+        Fault fault{};
+
+        std::string path() const; ///< of its cable
+        std::array<std::uint8_t, 3> address() const;
+    };
+    struct Receiver
+    {
+        std::string id;
+        const ids::MouseIds *mouseKind; ///< the model that it was sold with
+        const ids::ReceiverIds *kind;
+        VirtualReceiver device;
+        std::string pairedMouse{};
+        bool isPlugged = true;
+        Fault fault{};
+
+        std::string path() const;
+    };
+    struct Opened
+    {
+        std::string path;
+        std::weak_ptr<Inbox> inbox;
+    };
+
+    explicit VirtualBus(VirtualMouse::Clock time) : clock(std::move(time)) {}
+
+    Mouse *findMouse(const std::string &id);
+    Receiver *findReceiver(const std::string &id);
+    Receiver *receiverOf(const Mouse &mouse);
+    Mouse *reachedBy(const Receiver &receiver);
+    bool isIdFree(const std::string &id);
+
+    Mouse &addMouse(const std::string &id, const ids::MouseIds &kind);
+    Receiver &addReceiver(const std::string &id, const ids::MouseIds &mouseKind, const ids::ReceiverIds &kind);
+    void plugReceiver(Receiver &receiver, bool isNowPlugged);
+    void plugMouse(Mouse &mouse, bool isNowPlugged);
+
+    FirmwarePacket answerAtCable(Mouse &mouse, const FirmwarePacket &request);
+    FirmwarePacket answerAtReceiver(Receiver &receiver, const FirmwarePacket &request, Fault *&fault);
+    void announce(const std::string &path, const FirmwarePacket &packet);
+    void shut(const std::string &path);
+    void noteChange();
+    void notify();
+
+    template<typename Action>
+    std::string onMouse(const std::string &id, Action action);
+
+    DeviceDescription describe(Mouse &mouse);
+    DeviceDescription describe(Receiver &receiver);
+
+    std::mutex mutex;
+    const VirtualMouse::Clock clock;
+    std::vector<std::unique_ptr<Mouse>> mice;
+    std::vector<std::unique_ptr<Receiver>> receivers;
+    std::vector<Opened> opened;
+    std::function<void()> sceneNotice;
+    std::mutex noticeMutex; ///< apart from the other: the notice is called with the bus free
+    std::function<void()> changeNotice;
+};
+
+} // namespace portwire

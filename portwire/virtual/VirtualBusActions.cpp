@@ -1,0 +1,233 @@
+#include "portwire/virtual/ButtonPlayer.h"
+#include "portwire/virtual/VirtualBus.h"
+
+#include <algorithm>
+
+// What hands do to the devices, and what they look like.
+
+namespace portwire {
+
+namespace {
+
+const char noSuchMouse[] = "there is no mouse with this id";
+const char noSuchDevice[] = "there is no device with this id";
+
+} // namespace
+
+std::string VirtualBus::add(std::string_view modelName, std::string_view linkName, std::string &id)
+{
+    const ids::MouseIds *const mouseKind = ids::findMouse(modelName);
+    const ids::ReceiverIds *const receiverKind = ids::findReceiver(linkName);
+    if (!mouseKind)
+        return "the model is none of q1, q2, unknown";
+    if (!receiverKind && linkName != "cable")
+        return "the link is none of cable, 1k, 2k, 4k";
+    {
+        const std::lock_guard lock(mutex);
+        id = modelName;
+        for (int number = 2; !isIdFree(id); ++number)
+            id = std::string(modelName) + "-" + std::to_string(number);
+        Mouse &mouse = addMouse(id, *mouseKind);
+        if (receiverKind)
+            addReceiver(id + "-" + std::string(linkName), *mouseKind, *receiverKind).pairedMouse = id;
+        else
+            mouse.device.setCorded(true);
+        noteChange();
+    }
+    notify();
+    return {};
+}
+
+std::string VirtualBus::remove(const std::string &id)
+{
+    {
+        const std::lock_guard lock(mutex);
+        Mouse *const mouse = findMouse(id);
+        Receiver *const receiver = mouse ? receiverOf(*mouse) : findReceiver(id);
+        if (!mouse && !receiver)
+            return noSuchDevice;
+        if (mouse)
+            shut(mouse->path());
+        if (receiver)
+            shut(receiver->path());
+        mice.erase(std::remove_if(mice.begin(), mice.end(), [&](const auto &m) { return m.get() == mouse; }),
+                   mice.end());
+        receivers.erase(
+            std::remove_if(receivers.begin(), receivers.end(), [&](const auto &r) { return r.get() == receiver; }),
+            receivers.end());
+        noteChange();
+    }
+    notify();
+    return {};
+}
+
+std::string VirtualBus::setPlugged(const std::string &id, bool isNowPlugged)
+{
+    {
+        const std::lock_guard lock(mutex);
+        if (Mouse *const mouse = findMouse(id))
+            plugMouse(*mouse, isNowPlugged);
+        else if (Receiver *const receiver = findReceiver(id))
+            plugReceiver(*receiver, isNowPlugged);
+        else
+            return noSuchDevice;
+        noteChange();
+    }
+    notify();
+    return {};
+}
+
+void VirtualBus::plugReceiver(Receiver &receiver, bool isNowPlugged)
+{
+    receiver.isPlugged = isNowPlugged;
+    if (isNowPlugged)
+        return;
+    shut(receiver.path());
+    if (Mouse *const mouse = reachedBy(receiver))
+        mouse->device.connectionLost();
+}
+
+void VirtualBus::plugMouse(Mouse &mouse, bool isNowPlugged)
+{
+    if (!isNowPlugged)
+        shut(mouse.path());
+    mouse.device.setCorded(isNowPlugged);
+}
+
+template<typename Action>
+std::string VirtualBus::onMouse(const std::string &id, Action action)
+{
+    const std::lock_guard lock(mutex);
+    Mouse *const mouse = findMouse(id);
+    return mouse ? action(*mouse) : noSuchMouse;
+}
+
+std::string VirtualBus::setAwake(const std::string &id, bool isNowAwake)
+{
+    return onMouse(id, [&](Mouse &mouse) -> std::string {
+        if (isNowAwake)
+            mouse.device.wake();
+        else
+            mouse.device.sleep();
+        return {};
+    });
+}
+
+std::string VirtualBus::changeLevel(const std::string &id, int level)
+{
+    return onMouse(id, [&](Mouse &mouse) -> std::string {
+        return mouse.device.changeLevel(level) ? "" : "the mouse has no such level in use; the first is 0";
+    });
+}
+
+std::string VirtualBus::changeRate(const std::string &id, int code)
+{
+    return onMouse(id, [&](Mouse &mouse) -> std::string {
+        const bool isByte = code >= 0 && code <= 255;
+        return isByte && mouse.device.changeRate(static_cast<std::uint8_t>(code))
+                   ? ""
+                   : "the code is none of 8, 4, 2, 1, 16, 32 (125 to 4000 Hz)";
+    });
+}
+
+std::string VirtualBus::changeProfile(const std::string &id, int index)
+{
+    return onMouse(id, [&](Mouse &mouse) -> std::string {
+        return mouse.device.changeProfile(index) ? "" : "the profile is none of 0, 1, 2, 3";
+    });
+}
+
+std::string VirtualBus::setBattery(const std::string &id, int percent, bool isCharging)
+{
+    return onMouse(id, [&](Mouse &mouse) -> std::string {
+        if (!mouse.device.setBattery(percent, isCharging))
+            return "the charge is not within 0 to 100 percent";
+        noteChange();
+        return {};
+    });
+}
+
+std::string VirtualBus::press(const std::string &id, int slot, std::vector<HidEvent> &events)
+{
+    return onMouse(id, [&](Mouse &mouse) -> std::string {
+        if (slot < 0 || slot > 15)
+            return "the slot is not within 0 to 15";
+        events = ButtonPlayer(mouse.device).press(slot);
+        return {};
+    });
+}
+
+std::string VirtualBus::setFault(const std::string &id, FaultKind kind, int answers)
+{
+    const std::lock_guard lock(mutex);
+    Mouse *const mouse = findMouse(id);
+    Receiver *const receiver = findReceiver(id);
+    if (!mouse && !receiver)
+        return noSuchDevice;
+    (mouse ? mouse->fault : receiver->fault).set(kind, answers);
+    return {};
+}
+
+std::string VirtualBus::record(const std::string &id, std::vector<std::uint8_t> &bytes)
+{
+    return onMouse(id, [&](Mouse &mouse) -> std::string {
+        bytes = mouse.device.flash().record();
+        return {};
+    });
+}
+
+std::vector<DeviceDescription> VirtualBus::describe()
+{
+    const std::lock_guard lock(mutex);
+    std::vector<DeviceDescription> all;
+    for (const auto &mouse : mice)
+        all.push_back(describe(*mouse));
+    for (const auto &receiver : receivers)
+        all.push_back(describe(*receiver));
+    return all;
+}
+
+DeviceDescription VirtualBus::describe(Mouse &mouse)
+{
+    const Receiver *const receiver = receiverOf(mouse);
+    const FirmwareFlash &flash = mouse.device.flash();
+    DeviceDescription device{};
+    device.id = mouse.id;
+    device.model = mouse.kind->model;
+    device.product = mouse.kind->cableProduct;
+    device.path = mouse.path();
+    device.isPlugged = device.isCorded = mouse.device.isCorded();
+    device.isAwake = mouse.device.isAwake();
+    device.partner = receiver ? receiver->id : std::string();
+    device.address = mouse.address();
+    device.batteryPercent = mouse.device.batteryPercent();
+    device.isCharging = mouse.device.isCharging();
+    device.dpi = flash.dpi(mouse.device.sensor());
+    device.rateHz = flash.rateHz();
+    device.level = flash.currentLevel();
+    device.profile = mouse.device.activeProfile();
+    device.light = flash.light();
+    return device;
+}
+
+DeviceDescription VirtualBus::describe(Receiver &receiver)
+{
+    Mouse *const mouse = findMouse(receiver.pairedMouse);
+    DeviceDescription device{};
+    if (mouse)
+        device = describe(*mouse);
+    else
+        device.batteryPercent = -1;
+    device.id = receiver.id;
+    device.model = receiver.mouseKind->model;
+    device.isReceiver = true;
+    device.product = receiver.kind->product;
+    device.path = receiver.path();
+    device.isPlugged = receiver.isPlugged;
+    device.isCorded = false;
+    device.partner = mouse ? mouse->id : std::string();
+    device.receiverLightMode = receiver.device.content().light[0];
+    return device;
+}
+
+} // namespace portwire

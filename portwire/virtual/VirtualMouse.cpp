@@ -1,0 +1,222 @@
+#include "portwire/virtual/VirtualMouse.h"
+
+#include "portwire/virtual/ids.h"
+
+#include <algorithm>
+
+namespace portwire {
+
+namespace {
+
+Sensor sensorOf(std::string_view model)
+{
+    if (model == "q1")
+        return Sensor::Sensor3395;
+    return model == "q2" ? Sensor::Sensor3311 : Sensor::Unknown;
+}
+
+std::uint16_t versionOf(std::string_view model)
+{
+    const ids::MouseIds *const known = ids::findMouse(model);
+    return known ? known->version : std::uint16_t{0};
+}
+
+constexpr std::uint8_t rateCodes[] = {8, 4, 2, 1, 16, 32};
+
+} // namespace
+
+VirtualMouse::VirtualMouse(std::string_view modelName, Clock clock)
+    : model(modelName), sensorKind(sensorOf(modelName)), version(versionOf(modelName)), now(std::move(clock)),
+      lastUse(now())
+{
+    stored.profiles.fill(FirmwareFlash::factory(model));
+}
+
+FirmwarePacket VirtualMouse::answer(const FirmwarePacket &request)
+{
+    switch (request.code) {
+    case 2:
+        programShown = !request.data.empty() && request.data[0] != 0;
+        return request.answer();
+    case 4:
+        return request.answer({static_cast<std::uint8_t>(percent), static_cast<std::uint8_t>(charging), 0, 0});
+    case 7:
+        return write(request);
+    case 8:
+        return read(request);
+    case 9:
+        active() = FirmwareFlash::factory(model);
+        changed();
+        return request.answer();
+    case 11:
+        batteryCurve = request.data;
+        return request.answer();
+    case 14:
+        return request.answer({stored.activeProfile});
+    case 15:
+        return selectProfile(request);
+    case 18:
+        return request.answer({static_cast<std::uint8_t>(version % 256), static_cast<std::uint8_t>(version / 256)});
+    default:
+        return request.refusal();
+    }
+}
+
+FirmwarePacket VirtualMouse::read(const FirmwarePacket &request) const
+{
+    const std::size_t length = request.data.empty() ? 0 : request.data[0];
+    if (length == 0 || length > 54 || request.address + length > FirmwareFlash::size)
+        return request.refusal();
+    const auto from = flash().bytes.begin() + request.address;
+    return request.answer({from, from + static_cast<long>(length)});
+}
+
+FirmwarePacket VirtualMouse::write(const FirmwarePacket &request)
+{
+    if (request.data.empty() || request.address + request.data.size() > FirmwareFlash::size)
+        return request.refusal();
+    if (request.flags & 0x01)
+        staged.clear();
+    else if (staged.empty())
+        return request.batchLost(); // sleep or another profile came in between
+    staged.push_back(request);
+    if (request.flags & 0x02) {
+        for (const FirmwarePacket &part : staged)
+            std::copy(part.data.begin(), part.data.end(), active().bytes.begin() + part.address);
+        staged.clear();
+        touched();
+        changed();
+    }
+    return request.answer();
+}
+
+FirmwarePacket VirtualMouse::selectProfile(const FirmwarePacket &request)
+{
+    if (request.data.empty() || request.data[0] >= profileCount)
+        return request.refusal();
+    changeProfile(request.data[0]);
+    return request.answer({stored.activeProfile});
+}
+
+void VirtualMouse::connectionLost() { staged.clear(); }
+
+bool VirtualMouse::isAwake()
+{
+    const int idle = flash().idleSeconds();
+    if (awake && !corded && idle > 0 && now() - lastUse >= std::chrono::seconds(idle))
+        sleep();
+    return awake;
+}
+
+void VirtualMouse::sleep()
+{
+    awake = false;
+    staged.clear();
+    programShown = false;
+}
+
+void VirtualMouse::wake()
+{
+    const bool wasAwake = isAwake();
+    awake = true;
+    touched();
+    // The charge has changed meanwhile, so that is what a mouse that comes back has to tell.
+    if (!wasAwake)
+        tell(batteryChanged);
+}
+
+void VirtualMouse::setCorded(bool isNowCorded)
+{
+    if (corded == isNowCorded)
+        return;
+    connectionLost();
+    corded = isNowCorded;
+    charging = isNowCorded;
+    awake = true;
+    touched();
+    tell(batteryChanged);
+}
+
+bool VirtualMouse::changeLevel(int level)
+{
+    if (level < 0 || level >= flash().levelCount())
+        return false;
+    wake();
+    active().bytes[4] = static_cast<std::uint8_t>(level);
+    changed();
+    tell(dpiLevelChanged);
+    return true;
+}
+
+bool VirtualMouse::changeRate(std::uint8_t code)
+{
+    if (std::find(std::begin(rateCodes), std::end(rateCodes), code) == std::end(rateCodes))
+        return false;
+    wake();
+    active().bytes[0] = code;
+    changed();
+    tell(reportRateChanged);
+    return true;
+}
+
+bool VirtualMouse::changeProfile(int index)
+{
+    if (index < 0 || index >= static_cast<int>(profileCount))
+        return false;
+    wake();
+    if (index == stored.activeProfile)
+        return true;
+    staged.clear();
+    stored.activeProfile = static_cast<std::uint8_t>(index);
+    changed();
+    tell(wholeRecordChanged);
+    return true;
+}
+
+void VirtualMouse::changeLight(bool isOn, int mode)
+{
+    active().bytes[160] = static_cast<std::uint8_t>(mode);
+    active().bytes[166] = isOn ? 1 : 0;
+    changed();
+    tell(lightChanged);
+}
+
+void VirtualMouse::changeIndicator(bool isOn)
+{
+    active().bytes[79] = isOn ? 1 : 0;
+    changed();
+    tell(indicatorChanged);
+}
+
+bool VirtualMouse::setBattery(int newPercent, bool isNowCharging)
+{
+    if (newPercent < 0 || newPercent > 100)
+        return false;
+    percent = newPercent;
+    charging = isNowCharging;
+    if (isAwake())
+        tell(batteryChanged);
+    return true;
+}
+
+void VirtualMouse::setContent(const Stored &content)
+{
+    stored = content;
+    stored.activeProfile = std::min<std::uint8_t>(stored.activeProfile, profileCount - 1);
+}
+
+void VirtualMouse::tell(std::uint8_t statusFlags)
+{
+    if (announce)
+        announce({10, 0, 0, 0, {statusFlags}});
+}
+
+void VirtualMouse::touched() { lastUse = now(); }
+
+void VirtualMouse::changed()
+{
+    if (storedChanged)
+        storedChanged();
+}
+
+} // namespace portwire

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "portwire/virtual/FirmwareFlash.h"
+#include "portwire/virtual/FirmwarePacket.h"
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace portwire {
+
+/** What a status report can say; more than one at a time. */
+enum StatusFlag : std::uint8_t {
+    dpiLevelChanged = 0x01,
+    reportRateChanged = 0x02,
+    wholeRecordChanged = 0x04,
+    indicatorChanged = 0x08,
+    lightChanged = 0x20,
+    batteryChanged = 0x40,
+};
+
+/**
+ * Firmware model of a mouse: four stored profiles, battery, sleep. It knows the wire protocol and its own flash and
+ * nothing of the program. Not safe for use by several threads at a time; the bus sees to that.
+ */
+class VirtualMouse
+{
+public:
+    using Clock = std::function<std::chrono::steady_clock::time_point()>;
+    static constexpr std::size_t profileCount = 4;
+
+    /** What outlasts a loss of power. */
+    struct Stored
+    {
+        std::array<FirmwareFlash, profileCount> profiles;
+        std::uint8_t activeProfile = 0;
+    };
+
+    /** A mouse fresh from the factory, awake. \param modelName "q1", "q2"; anything else is a model nobody knows */
+    VirtualMouse(std::string_view modelName, Clock clock);
+
+    /** The answer to a request; the mouse must be awake. */
+    FirmwarePacket answer(const FirmwarePacket &request);
+    /** The link to the PC broke off: a batch of writes that isn't complete is forgotten. */
+    void connectionLost();
+
+    bool isAwake(); ///< false as soon as the idle time has passed
+    void sleep();
+    void wake();
+
+    bool isCorded() const { return corded; }
+    /** Plugs or pulls the cable. Power comes with it: the mouse wakes up and doesn't fall asleep by itself. */
+    void setCorded(bool isNowCorded);
+
+    /* What a hand does on the mouse. It wakes up, tells the PC, and false is returned if there is no such thing. */
+    bool changeLevel(int level);        ///< 0 to the number of levels in use less 1
+    bool changeRate(std::uint8_t code); ///< as in ReportRate of the record
+    bool changeProfile(int index);      ///< 0 to 3
+
+    void changeLight(bool isOn, int mode);
+    void changeIndicator(bool isOn);
+
+    int batteryPercent() const { return percent; }
+    bool isCharging() const { return charging; }
+    bool setBattery(int newPercent, bool isNowCharging); ///< 0 to 100; false if out of range
+
+    const FirmwareFlash &flash() const { return stored.profiles[stored.activeProfile]; }
+    int activeProfile() const { return stored.activeProfile; }
+    Sensor sensor() const { return sensorKind; }
+    bool isProgramShown() const { return programShown; }
+
+    const Stored &content() const { return stored; }
+    void setContent(const Stored &content);
+
+    /** Called with each unprompted report. */
+    std::function<void(const FirmwarePacket &)> announce;
+    /** Called after each change of what is stored. */
+    std::function<void()> storedChanged;
+
+private:
+    FirmwareFlash &active() { return stored.profiles[stored.activeProfile]; }
+    void tell(std::uint8_t statusFlags);
+    void touched();
+    void changed();
+    FirmwarePacket read(const FirmwarePacket &request) const;
+    FirmwarePacket write(const FirmwarePacket &request);
+    FirmwarePacket selectProfile(const FirmwarePacket &request);
+
+    const std::string model;
+    const Sensor sensorKind;
+    const std::uint16_t version;
+    Clock now;
+
+    Stored stored;
+    /** Writes of a batch whose last report hasn't come yet. */
+    std::vector<FirmwarePacket> staged;
+    std::vector<std::uint8_t> batteryCurve;
+
+    bool awake = true;
+    bool corded = false;
+    bool programShown = false;
+    int percent = 80;
+    bool charging = false;
+    std::chrono::steady_clock::time_point lastUse;
+};
+
+} // namespace portwire

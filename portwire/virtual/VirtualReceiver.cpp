@@ -1,0 +1,62 @@
+#include "portwire/virtual/VirtualReceiver.h"
+
+#include "portwire/virtual/ids.h"
+
+#include <algorithm>
+
+namespace portwire {
+
+std::optional<FirmwarePacket> VirtualReceiver::answer(const FirmwarePacket &request)
+{
+    switch (request.code) {
+    case 5:
+        return enterPairing(request);
+    case 6:
+        return request.answer({pairingStatus});
+    case 20:
+        return setLight(request);
+    case 21:
+        return request.answer({stored.light.begin(), stored.light.end()});
+    case 22:
+        return setLongRange(request);
+    case 23:
+        return request.answer({static_cast<std::uint8_t>(stored.isLongRange)});
+    case 24:
+        return request.answer({static_cast<std::uint8_t>(version % 256), static_cast<std::uint8_t>(version / 256)});
+    default:
+        return std::nullopt;
+    }
+}
+
+FirmwarePacket VirtualReceiver::setLight(const FirmwarePacket &request)
+{
+    if (request.data.size() < stored.light.size() || request.data[0] > 3)
+        return request.refusal();
+    std::copy_n(request.data.begin(), stored.light.size(), stored.light.begin());
+    if (storedChanged)
+        storedChanged();
+    return request.answer();
+}
+
+FirmwarePacket VirtualReceiver::setLongRange(const FirmwarePacket &request)
+{
+    if (request.data.empty())
+        return request.refusal();
+    stored.isLongRange = request.data[0] != 0;
+    if (storedChanged)
+        storedChanged();
+    return request.answer();
+}
+
+/** No virtual mouse can be put into its pairing state, so the search ends at once without one. */
+FirmwarePacket VirtualReceiver::enterPairing(const FirmwarePacket &request)
+{
+    if (request.data.empty() || request.data[0] != ids::company)
+        return request.refusal();
+    pairingStatus = 2;
+    if (announce)
+        announce({6, 0, 0, 0, {pairingStatus}});
+    return request.answer();
+}
+
+} // namespace portwire

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "portwire/virtual/FirmwarePacket.h"
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace portwire {
+
+/** Firmware model of a receiver: what it answers by itself. What isn't for it goes on to its mouse. */
+class VirtualReceiver
+{
+public:
+    /** What outlasts a loss of power. */
+    struct Stored
+    {
+        std::array<std::uint8_t, 10> light{1, 0, 0, 0, 0, 0, 0, 0, 0, 0}; ///< byte 0 is the mode
+        bool isLongRange = false;
+    };
+
+    /** \param firmwareVersion major high */
+    explicit VirtualReceiver(std::uint16_t firmwareVersion) : version(firmwareVersion) {}
+
+    /** \return nothing if the request is for the mouse. */
+    std::optional<FirmwarePacket> answer(const FirmwarePacket &request);
+
+    const Stored &content() const { return stored; }
+    void setContent(const Stored &content) { stored = content; }
+
+    /** Called with each unprompted report. */
+    std::function<void(const FirmwarePacket &)> announce;
+    /** Called after each change of what is stored. */
+    std::function<void()> storedChanged;
+
+private:
+    FirmwarePacket setLight(const FirmwarePacket &request);
+    FirmwarePacket setLongRange(const FirmwarePacket &request);
+    FirmwarePacket enterPairing(const FirmwarePacket &request);
+
+    const std::uint16_t version;
+    Stored stored;
+    std::uint8_t pairingStatus = 0; ///< 0 none yet, 1 goes on, 2 failed, 3 paired
+};
+
+} // namespace portwire

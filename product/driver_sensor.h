@@ -1,0 +1,146 @@
+/*
+ * What the program can't compute about a sensor. It reads this file at start.
+ *
+ * A name and its value are parted by one tab and everything else by blanks; a line of another form is skipped.
+ *
+ * SUPPORT_<FEATURE> lists the sensors that have the feature, by the name that the product file gives them. A name also
+ * counts inside a longer one. A sensor that no list names has no such control on the sensor page.
+ *
+ * SENSOR_<NAME>_DPI_<dpi> is the code that the sensor takes for a DPI value. A sensor without such lines is computed:
+ * code = dpi / 50 - 1. The value is hexadecimal, or decimal with a comment behind it that holds no blank.
+ */
+#define DRIVER_SENSOR_H
+
+#define SUPPORT_SENSOR_MODE_SEL	3395
+#define SUPPORT_LOD_CAL	3395,3311
+#define SUPPORT_RIPPLE	3395,3311
+#define SUPPORT_FIXLINE	3395
+#define SUPPORT_MOTION_SYNC	3395
+#define SUPPORT_MOUSEPAD_CAL	3395
+
+// 3311: one count is 100 DPI, and the scale starts at 4. Up to 1000 DPI in decimal, as the sensor's own table has them.
+#define SENSOR_3311_DPI_100	4 //100dpi
+#define SENSOR_3311_DPI_200	5 //200dpi
+#define SENSOR_3311_DPI_300	6 //300dpi
+#define SENSOR_3311_DPI_400	7 //400dpi
+#define SENSOR_3311_DPI_500	8 //500dpi
+#define SENSOR_3311_DPI_600	9 //600dpi
+#define SENSOR_3311_DPI_700	10 //700dpi
+#define SENSOR_3311_DPI_800	11 //800dpi
+#define SENSOR_3311_DPI_900	12 //900dpi
+#define SENSOR_3311_DPI_1000	13 //1000dpi
+
+#define SENSOR_3311_DPI_1100	0x0E
+#define SENSOR_3311_DPI_1200	0x0F
+#define SENSOR_3311_DPI_1300	0x10
+#define SENSOR_3311_DPI_1400	0x11
+#define SENSOR_3311_DPI_1500	0x12
+#define SENSOR_3311_DPI_1600	0x13
+#define SENSOR_3311_DPI_1700	0x14
+#define SENSOR_3311_DPI_1800	0x15
+#define SENSOR_3311_DPI_1900	0x16
+#define SENSOR_3311_DPI_2000	0x17
+#define SENSOR_3311_DPI_2100	0x18
+#define SENSOR_3311_DPI_2200	0x19
+#define SENSOR_3311_DPI_2300	0x1A
+#define SENSOR_3311_DPI_2400	0x1B
+#define SENSOR_3311_DPI_2500	0x1C
+#define SENSOR_3311_DPI_2600	0x1D
+#define SENSOR_3311_DPI_2700	0x1E
+#define SENSOR_3311_DPI_2800	0x1F
+#define SENSOR_3311_DPI_2900	0x20
+#define SENSOR_3311_DPI_3000	0x21
+#define SENSOR_3311_DPI_3100	0x22
+#define SENSOR_3311_DPI_3200	0x23
+#define SENSOR_3311_DPI_3300	0x24
+#define SENSOR_3311_DPI_3400	0x25
+#define SENSOR_3311_DPI_3500	0x26
+#define SENSOR_3311_DPI_3600	0x27
+#define SENSOR_3311_DPI_3700	0x28
+#define SENSOR_3311_DPI_3800	0x29
+#define SENSOR_3311_DPI_3900	0x2A
+#define SENSOR_3311_DPI_4000	0x2B
+#define SENSOR_3311_DPI_4100	0x2C
+#define SENSOR_3311_DPI_4200	0x2D
+#define SENSOR_3311_DPI_4300	0x2E
+#define SENSOR_3311_DPI_4400	0x2F
+#define SENSOR_3311_DPI_4500	0x30
+#define SENSOR_3311_DPI_4600	0x31
+#define SENSOR_3311_DPI_4700	0x32
+#define SENSOR_3311_DPI_4800	0x33
+#define SENSOR_3311_DPI_4900	0x34
+#define SENSOR_3311_DPI_5000	0x35
+#define SENSOR_3311_DPI_5100	0x36
+#define SENSOR_3311_DPI_5200	0x37
+#define SENSOR_3311_DPI_5300	0x38
+#define SENSOR_3311_DPI_5400	0x39
+#define SENSOR_3311_DPI_5500	0x3A
+#define SENSOR_3311_DPI_5600	0x3B
+#define SENSOR_3311_DPI_5700	0x3C
+#define SENSOR_3311_DPI_5800	0x3D
+#define SENSOR_3311_DPI_5900	0x3E
+#define SENSOR_3311_DPI_6000	0x3F
+#define SENSOR_3311_DPI_6100	0x40
+#define SENSOR_3311_DPI_6200	0x41
+#define SENSOR_3311_DPI_6300	0x42
+#define SENSOR_3311_DPI_6400	0x43
+#define SENSOR_3311_DPI_6500	0x44
+#define SENSOR_3311_DPI_6600	0x45
+#define SENSOR_3311_DPI_6700	0x46
+#define SENSOR_3311_DPI_6800	0x47
+#define SENSOR_3311_DPI_6900	0x48
+#define SENSOR_3311_DPI_7000	0x49
+#define SENSOR_3311_DPI_7100	0x4A
+#define SENSOR_3311_DPI_7200	0x4B
+#define SENSOR_3311_DPI_7300	0x4C
+#define SENSOR_3311_DPI_7400	0x4D
+#define SENSOR_3311_DPI_7500	0x4E
+#define SENSOR_3311_DPI_7600	0x4F
+#define SENSOR_3311_DPI_7700	0x50
+#define SENSOR_3311_DPI_7800	0x51
+#define SENSOR_3311_DPI_7900	0x52
+#define SENSOR_3311_DPI_8000	0x53
+#define SENSOR_3311_DPI_8100	0x54
+#define SENSOR_3311_DPI_8200	0x55
+#define SENSOR_3311_DPI_8300	0x56
+#define SENSOR_3311_DPI_8400	0x57
+#define SENSOR_3311_DPI_8500	0x58
+#define SENSOR_3311_DPI_8600	0x59
+#define SENSOR_3311_DPI_8700	0x5A
+#define SENSOR_3311_DPI_8800	0x5B
+#define SENSOR_3311_DPI_8900	0x5C
+#define SENSOR_3311_DPI_9000	0x5D
+#define SENSOR_3311_DPI_9100	0x5E
+#define SENSOR_3311_DPI_9200	0x5F
+#define SENSOR_3311_DPI_9300	0x60
+#define SENSOR_3311_DPI_9400	0x61
+#define SENSOR_3311_DPI_9500	0x62
+#define SENSOR_3311_DPI_9600	0x63
+#define SENSOR_3311_DPI_9700	0x64
+#define SENSOR_3311_DPI_9800	0x65
+#define SENSOR_3311_DPI_9900	0x66
+#define SENSOR_3311_DPI_10000	0x67
+#define SENSOR_3311_DPI_10100	0x68
+#define SENSOR_3311_DPI_10200	0x69
+#define SENSOR_3311_DPI_10300	0x6A
+#define SENSOR_3311_DPI_10400	0x6B
+#define SENSOR_3311_DPI_10500	0x6C
+#define SENSOR_3311_DPI_10600	0x6D
+#define SENSOR_3311_DPI_10700	0x6E
+#define SENSOR_3311_DPI_10800	0x6F
+#define SENSOR_3311_DPI_10900	0x70
+#define SENSOR_3311_DPI_11000	0x71
+#define SENSOR_3311_DPI_11100	0x72
+#define SENSOR_3311_DPI_11200	0x73
+#define SENSOR_3311_DPI_11300	0x74
+#define SENSOR_3311_DPI_11400	0x75
+#define SENSOR_3311_DPI_11500	0x76
+#define SENSOR_3311_DPI_11600	0x77
+#define SENSOR_3311_DPI_11700	0x78
+#define SENSOR_3311_DPI_11800	0x79
+#define SENSOR_3311_DPI_11900	0x7A
+#define SENSOR_3311_DPI_12000	0x7B
+#define SENSOR_3311_DPI_12100	0x7C
+#define SENSOR_3311_DPI_12200	0x7D
+#define SENSOR_3311_DPI_12300	0x7E
+#define SENSOR_3311_DPI_12400	0x7F

@@ -1,0 +1,74 @@
+#include "productdata/ModelData.h"
+
+#include "platform/Registry.h"
+#include "productdata/ConfigStore.h"
+
+#include <QDebug>
+
+namespace {
+
+const QString option = QStringLiteral("Option");
+
+/** No product has had more than a dozen models; a damaged number must not turn into millions of reads. */
+constexpr int mostModels = 64;
+
+} // namespace
+
+const char *const ModelData::registryKey = "HKEY_CURRENT_USER\\Software\\Velko\\Velko\\Mouse Drive Test";
+const char *const ModelData::installerKey = "HKEY_CURRENT_USER\\Software\\VelkoA\\Halvarion\\Halvarion";
+
+int ModelData::deviceTotal()
+{
+    const int total = ConfigStore::instance()->number(option, QStringLiteral("DeviceTotal"));
+    if (total < 0 || total > mostModels) {
+        qWarning() << "DeviceTotal is out of range:" << total;
+        return qBound(0, total, mostModels);
+    }
+    return total;
+}
+
+std::optional<int> ModelData::companyId()
+{
+    bool isNumber = false;
+    const int id = ConfigStore::instance()->value(option, QStringLiteral("CID")).toInt(&isNumber);
+    if (!isNumber || id < 0 || id > 255)
+        return std::nullopt;
+    return id;
+}
+
+QString ModelData::section(int modelIndex) { return QStringLiteral("Drive") + QString::number(modelIndex + 1); }
+
+int ModelData::modelIndexOf(int deviceKind)
+{
+    const int total = deviceTotal();
+    for (int index = 0; index < total; ++index) {
+        bool isNumber = false;
+        const int kind = ConfigStore::instance()->value(section(index), QStringLiteral("MID")).toInt(&isNumber);
+        if (isNumber && kind == deviceKind)
+            return index;
+    }
+    return total;
+}
+
+ModelData::UsbIds ModelData::usbIds()
+{
+    const ConfigStore *store = ConfigStore::instance();
+    return {store->value(option, QStringLiteral("VID")), store->valueList(option, QStringLiteral("USB_PID")),
+            store->valueList(option, QStringLiteral("Wireless_PID")),
+            store->valueList(option, QStringLiteral("Wireless2_PID")),
+            store->valueList(option, QStringLiteral("Wireless4_PID"))};
+}
+
+QString ModelData::updateFailInfo()
+{
+    return QString::fromStdString(platform::registryText(registryKey, "UpdateFailInfo"));
+}
+
+void ModelData::storeMouseVersion(int modelIndex, const QString &version)
+{
+    const ConfigStore *store = ConfigStore::instance();
+    const QString name = QStringLiteral("MouseVer") + store->value(option, QStringLiteral("CID")) +
+                         store->value(section(modelIndex), QStringLiteral("MID"));
+    if (!platform::setRegistryText(registryKey, name.toStdString(), version.toStdString()))
+        qWarning() << "the firmware version could not be stored:" << name;
+}

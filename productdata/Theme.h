@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QString>
+
+/**
+ * The look as data: picture folders beside the executable, colours of the product file, and the style-sheet templates
+ * that every page fills with them. The templates stand here and nowhere else.
+ */
+namespace Theme {
+
+/** Full path of a picture folder with a closing slash, such as pictureFolder("Sensor"). */
+QString pictureFolder(const char *name);
+
+/** Colour keys of the section `Option`. */
+enum class Colour {
+    LabelColor,
+    ButtonColor,
+    ComboxTextColor,
+    ComboxSelectColor,
+    ComboxBackGroundColor,
+    LinEditColor,
+    LinEditColorSecond,
+    SliderColor
+};
+
+/** "red,green,blue" of a colour key; the built-in colour when the key doesn't hold three numbers of 0 to 255. */
+QString rgb(Colour colour);
+
+/** Text colour of every label below the widget. */
+QString label();
+/** Text colour of one label, by object name. */
+QString namedLabel(const QString &objectName);
+QString checkBox(const QString &folder);
+/** A tool button with pictures for plain, hover and pressed. Pictures are file names in the folder. */
+QString toolButton(const QString &folder, const QString &plain, const QString &hover, const QString &click);
+/** A page button with pictures for plain, hover and checked. */
+QString pageButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked);
+/** A confirm-like button with text: `ButtonColor`, a picture and one for pressed. */
+QString textButton(const QString &folder, const QString &plain, const QString &click);
+/** The same with a picture for hover, which also marks the button that has the keyboard. */
+QString textButton(const QString &folder, const QString &plain, const QString &hover, const QString &click);
+/** Appended to toolButton(): the one that has the keyboard looks as under the mouse. */
+QString toolButtonFocus(const QString &folder, const QString &hover);
+QString comboBox(const QString &folder);
+QString comboBoxList();
+QString slider(const QString &folder);
+QString spinBox();
+QString lineEdit();
+/** Appended to the sheet of an entry field: its frame lights up while it has the keyboard. */
+QString focusFrame(const QString &widgetClass);
+/** A checkable button with text, one of a row of choices: pictures for plain, hover and checked. */
+QString choiceButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked);
+/** A hint over a control, for the widget below which the hints belong. */
+QString toolTip();
+/** A checkable switch, by object name: "Open.png" when checked and "Close.png" when not. */
+QString switchButton(const QString &folder, const QString &objectName);
+/** A frame, by object name, with a picture as background. */
+QString frameBackground(const QString &folder, const QString &objectName, const QString &picture);
+
+} // namespace Theme

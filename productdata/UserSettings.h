@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QMutex>
+#include <QSettings>
+#include <QStringList>
+
+#include <memory>
+
+/**
+ * The per-user settings, "Macro.ini" of the per-user folder. In spite of the file's name it holds no macros.
+ * One instance for the process; every operation may be called from any thread.
+ */
+class UserSettings
+{
+public:
+    static UserSettings *instance();
+
+    void write(const QString &section, const QString &key, const QString &text);
+    /** The value as text, empty when absent. */
+    QString read(const QString &section, const QString &key) const;
+    QStringList readList(const QString &section, const QString &key) const;
+    void remove(const QString &section, const QString &key);
+
+    /** Language index of the user, 0 (English) when none was chosen or the value is damaged. */
+    int language() const;
+    void setLanguage(int index);
+
+private:
+    UserSettings();
+    QSettings &settings() const;
+    void save();
+
+    mutable QMutex mutex;
+    std::unique_ptr<QSettings> store;
+};

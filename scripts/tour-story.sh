@@ -1,0 +1,136 @@
+# The stations of the tour, in the words of scripts/tour.
+
+echo "First start: two devices"
+start_program
+shot chooser-two
+hover 335 380
+shot chooser-hover
+
+echo "Plug-in to a setting on the mouse"
+click 335 380
+connected wait-prompt
+shot button-page
+sensor_page
+shot sensor-q1
+click $rate_500
+check "500 Hz is in the mouse's flash" 3 byte_is q1 0 2
+shot sensor-q1-500
+check "the mouse itself polls at 500 Hz" 1 device_says q1 '.rate == 500'
+stop_program $device_close
+start_program
+check "500 Hz is still there" 2 byte_is q1 0 2
+click 335 380
+connected
+sensor_page
+shot sensor-q1-again
+
+echo "Asleep and awake again"
+ctl sleep q1
+click $rate_1000
+check "the offline prompt comes" 3 prompt_shown
+shot offline-prompt
+check "nothing reached the sleeping mouse" 1 byte_is q1 0 2
+ctl wake q1
+check "the prompt goes by itself and the record is read anew" 15 no_prompt
+check "the wait prompt comes" 5 prompt_shown
+check "the wait prompt goes" 15 no_prompt
+shot sensor-q1-awake
+
+echo "The lighting page"
+lighting_page
+shot lighting-q1
+sensor_page
+
+echo "The cable takes over"
+ctl plug q1
+check "the wait prompt comes" 5 prompt_shown
+check "the wait prompt goes" 15 no_prompt
+shot sensor-q1-corded
+ctl unplug q1
+sleep 2
+shot chooser-after-cable
+
+echo "The other mouse"
+click 645 380
+connected
+shot button-page-q2
+sensor_page
+shot sensor-q2
+lighting_page
+shot lighting-q2
+receiver=$(receiver_of q2)
+ctl unplug "$receiver"
+sleep 2
+shot chooser-one
+
+echo "A sleeping mouse"
+ctl plug "$receiver"
+ctl sleep q2
+sleep 2
+shot chooser-offline
+click 645 380
+sleep 2
+check "no wait prompt for a sleeping mouse" 1 no_prompt
+sensor_page
+shot sensor-q2-offline
+ctl wake q2
+sleep 3
+back
+sleep 1
+
+echo "Languages"
+for index in 1 2 3 4 5 0; do
+    language $index
+    shot "chooser-language-$index"
+done
+for index in 1 4; do
+    language $index
+    click 335 380
+    connected "wait-prompt-language-$index"
+    sensor_page
+    shot "sensor-language-$index"
+    lighting_page
+    shot "lighting-language-$index"
+    sensor_page
+    ctl sleep q1
+    click $rate_1000
+    check "the offline prompt comes" 3 prompt_shown
+    shot "offline-prompt-language-$index"
+    ctl wake q1
+    check "the offline prompt goes" 5 no_prompt
+    check "the wait prompt comes" 5 prompt_shown
+    check "the wait prompt goes" 15 no_prompt
+    back
+    sleep 1.5
+done
+language 0
+
+echo "More devices"
+added=()
+for device in "q1 1k" "q1 2k" "q2 2k" "q2 4k" "unknown cable"; do
+    added+=("$(add $device)")
+    sleep 0.2
+done
+sleep 1.5
+shot chooser-seven
+click 988 383
+shot chooser-seven-middle
+click 988 383
+shot chooser-seven-last
+for id in "${added[@]}"; do ctl remove "$id" >/dev/null; done
+sleep 1.5
+unknown=$(add unknown cable)
+sleep 1.5
+shot chooser-three-with-unknown
+ctl remove "$unknown" >/dev/null
+first=$(add q1 cable)
+second=$(add q1 cable)
+check "two of one model bring the notice" 5 prompt_shown
+shot chooser-duplicates
+ctl remove "$first" >/dev/null
+ctl remove "$second" >/dev/null
+check "the notice goes with the cause" 5 no_prompt
+for id in $(ctl devices | jq -r .[].id); do ctl remove "$id" >/dev/null 2>&1 || true; done
+sleep 1.5
+shot chooser-none
+stop_program $chooser_close

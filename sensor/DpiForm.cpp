@@ -1,0 +1,183 @@
+#include "sensor/DpiForm.h"
+
+#include "productdata/Theme.h"
+#include "sensor/ComboStyle.h"
+#include "sensor/MarkerDrag.h"
+#include "sensor/SensorFont.h"
+#include "ui/MyConmboBox.h"
+#include "ui/MySlider.h"
+
+#include <QButtonGroup>
+#include <QLabel>
+#include <QSpinBox>
+#include <QToolButton>
+
+namespace {
+
+struct Level
+{
+    const char *cardName; ///< the bar's is the same with an A behind it
+    const char *colour;   ///< until a model says otherwise
+};
+
+/** The names are those of the first colours and stay whatever colour the user picks. */
+constexpr std::array<Level, DpiForm::levelCount> levels = {{
+    {"BlueButton", "255,0,0"},
+    {"BrightRedButton", "0,0,255"},
+    {"RedButton", "0,255,0"},
+    {"YellowButton", "255,255,0"},
+    {"GreenButton", "0,255,255"},
+    {"PurpleButton", "255,0,255"},
+    {"LightBlueButton", "159,0,0"},
+    {"LightYellowButton", "0,212,252"},
+}};
+
+constexpr int levelDistance = 91;
+
+QRect cardAtRest(int level) { return {15 + levelDistance * level, 99, 54, 56}; }
+QRect cardSelected(int level) { return {15 + levelDistance * level - 7, 99 - 7, 68, 70}; }
+QRect barAtRest(int level) { return {17 + levelDistance * level, 141, 50, 12}; }
+QRect barSelected(int level) { return {17 + levelDistance * level - 8, 141 + 6, 66, 14}; }
+
+/** Room under the number for the bar that lies over the card. */
+constexpr int barRoom = 14;
+
+QString cardStyle(const QString &folder)
+{
+    return QStringLiteral("QToolButton{border:0px;padding-bottom:%4px;color: rgb(%1);background-position:center;"
+                          "background-repeat:no-repeat;background-image: url(%2MinA.png);}"
+                          "QToolButton:hover{color: rgb(%3);}"
+                          "QToolButton:focus{text-decoration: underline;}"
+                          "QToolButton:checked{background-image: url(%2MaxA.png);}")
+        .arg(Theme::rgb(Theme::Colour::ButtonColor), folder, Theme::rgb(Theme::Colour::SliderColor))
+        .arg(barRoom);
+}
+
+int firstChecked(const std::array<QToolButton *, DpiForm::levelCount> &buttons)
+{
+    for (int level = 0; level < DpiForm::levelCount; ++level) {
+        if (buttons[static_cast<std::size_t>(level)]->isChecked())
+            return level;
+    }
+    return -1;
+}
+
+} // namespace
+
+DpiForm::DpiForm(QWidget *editor)
+    : folder(Theme::pictureFolder("Sensor")), label(new QLabel(editor)), ChooseEvent(new MyConmboBox(editor)),
+      horizontalSliderC(new MySlider(editor)), spinBoxA(new QSpinBox(editor)), ReduceLevelA(new QToolButton(editor)),
+      AddLevelA(new QToolButton(editor)), levelGroup(new QButtonGroup(editor)), barGroup(new QButtonGroup(editor)),
+      label_8(nullptr)
+{
+    makeHead();
+    makeValueControls();
+    makeLevels(editor);
+    makeMarker(editor);
+}
+
+void DpiForm::makeHead()
+{
+    label->setObjectName(QStringLiteral("label"));
+    label->setGeometry(0, 0, 91, 21);
+    label->setStyleSheet(Theme::label());
+    label->setFont(SensorFont::font());
+
+    ChooseEvent->setObjectName(QStringLiteral("ChooseEvent"));
+    ChooseEvent->setGeometry(98, 1, 81, 21);
+    styleCombo(ChooseEvent, "Sensor");
+    ChooseEvent->setFont(SensorFont::small());
+}
+
+void DpiForm::makeValueControls()
+{
+    horizontalSliderC->setObjectName(QStringLiteral("horizontalSliderC"));
+    horizontalSliderC->setGeometry(18, 56, 561, 20);
+    horizontalSliderC->setOrientation(Qt::Horizontal);
+    horizontalSliderC->setTracking(false);
+    horizontalSliderC->setRange(50, 10000);
+    horizontalSliderC->setSingleStep(50);
+    horizontalSliderC->setPageStep(50);
+    horizontalSliderC->setStyleSheet(Theme::slider(folder));
+
+    spinBoxA->setObjectName(QStringLiteral("spinBoxA"));
+    spinBoxA->setGeometry(618, 56, 66, 20);
+    spinBoxA->setRange(50, 100000);
+    spinBoxA->setReadOnly(true);
+    spinBoxA->setFocusPolicy(Qt::NoFocus);
+    spinBoxA->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    spinBoxA->setAlignment(Qt::AlignCenter);
+    spinBoxA->setStyleSheet(Theme::spinBox());
+    spinBoxA->setFont(SensorFont::small());
+
+    const auto stepButton = [this](QToolButton *button, const char *name, const QString &picture, const QRect &place) {
+        button->setObjectName(QLatin1String(name));
+        button->setGeometry(place);
+        button->setStyleSheet(
+            Theme::toolButton(folder, picture + ".png", picture + "Hover.png", picture + "Click.png"));
+    };
+    stepButton(ReduceLevelA, "ReduceLevelA", QStringLiteral("Reduce"), {598, 64, 14, 4});
+    stepButton(AddLevelA, "AddLevelA", QStringLiteral("Add"), {691, 59, 14, 14});
+}
+
+void DpiForm::makeLevels(QWidget *editor)
+{
+    const auto make = [editor](const QString &name, QButtonGroup *group, int level) {
+        auto *const button = new QToolButton(editor);
+        button->setObjectName(name);
+        button->setCheckable(true);
+        group->addButton(button, level);
+        return button;
+    };
+    for (int level = 0; level < levelCount; ++level) {
+        const Level &entry = levels[static_cast<std::size_t>(level)];
+        const QString name = QLatin1String(entry.cardName);
+        QToolButton *const button = make(name, levelGroup, level);
+        cards[static_cast<std::size_t>(level)] = button;
+        bars[static_cast<std::size_t>(level)] = make(name + QLatin1Char('A'), barGroup, level);
+        button->setFont(SensorFont::font());
+        button->setStyleSheet(cardStyle(folder));
+        showCard(level, false);
+        bar(level)->setGeometry(barAtRest(level));
+        setColour(level, QLatin1String(entry.colour));
+    }
+}
+
+void DpiForm::makeMarker(QWidget *editor)
+{
+    label_8 = new QLabel(editor);
+    label_8->setObjectName(QStringLiteral("label_8"));
+    label_8->setGeometry(QRect(QPoint(103, 154), MarkerDrag::markerSize));
+    label_8->setCursor(Qt::SizeHorCursor);
+    label_8->setStyleSheet(
+        QStringLiteral("#label_8{image: url(%1Level.png);}#label_8:hover{image: url(%1LevelHover.png);}").arg(folder));
+}
+
+void DpiForm::showCard(int level, bool selected)
+{
+    card(level)->setGeometry(selected ? cardSelected(level) : cardAtRest(level));
+}
+
+void DpiForm::showBar(int level, bool selected)
+{
+    bar(level)->setGeometry(selected ? barSelected(level) : barAtRest(level));
+    styleBar(level, selected);
+}
+
+void DpiForm::setColour(int level, const QString &rgb)
+{
+    colours[static_cast<std::size_t>(level)] = rgb;
+    styleBar(level, bar(level)->isChecked());
+}
+
+void DpiForm::styleBar(int level, bool selected)
+{
+    bar(level)->setStyleSheet(
+        QStringLiteral(
+            "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
+            "background-color:rgb(%1);background-image: url(%2%3);}")
+            .arg(colour(level), folder, selected ? QStringLiteral("MaxB.png") : QStringLiteral("MinB.png")));
+}
+
+int DpiForm::checkedCard() const { return firstChecked(cards); }
+int DpiForm::checkedBar() const { return firstChecked(bars); }

@@ -1,0 +1,1 @@
+#include "sensor/SensorDPI.h"

@@ -1,0 +1,158 @@
+#include "sensor/SensorEffect.h"
+
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceSetters.h"
+#include "productdata/Theme.h"
+#include "sensor/ComboStyle.h"
+#include "sensor/SensorFont.h"
+#include "ui/FittedText.h"
+#include "ui/MyConmboBox.h"
+
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QSpinBox>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr QRect titlePlace(0, 0, 130, 21);
+constexpr QRect comboPlace(0, 45, 130, 30);
+constexpr int gaugeLeft = 160;
+constexpr int speedTop = 20;
+constexpr int brightnessTop = 58;
+constexpr int modeCount = 3;
+constexpr int maximumSpeed = 5;
+
+/** What the record holds for brightness 1 to 10. */
+constexpr std::array<std::uint8_t, 10> brightnessValues = {16, 30, 60, 90, 128, 150, 180, 210, 230, 255};
+
+/** Position of a brightness of the record; a value that isn't in the table stands for itself. */
+int brightnessPosition(int value)
+{
+    const auto found = std::find(brightnessValues.begin(), brightnessValues.end(), value);
+    return found == brightnessValues.end() ? value : int(found - brightnessValues.begin()) + 1;
+}
+
+} // namespace
+
+SensorEffect::SensorEffect(QWidget *parent)
+    : QFrame(parent), label(new QLabel(this)), combo(new MyConmboBox(this)),
+      speed(makeGauge("SpeedH", "SpeedSpinBox", "line", maximumSpeed, speedTop)),
+      brightness(makeGauge("LightH", "LightSpinBox", "line_2", int(brightnessValues.size()), brightnessTop))
+{
+    resize(439, 96);
+    setStyleSheet(Theme::label());
+    label->setObjectName(QStringLiteral("label_4"));
+    label->setGeometry(titlePlace);
+    combo->setObjectName(QStringLiteral("Model"));
+    combo->setGeometry(comboPlace);
+    styleCombo(combo, "Sensor");
+    combo->addItems({QStringLiteral("关闭"), QStringLiteral("常亮"), QStringLiteral("呼吸")});
+    setTitle(QStringLiteral("DPI指示灯"));
+    setSpeedTitle(QStringLiteral("速度"));
+    setBrightnessTitle(QStringLiteral("亮度"));
+    showMode(combo->currentIndex());
+    QMetaObject::connectSlotsByName(this);
+}
+
+SensorEffect::Gauge SensorEffect::makeGauge(const char *sliderName, const char *numberName, const char *lineName,
+                                            int maximum, int top)
+{
+    const Gauge gauge{new QLabel(this), new QSlider(Qt::Horizontal, this), new QSpinBox(this), new QFrame(this)};
+    gauge.title->setGeometry(gaugeLeft, top, 80, 20);
+    gauge.slider->setObjectName(QLatin1String(sliderName));
+    gauge.slider->setGeometry(gaugeLeft + 88, top, 140, 20);
+    gauge.slider->setRange(1, maximum);
+    gauge.slider->setPageStep(1);
+    gauge.slider->setStyleSheet(Theme::slider(Theme::pictureFolder("Sensor")));
+    gauge.number->setObjectName(QLatin1String(numberName));
+    gauge.number->setGeometry(gaugeLeft + 236, top, 36, 20);
+    gauge.number->setRange(1, int(brightnessValues.size()));
+    gauge.number->setReadOnly(true);
+    gauge.number->setFocusPolicy(Qt::NoFocus);
+    gauge.number->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    gauge.number->setAlignment(Qt::AlignCenter);
+    gauge.number->setStyleSheet(Theme::spinBox());
+    gauge.number->setFont(SensorFont::small());
+    gauge.line->setObjectName(QLatin1String(lineName));
+    gauge.line->setGeometry(gaugeLeft + 88, top + 9, 184, 2);
+    gauge.line->setStyleSheet(QStringLiteral("background-color: rgba(255,255,255,60);"));
+    return gauge;
+}
+
+void SensorEffect::show(const Gauge &gauge, bool offered)
+{
+    gauge.slider->setVisible(offered);
+    gauge.number->setVisible(offered);
+    gauge.line->setVisible(!offered);
+}
+
+void SensorEffect::set(const Gauge &gauge, int value)
+{
+    const QSignalBlocker blocker(gauge.slider);
+    gauge.slider->setValue(value);
+    gauge.number->setValue(gauge.slider->value());
+}
+
+void SensorEffect::showMode(int mode)
+{
+    show(brightness, mode == 1);
+    show(speed, mode == 2);
+}
+
+void SensorEffect::setMode(int mode)
+{
+    if (mode < 0 || mode >= modeCount)
+        return;
+    const QSignalBlocker blocker(combo);
+    combo->setCurrentIndex(mode);
+    showMode(mode);
+}
+
+int SensorEffect::mode() const { return combo->currentIndex(); }
+
+void SensorEffect::setSpeed(int value) { set(speed, value); }
+
+void SensorEffect::setBrightness(int value) { set(brightness, brightnessPosition(value)); }
+
+void SensorEffect::enableSliders()
+{
+    speed.slider->setEnabled(true);
+    brightness.slider->setEnabled(true);
+}
+
+void SensorEffect::setItemText(int index, const QString &text) { combo->setItemText(index, text); }
+void SensorEffect::setTitle(const QString &text) { FittedText::set(label, text, SensorFont::points, 0); }
+void SensorEffect::setSpeedTitle(const QString &text) { FittedText::set(speed.title, text, SensorFont::points, 0); }
+void SensorEffect::setBrightnessTitle(const QString &text)
+{
+    FittedText::set(brightness.title, text, SensorFont::points, 0);
+}
+
+void SensorEffect::on_Model_currentIndexChanged(int index)
+{
+    showMode(index);
+    if (DeviceWritesEnabled && !SensorUiUpdating && index >= 0)
+        SetDpiLedMode(index);
+}
+
+void SensorEffect::on_SpeedH_valueChanged(int value)
+{
+    speed.number->setValue(value);
+    if (DeviceWritesEnabled && !SensorUiUpdating)
+        SetDpiLedSpeed(static_cast<std::uint8_t>(value));
+}
+
+void SensorEffect::on_SpeedH_sliderMoved(int value) { speed.number->setValue(value); }
+
+void SensorEffect::on_LightH_valueChanged(int value)
+{
+    brightness.number->setValue(value);
+    if (DeviceWritesEnabled && !SensorUiUpdating)
+        SetDpiLedBrightness(brightnessValues[static_cast<std::size_t>(value - brightness.slider->minimum())]);
+}
+
+void SensorEffect::on_LightH_sliderMoved(int value) { brightness.number->setValue(value); }

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QFont>
+
+/** The letters of the sensor page and its controls. */
+namespace SensorFont {
+
+/** The largest size whose lines fit in the 21 px of a title. */
+constexpr qreal points = 9.5;
+
+inline QFont font()
+{
+    QFont made(QStringLiteral("微软雅黑"));
+    made.setPointSizeF(points);
+    return made;
+}
+
+/** For fields of 20 px, which have a border. */
+inline QFont small()
+{
+    QFont smaller = font();
+    smaller.setPointSizeF(8.5);
+    return smaller;
+}
+
+} // namespace SensorFont

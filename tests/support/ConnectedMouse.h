@@ -1,0 +1,72 @@
+#pragma once
+
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceIdentity.h"
+#include "devicelink/DeviceScan.h"
+#include "devicelink/Dispatcher.h"
+#include "devicelink/SelectedDevice.h"
+#include "devicelink/WorkingRecord.h"
+#include "support/VirtualMice.h"
+
+#include <QJsonDocument>
+#include <QTest>
+
+#include <cstring>
+
+/** A page before a virtual mouse, without the chooser: the mouse is selected, linked and read as the program does it.
+ */
+namespace ConnectedMouse {
+
+/** Selects the device whose identification gives this model and kind of connection; ends the test without one. */
+inline void select(int modelIndex, bool corded = false)
+{
+    SelectInfo().set({});
+    QList<DeviceAllInfo> entries = findEntries(findDefaultPaths);
+    for (DeviceAllInfo &entry : entries) {
+        if (identifyDevice(entry) != Identity::Known || entry.ModelIndex != modelIndex || entry.IsCorded != corded)
+            continue;
+        refreshOnline(entry);
+        SelectInfo().set(entry);
+        DevicePath().set(entry.Path.toUtf8());
+        return;
+    }
+    qFatal("no device of model %d", modelIndex);
+}
+
+/** Links the selected mouse and waits until the record is read and the sensor page, if there is one, shows it. */
+inline bool read(bool withSensorPage)
+{
+    LinkUp = false;
+    SensorUiLoaded = false;
+    DeviceWritesEnabled = true;
+    startReportLink(DevicePath().get().constData());
+    UsbServer_ReadAllFlashData();
+    return QTest::qWaitFor([=] { return LinkUp && (SensorUiLoaded || !withSensorPage); });
+}
+
+/** State of the process as before any mouse. */
+inline void forget()
+{
+    endReportLink();
+    while (isDispatching())
+        QCoreApplication::processEvents();
+    DeviceWritesEnabled = false;
+    BulkUpdateActive = false;
+    SelectInfo().set({});
+    DevicePath().set("a");
+}
+
+/** True once the mouse holds exactly what the program believes that it holds. */
+inline bool isWritten(const QString &mouse)
+{
+    return QTest::qWaitFor([&] {
+        const FlashDataMap held = VirtualMice::record(mouse);
+        const FlashDataMap wanted = WorkingRecord::instance().copy();
+        return std::memcmp(&held, &wanted, sizeof held) == 0;
+    });
+}
+
+/** Reports sent to devices so far. */
+inline int reportsSent() { return QJsonDocument::fromJson(VirtualMice::tell({"stats"})).object()["sent"].toInt(); }
+
+} // namespace ConnectedMouse

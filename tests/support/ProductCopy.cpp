@@ -1,0 +1,86 @@
+#include "support/ProductCopy.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+
+#include <cstdio>
+
+namespace {
+
+const char *const copyMark = "HALVARION_PRODUCT_COPY";
+const QByteArray tellMark = "TOLD ";
+
+void copyTree(const QString &from, const QString &to)
+{
+    QDirIterator entries(from, QDir::Files, QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString source = entries.next();
+        const QString target = to + QLatin1Char('/') + QDir(from).relativeFilePath(source);
+        QDir().mkpath(QFileInfo(target).path());
+        QFile::copy(source, target);
+    }
+}
+
+} // namespace
+
+ProductCopy::ProductCopy() : program(folder.filePath(QFileInfo(QCoreApplication::applicationFilePath()).fileName()))
+{
+    const QString original = QCoreApplication::applicationDirPath();
+    QFile::copy(QCoreApplication::applicationFilePath(), program);
+    QFile::copy(original + QStringLiteral("/driver_sensor.h"), folder.filePath(QStringLiteral("driver_sensor.h")));
+    for (const char *name : {"usersetting", "Language"})
+        copyTree(original + QLatin1Char('/') + QLatin1String(name), folder.filePath(QLatin1String(name)));
+    // The pictures are never damaged, and many: a link will do. The library is found beside the executable.
+    QFile::link(original + QStringLiteral("/Picture"), folder.filePath(QStringLiteral("Picture")));
+    const QStringList libraries = QDir(original).entryList({QStringLiteral("libportwire*")});
+    for (const QString &library : libraries)
+        QFile::link(original + QLatin1Char('/') + library, folder.filePath(library));
+}
+
+void ProductCopy::replace(const QString &name, const QByteArray &content)
+{
+    QFile::remove(path(name));
+    if (content.isEmpty())
+        return;
+    QFile file(path(name));
+    if (file.open(QIODevice::WriteOnly))
+        file.write(content);
+}
+
+ProductCopy::Result ProductCopy::run(const QString &testFunction, int milliseconds)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(copyMark), QStringLiteral("1"));
+    process.setProcessEnvironment(environment);
+    process.start(program, {testFunction});
+    Result result;
+    if (!process.waitForFinished(milliseconds)) {
+        process.kill();
+        process.waitForFinished();
+    } else if (process.exitStatus() == QProcess::NormalExit) {
+        result.exitCode = process.exitCode();
+    }
+    result.log = process.readAllStandardError();
+    const QList<QByteArray> lines = process.readAllStandardOutput().split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.startsWith(tellMark))
+            result.told += (result.told.isEmpty() ? QString() : QStringLiteral("\n")) +
+                           QString::fromUtf8(line.mid(tellMark.size()));
+    }
+    if (result.exitCode != 0)
+        fprintf(stderr, "%s\n", result.log.constData());
+    return result;
+}
+
+bool ProductCopy::isCopy() { return qEnvironmentVariableIsSet(copyMark); }
+
+void ProductCopy::tell(const QString &line)
+{
+    fprintf(stdout, "%s%s\n", tellMark.constData(), line.toUtf8().constData());
+    fflush(stdout);
+}

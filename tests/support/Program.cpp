@@ -1,0 +1,123 @@
+#include "support/Program.h"
+
+#include "app/ChooserList.h"
+#include "app/DialogMain.h"
+#include "app/Ending.h"
+#include "app/TextSetup.h"
+#include "app/Wait.h"
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/SelectedDevice.h"
+#include "productdata/UserFolders.h"
+#include "ui/Prompt.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QRegularExpression>
+#include <QStackedWidget>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+
+#include <algorithm>
+
+Program::Program()
+{
+    QApplication::setQuitOnLastWindowClosed(false);
+    setUpFonts();
+    UserFolders::prepare();
+    qApp->installEventFilter(this);
+    top = new DialogMain;
+    top->show();
+    QCoreApplication::processEvents();
+}
+
+Program::~Program()
+{
+    actions.clear();
+    if (top)
+        Ending::finish(top);
+    qApp->removeEventFilter(this);
+    Wait::setEnding(false);
+    forgetDevice();
+}
+
+void Program::forgetDevice()
+{
+    for (std::atomic<bool> *flag : {&DeviceWindowOpen, &DeviceOnline, &PreviousOnline, &LinkUp, &OfflineWaiting,
+                                    &ReconnectRequested, &RereadPending, &BulkUpdateActive, &DeviceWritesEnabled,
+                                    &MacroRecording, &SensorUiUpdating, &LightUiUpdating, &ButtonUiUpdating})
+        *flag = false;
+    clearPagesLoaded();
+    SelectInfo().set({});
+    DevicePath().set("a");
+    LoadFileName().set({});
+    SaveFileName().set({});
+}
+
+QWidget *Program::find(const QString &objectName) const
+{
+    // Names recur (label_2, CloseButton); the one that the user can see is meant.
+    QWidget *hidden = nullptr;
+    const QList<QWidget *> all = top->findChildren<QWidget *>(objectName);
+    for (QWidget *widget : all) {
+        if (widget->isVisible())
+            return widget;
+        hidden = widget;
+    }
+    if (!hidden)
+        qFatal("there is no widget %s", qPrintable(objectName));
+    return hidden;
+}
+
+void Program::click(const QString &objectName) const
+{
+    QWidget *const widget = find(objectName);
+    QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, widget->rect().center());
+}
+
+void Program::clickSoon(const QString &objectName) const
+{
+    QTimer::singleShot(0, top, [this, objectName] { click(objectName); });
+}
+
+int Program::entryCount() const { return top->findChildren<QToolButton *>(QRegularExpression("^btn\\d+$")).size(); }
+
+bool Program::isDeviceWindowShown() const
+{
+    return top->findChild<QStackedWidget *>(QStringLiteral("stackedWidget"))->currentIndex() == 1;
+}
+
+bool Program::isConnected() const { return isDeviceWindowShown() && LinkUp && !isPromptShown(); }
+
+bool Program::connectEntry(int index)
+{
+    prompts.clear();
+    click(QStringLiteral("btn%1").arg(index));
+    return QTest::qWaitFor([this] { return isConnected() && prompts.contains("UpDataParam"); }, 10000);
+}
+
+bool Program::isPromptShown(const QString &className) const
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [&className](const QWidget *window) {
+        return window->isVisible() && qobject_cast<const Prompt *>(window) &&
+               (className.isEmpty() || window->metaObject()->className() == className);
+    });
+}
+
+void Program::whenShown(const QString &className, std::function<void()> action)
+{
+    actions[className] = std::move(action);
+}
+
+bool Program::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() == QEvent::Show && qobject_cast<Prompt *>(object)) {
+        const QString name = QString::fromLatin1(object->metaObject()->className());
+        prompts << name;
+        const auto action = actions.find(name);
+        if (action != actions.end())
+            QTimer::singleShot(10, this, action->second);
+    }
+    return false;
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
+#include <map>
+
+class DialogMain;
+class QWidget;
+
+/**
+ * The program's windows in the test's process, and an eye on its prompts: which ones were shown, and what to do the
+ * moment one shows. A prompt runs an event loop of its own, so a test can only act on it from in there.
+ */
+class Program : public QObject
+{
+    Q_OBJECT
+public:
+    Program();
+    /** Ends it the way the program ends; a program that is over already is left alone. */
+    ~Program() override;
+
+    DialogMain *window() const { return top; }
+    /** The widget of this object name on the page that shows; ends the test when it isn't there. */
+    QWidget *find(const QString &objectName) const;
+    template<typename Widget>
+    Widget *find(const QString &objectName) const
+    {
+        return qobject_cast<Widget *>(find(objectName));
+    }
+    /** Clicks in the middle of a widget with the left mouse button. */
+    void click(const QString &objectName) const;
+    /** Clicks in the middle of that widget once the event loop is idle; for clicks that open a prompt. */
+    void clickSoon(const QString &objectName) const;
+
+    /** Number of pictures on the chooser. */
+    int entryCount() const;
+    bool isDeviceWindowShown() const;
+    bool isConnected() const;
+    /** Opens the device of a picture and waits until all pages hold its record and the wait prompt has gone. */
+    bool connectEntry(int index);
+
+    /** Class names of the prompts shown since forgetPrompts(), in order. */
+    const QStringList &shownPrompts() const { return prompts; }
+    void forgetPrompts() { prompts.clear(); }
+    /** True while a prompt of this class shows; any prompt with an empty name. */
+    bool isPromptShown(const QString &className = QString()) const;
+    /** Does something each time a prompt of this class has come up, some milliseconds after it. */
+    void whenShown(const QString &className, std::function<void()> action);
+
+    /** Process-wide state as at the start of the process; for the next Program of the same test. */
+    static void forgetDevice();
+
+protected:
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+private:
+    DialogMain *top = nullptr;
+    QStringList prompts;
+    std::map<QString, std::function<void()>> actions;
+};

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "app/Wait.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextCodec>
+
+/**
+ * A home folder of the test's own, so that nothing of the user's is read or written and tests can run side by side.
+ * Construct it before the QApplication: Qt looks at the platform and the folders only once. It goes with the object.
+ */
+struct TestHome
+{
+    TestHome()
+    {
+        if (!folder.isValid())
+            qFatal("no folder for the test: %s", qPrintable(folder.errorString()));
+        set("HOME", QString());
+        set("XDG_CONFIG_HOME", QStringLiteral("config"));
+        set("XDG_DATA_HOME", QStringLiteral("data"));
+        set("XDG_RUNTIME_DIR", QStringLiteral("run"));
+        set("TMPDIR", QStringLiteral("tmp"));
+        if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+#ifndef Q_OS_WIN
+        // As the program does at start: with the C locale a file with a Chinese name could not be opened.
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+#endif
+    }
+
+    /** Full path of a file or folder in the home. */
+    QString path(const QString &name = QString()) const { return QDir(folder.path()).filePath(name); }
+
+    QTemporaryDir folder;
+
+private:
+    void set(const char *variable, const QString &name)
+    {
+        const QString target = QDir::cleanPath(path(name));
+        QDir().mkpath(target);
+        // Qt warns about a runtime folder that others may read.
+        QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv(variable, QFile::encodeName(target));
+    }
+};
+
+/** Runs a test class in its own home, with every wait of the program cut to a fiftieth. */
+#define HALVARION_TEST_MAIN(TestClass)                                                                                 \
+    int main(int argc, char *argv[])                                                                                   \
+    {                                                                                                                  \
+        const TestHome home;                                                                                           \
+        QApplication application(argc, argv);                                                                          \
+        Wait::setScale(0.02);                                                                                          \
+        TestClass test;                                                                                                \
+        return QTest::qExec(&test, argc, argv);                                                                        \
+    }

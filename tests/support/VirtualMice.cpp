@@ -1,0 +1,68 @@
+#include "support/VirtualMice.h"
+
+#include "portwire/control/ControlClient.h"
+#include "portwire/portwire.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <cstring>
+
+QByteArray VirtualMice::tell(const QStringList &words)
+{
+    // The library makes its bus, and the socket with it, at the first call.
+    int count = 0;
+    UsbFinderC_FindHidDevicesByDefaultDeviceId("", "", &count);
+    const portwire::ControlClient::Reply reply = portwire::ControlClient().call(words);
+    if (!reply.isGood())
+        qFatal("%s: %s", qPrintable(words.join(' ')), qPrintable(reply.error));
+    return reply.output;
+}
+
+QList<QJsonObject> VirtualMice::devices()
+{
+    QList<QJsonObject> list;
+    const QJsonArray all = QJsonDocument::fromJson(tell({"devices"})).array();
+    for (const QJsonValue &value : all)
+        list << value.toObject();
+    return list;
+}
+
+QJsonObject VirtualMice::device(const QString &id)
+{
+    const QList<QJsonObject> all = devices();
+    for (const QJsonObject &device : all) {
+        if (device["id"].toString() == id)
+            return device;
+    }
+    return {};
+}
+
+QString VirtualMice::receiverOf(const QString &mouse) { return device(mouse)["receiver"].toString(); }
+
+FlashDataMap VirtualMice::record(const QString &id)
+{
+    const QByteArray bytes = tell({"record", id});
+    if (bytes.size() != static_cast<int>(flashDataMapSize))
+        qFatal("the record of %s has %d bytes", qPrintable(id), bytes.size());
+    FlashDataMap record{};
+    std::memcpy(&record, bytes.constData(), flashDataMapSize);
+    return record;
+}
+
+QString VirtualMice::add(const QString &model, const QString &link)
+{
+    return QJsonDocument::fromJson(tell({"add", model, link})).object()["id"].toString();
+}
+
+void VirtualMice::restoreScene()
+{
+    const QList<QJsonObject> all = devices();
+    for (const QJsonObject &device : all) {
+        // A receiver may have gone with its mouse, or the mouse with it.
+        if (!VirtualMice::device(device["id"].toString()).isEmpty())
+            tell({"remove", device["id"].toString()});
+    }
+    if (add("q1", "4k") != QLatin1String("q1") || add("q2", "1k") != QLatin1String("q2"))
+        qFatal("the scene could not be restored");
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "devicelink/FlashDataMap.h"
+
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+/** The virtual bus as tests use it: the hand that plugs the cable, and the judge who asks the mouse what it holds. */
+namespace VirtualMice {
+
+/** Runs a command of portwirectl, such as {"sleep", "q1"}; a failure ends the test program. \return what it prints. */
+QByteArray tell(const QStringList &words);
+/** All devices on the bus. */
+QList<QJsonObject> devices();
+/** One device; empty if there is none of this id. */
+QJsonObject device(const QString &id);
+/** Id of the plugged receiver that carries the mouse at this address, or empty. */
+QString receiverOf(const QString &mouse);
+/** What the mouse holds in its flash. */
+FlashDataMap record(const QString &id);
+/** Adds a device and gives its id. */
+QString add(const QString &model, const QString &link);
+/** The default scene, both mice awake with factory settings; whatever a test did before. */
+void restoreScene();
+
+} // namespace VirtualMice

@@ -1,0 +1,382 @@
+#include "platform/AutoStart.h"
+#include "platform/MouseSettings.h"
+#include "platform/Registry.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr char testKey[] = R"(HKEY_CURRENT_USER\Software\Velko\Velko\Mouse Drive Test)";
+constexpr char zone[] = "TST-05:30"; // five and a half hours ahead of UTC
+constexpr int zoneSeconds = 19800;
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeFile(const QString &path, const QByteArray &content)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
+    file.write(content);
+}
+
+} // namespace
+
+class TestPlatform : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void crashLeavesDump_data();
+    void crashLeavesDump();
+    void crashReplacesDump();
+    void crashWithoutFolder();
+
+    void registryKeepsText_data();
+    void registryKeepsText();
+    void registryNamesAreApart();
+    void registryRemoves();
+    void registryReadsByHand();
+    void registrySurvivesDamage_data();
+    void registrySurvivesDamage();
+    void registryWithoutFolder();
+    void registryFromThreads();
+
+    void autoStartEntry_data();
+    void autoStartEntry();
+    void autoStartTurnedOff_data();
+    void autoStartTurnedOff();
+
+    void mouseSettings_data();
+    void mouseSettings();
+
+private:
+    QString registryFile() const { return inHome(".config/halvarion/registry.ini"); }
+    QString inHome(const QString &name) const { return home->filePath(name); }
+    QString runChild(const QString &way, const QString &folder);
+
+    std::unique_ptr<QTemporaryDir> home;
+};
+
+void TestPlatform::init()
+{
+    home = std::make_unique<QTemporaryDir>();
+    QVERIFY(home->isValid());
+    qputenv("HOME", QFile::encodeName(home->path()));
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(inHome(".config")));
+}
+
+/** Runs the child to its end, checks that it ended quietly, and gives what it printed. */
+QString TestPlatform::runChild(const QString &way, const QString &folder)
+{
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TZ", zone);
+    child.setProcessEnvironment(environment);
+    child.start(CRASH_CHILD, {way, folder});
+    if (!child.waitForFinished())
+        return "the child did not end";
+    if (child.exitStatus() != QProcess::NormalExit || child.exitCode() == 0)
+        return QString("ended by a signal, or as if nothing was: %1").arg(child.exitCode());
+    return child.readAllStandardOutput() + child.readAllStandardError();
+}
+
+void TestPlatform::crashLeavesDump_data()
+{
+    QTest::addColumn<QString>("function");
+    QTest::addColumn<QString>("signal");
+    const auto row = [](const char *way, const QString &function, const QString &signal) {
+        QTest::newRow(way) << function << signal;
+    };
+    row("fault", "deliberateFault", "SIGSEGV");
+    row("nullCall", "deliberateNullCall", "SIGSEGV");
+    row("thread", "deliberateFault", "SIGSEGV");
+    row("overflow", "deliberateOverflow", "SIGSEGV");
+    row("abort", "deliberateAbort", "SIGABRT");
+    row("exception", "deliberateException", "SIGABRT");
+    row("bus", "deliberateSignal", "SIGBUS");
+    row("illegal", "deliberateSignal", "SIGILL");
+    row("division", "deliberateSignal", "SIGFPE");
+}
+
+void TestPlatform::crashLeavesDump()
+{
+    QFETCH(QString, function);
+    QFETCH(QString, signal);
+    const QString folder = inHome("not/yet/there");
+    const QString form = "yyyy_MM_dd_hh_mm_ss'.dmp'";
+    const QString earliest = QDateTime::currentDateTimeUtc().addSecs(zoneSeconds).toString(form);
+    QCOMPARE(runChild(QTest::currentDataTag(), folder), QString());
+    const QString latest = QDateTime::currentDateTimeUtc().addSecs(zoneSeconds).toString(form);
+
+    const QStringList names = QDir(folder).entryList(QDir::Files);
+    QCOMPARE(names.size(), 1);
+    QVERIFY2(names[0] >= earliest && names[0] <= latest, qPrintable(names[0]));
+    const QByteArray dump = contentOf(folder + '/' + names[0]);
+    QVERIFY2(dump.contains(function.toUtf8()), dump.constData());
+    QVERIFY2(dump.contains(signal.toUtf8()), dump.constData());
+    QVERIFY2(dump.contains("r-xp") && dump.contains("/crashchild\n"), dump.constData()); // the module list
+}
+
+void TestPlatform::crashReplacesDump()
+{
+    // A file of every name that the dump can take within the next half minute.
+    const QByteArray old(100000, 'o');
+    const QDateTime now = QDateTime::currentDateTimeUtc().addSecs(zoneSeconds);
+    for (int second = 0; second < 30; ++second)
+        writeFile(inHome(now.addSecs(second).toString("yyyy_MM_dd_hh_mm_ss'.dmp'")), old);
+    QCOMPARE(runChild("fault", home->path()), QString());
+    int replaced = 0;
+    for (const QFileInfo &file : QDir(home->path()).entryInfoList({"*.dmp"}, QDir::Files)) {
+        const QByteArray dump = contentOf(file.filePath());
+        replaced += dump != old;
+        QVERIFY(dump == old || (dump.contains("deliberateFault") && !dump.contains("oooo")));
+    }
+    QCOMPARE(replaced, 1);
+}
+
+void TestPlatform::crashWithoutFolder()
+{
+    // Where no folder can be made the process still ends quietly.
+    writeFile(inHome("file"), "kept");
+    QCOMPARE(runChild("fault", inHome("file/folder")), QString());
+    QCOMPARE(runChild("abort", QString(5000, 'x')), QString());
+    QCOMPARE(contentOf(inHome("file")), QByteArray("kept"));
+}
+
+void TestPlatform::registryKeepsText_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const QString &key, const QString &value, const QString &text) {
+        QTest::newRow(name) << key << value << text;
+    };
+    row("list of numbers", testKey, "UpdateFailInfo", "1,2,3,4");
+    row("empty text", testKey, "Empty", "");
+    row("own value of a key", testKey, "", "text");
+    row("slashes", "HKEY_CURRENT_USER\\a/b//c", "/d/", "/");
+    row("backslashes", "\\\\HKEY\\\\", "..\\..\\x", "C:\\new\\table");
+    row("INI syntax", "HKEY]\n[Other\\k=v", "a=b;c", " \"quoted\"\r\n; not a comment\n[x]\ny=z ");
+    row("blanks and comments", " ", " ; ", "   #\t");
+    row("percent", "HKEY\\%00%2F", "%", "%n %5C");
+    row("zero", QString("K") + QChar(u'\0'), QString(2, QChar(u'\0')), QString("a") + QChar(u'\0') + "b");
+    row("variant", "General", "@ByteArray(x)", "@Variant(\\0\\0)");
+    row("Chinese", "HKEY\\鼠标", "版本", "中文ü");
+    row("long", QString(3000, 'k'), QString(3000, 'v'), QString(70000, 't'));
+}
+
+void TestPlatform::registryKeepsText()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, value);
+    QFETCH(QString, text);
+    const std::string keyText = key.toStdString();
+    const std::string valueText = value.toStdString();
+    QVERIFY(platform::registryText(keyText, valueText).empty());
+    QVERIFY(platform::setRegistryText(keyText, valueText, "before"));
+    QVERIFY(platform::setRegistryText(keyText, valueText, text.toStdString()));
+    QCOMPARE(QString::fromStdString(platform::registryText(keyText, valueText)), text);
+    QCOMPARE(QDir(home->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList(".config"));
+}
+
+void TestPlatform::registryNamesAreApart()
+{
+    const std::pair<std::string, std::string> names[] = {
+        {R"(K\a)", "b"}, {R"(K\a\b)", ""}, {R"(K\a\b)", "c"}, {"K/a", "b"},     {"K", R"(a\b)"}, {"K", "a/b"},
+        {"K", "a%2Fb"},  {"K", "a%5Cb"},   {R"(K\)", "a"},    {R"(K\a)", "b%"}, {"K", "%"},      {"K", ""}};
+    int number = 0;
+    for (const auto &[key, value] : names)
+        QVERIFY(platform::setRegistryText(key, value, std::to_string(++number)));
+    number = 0;
+    for (const auto &[key, value] : names)
+        QCOMPARE(platform::registryText(key, value), std::to_string(++number));
+}
+
+void TestPlatform::registryRemoves()
+{
+    QVERIFY(platform::setRegistryText("K", "value", "1"));
+    QVERIFY(platform::setRegistryText("K", "other", "2"));
+    QVERIFY(platform::setRegistryText("K\\value", "below", "3"));
+    QVERIFY(platform::removeRegistryValue("K", "value"));
+    QVERIFY(platform::removeRegistryValue("K", "value"));
+    QCOMPARE(platform::registryText("K", "value"), std::string());
+    QCOMPARE(platform::registryText("K", "other"), std::string("2"));
+    QCOMPARE(platform::registryText("K\\value", "below"), std::string("3"));
+}
+
+void TestPlatform::registryReadsByHand()
+{
+    writeFile(registryFile(), "; what an installer or a user writes\r\n"
+                              "[HKEY_CURRENT_USER\\Software\\VelkoA\\Halvarion\\Halvarion]\r\n"
+                              " LanguageIndex = 4 \r\n;LanguageIndex=5\r\n\r\n[Other]\nLanguageIndex=6\nDone=50%\n");
+    const std::string key = R"(HKEY_CURRENT_USER\Software\VelkoA\Halvarion\Halvarion)";
+    QCOMPARE(platform::registryText(key, "LanguageIndex"), std::string("4"));
+    QCOMPARE(platform::registryText("Other", "Done"), std::string("50%"));
+    QVERIFY(platform::registryText(key, ";LanguageIndex").empty());
+    QVERIFY(platform::removeRegistryValue(key, "LanguageIndex"));
+    QVERIFY(platform::registryText(key, "LanguageIndex").empty());
+    QCOMPARE(platform::registryText("Other", "LanguageIndex"), std::string("6"));
+}
+
+void TestPlatform::registrySurvivesDamage_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("not an INI file") << QByteArray("garbage without an end [\n\n]\n=\nno equals sign\n%\n%4\n[");
+    QTest::newRow("zeros") << QByteArray(5000, '\0');
+    QByteArray noise;
+    for (unsigned i = 0, state = 1; i < 20000; ++i, state = state * 1103515245u + 12345u)
+        noise.append(static_cast<char>(state >> 16));
+    QTest::newRow("noise") << noise;
+    QTest::newRow("variants") << QByteArray("[K]\nvalue=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)\nother=@Rect(");
+}
+
+void TestPlatform::registrySurvivesDamage()
+{
+    QFETCH(QByteArray, content);
+    writeFile(registryFile(), content + "\n[K]\nwhole=1\n");
+    platform::registryText("K", "value");
+    QCOMPARE(platform::registryText("K", "whole"), std::string("1"));
+    QVERIFY(platform::setRegistryText("K", "whole", "2"));
+    QVERIFY(platform::setRegistryText("K", "new", "3"));
+    QCOMPARE(platform::registryText("K", "whole"), std::string("2"));
+    QCOMPARE(platform::registryText("K", "new"), std::string("3"));
+    QVERIFY(contentOf(registryFile()).startsWith(content)); // nothing is lost
+}
+
+void TestPlatform::registryWithoutFolder()
+{
+    writeFile(inHome(".config"), "a file where the folder should be");
+    QVERIFY(!platform::setRegistryText("K", "value", "1"));
+    QVERIFY(platform::registryText("K", "value").empty());
+    QCOMPARE(contentOf(inHome(".config")), QByteArray("a file where the folder should be"));
+}
+
+void TestPlatform::registryFromThreads()
+{
+    std::vector<std::thread> threads;
+    std::atomic<int> wrong{0};
+    for (int thread = 0; thread < 3; ++thread) {
+        threads.emplace_back([thread, &wrong] {
+            const std::string value = std::to_string(thread);
+            for (int i = 0; i < 20; ++i) {
+                const std::string text = std::to_string(i);
+                wrong += !platform::setRegistryText(testKey, value, text);
+                wrong += platform::registryText(testKey, value) != text;
+            }
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    QCOMPARE(wrong.load(), 0);
+}
+
+void TestPlatform::autoStartEntry_data()
+{
+    QTest::addColumn<QString>("executable");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("plain") << "/opt/halvarion" << QByteArray(R"(Exec="/opt/halvarion")");
+    QTest::newRow("blanks") << "/opt/my mouse/halvarion" << QByteArray(R"(Exec="/opt/my mouse/halvarion")");
+    QTest::newRow("quotes") << R"(/a"b'c)" << QByteArray(R"(Exec="/a\\"b'c")");
+    QTest::newRow("percent") << "/100%/%f" << QByteArray(R"(Exec=env "/100%%/%%f")");
+    QTest::newRow("shell") << "/$HOME/`id`" << QByteArray(R"(Exec="/\\$HOME/\\`id\\`")");
+    QTest::newRow("backslash") << R"(/a\nb)" << QByteArray(R"(Exec="/a\\\\nb")");
+    QTest::newRow("line end") << "/a\nHidden=true" << QByteArray(R"(Exec="/a\nHidden=true")");
+    QTest::newRow("Chinese") << QString("/鼠标") << QByteArray("Exec=\"/鼠标\"");
+}
+
+void TestPlatform::autoStartEntry()
+{
+    QFETCH(QString, executable);
+    QFETCH(QByteArray, line);
+    const QString entry = inHome(".config/autostart/halvarion.desktop");
+    QVERIFY(!platform::startsWithSystem());
+    QVERIFY(platform::setStartsWithSystem(true, executable.toStdString()));
+    QVERIFY(platform::startsWithSystem());
+    const QList<QByteArray> lines = contentOf(entry).split('\n');
+    QCOMPARE(lines.first(), QByteArray("[Desktop Entry]"));
+    QVERIFY(lines.contains("Type=Application"));
+    QVERIFY2(lines.contains(line), contentOf(entry).constData());
+
+    QVERIFY(platform::setStartsWithSystem(false, executable.toStdString()));
+    QVERIFY(platform::setStartsWithSystem(false, executable.toStdString()));
+    QVERIFY(!platform::startsWithSystem());
+    QVERIFY(!QFile::exists(entry));
+}
+
+void TestPlatform::autoStartTurnedOff_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("starts");
+    QTest::newRow("on") << QByteArray("[Desktop Entry]\nExec=x\nX-GNOME-Autostart-enabled=true\n") << true;
+    QTest::newRow("hidden") << QByteArray("[Desktop Entry]\nExec=x\nHidden = true\n") << false;
+    QTest::newRow("disabled") << QByteArray("[Desktop Entry]\nX-GNOME-Autostart-enabled=false\nExec=x\n") << false;
+    QTest::newRow("empty") << QByteArray() << false;
+}
+
+void TestPlatform::autoStartTurnedOff()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, starts);
+    writeFile(inHome(".config/autostart/halvarion.desktop"), content);
+    QCOMPARE(platform::startsWithSystem(), starts);
+    QVERIFY(!platform::setStartsWithSystem(true, {}));
+    QCOMPARE(contentOf(inHome(".config/autostart/halvarion.desktop")), content);
+    QVERIFY(platform::setStartsWithSystem(true, "/x"));
+    QVERIFY(platform::startsWithSystem());
+}
+
+void TestPlatform::mouseSettings_data()
+{
+    QTest::addColumn<QByteArray>("desktop");
+    QTest::addColumn<QStringList>("installed");
+    QTest::addColumn<QByteArray>("started"); // empty: none
+    const QStringList two = {"gnome-control-center", "xfce4-mouse-settings"};
+    QTest::newRow("own desktop") << QByteArray("XFCE") << two << QByteArray("xfce4-mouse-settings:");
+    QTest::newRow("derived desktop") << QByteArray("ubuntu:GNOME") << two << QByteArray("gnome-control-center:mouse");
+    QTest::newRow("unknown desktop") << QByteArray("") << QStringList("kcmshell5") << QByteArray("kcmshell5:kcm_mouse");
+    QTest::newRow("two arguments") << QByteArray("UKUI") << QStringList("ukui-control-center")
+                                   << QByteArray("ukui-control-center:-m mouse");
+    QTest::newRow("none") << QByteArray("KDE") << QStringList() << QByteArray();
+}
+
+void TestPlatform::mouseSettings()
+{
+    QFETCH(QByteArray, desktop);
+    QFETCH(QStringList, installed);
+    QFETCH(QByteArray, started);
+    const QString note = inHome("started");
+    for (const QString &program : installed) {
+        const QString file = inHome("bin/" + program);
+        writeFile(file, "#!/bin/sh\necho \"${0##*/}:$*\" >" + QFile::encodeName(note) + ".new\n/bin/mv " +
+                            QFile::encodeName(note) + ".new " + QFile::encodeName(note) + "\n");
+        QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner);
+    }
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(inHome("bin")));
+    qputenv("XDG_CURRENT_DESKTOP", desktop);
+    const bool opened = platform::openSystemMouseSettings();
+    qputenv("PATH", path);
+    QCOMPARE(opened, !started.isEmpty());
+    if (opened)
+        QTRY_COMPARE(contentOf(note).trimmed(), started);
+}
+
+QTEST_GUILESS_MAIN(TestPlatform)
+#include "tst_platform.moc"

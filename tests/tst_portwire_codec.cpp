@@ -1,0 +1,424 @@
+#include "portwire/link/Frame.h"
+#include "portwire/link/ImageCodec.h"
+#include "portwire/link/StatusPayload.h"
+#include "portwire/link/WriteQueue.h"
+#include "portwire/virtual/FirmwareFlash.h"
+#include "portwire/virtual/FirmwarePacket.h"
+
+#include <QtTest>
+
+#include <cstring>
+#include <random>
+#include <rapidcheck.h>
+
+using namespace portwire;
+
+namespace {
+
+using Random = std::mt19937;
+
+Random anyRandom() { return Random(*rc::gen::arbitrary<std::uint32_t>()); }
+
+std::uint32_t below(Random &random, std::uint32_t limit) { return static_cast<std::uint32_t>(random()) % limit; }
+
+std::uint8_t byteOf(Random &random) { return static_cast<std::uint8_t>(random()); }
+
+void fill(Random &random, void *bytes, std::size_t count)
+{
+    auto *to = static_cast<std::uint8_t *>(bytes);
+    for (std::size_t i = 0; i < count; ++i)
+        to[i] = byteOf(random);
+}
+
+DeviceImage randomImage(Random &random)
+{
+    DeviceImage image;
+    fill(random, image.data(), image.size());
+    return image;
+}
+
+std::uint32_t delayOf(Random &random)
+{
+    constexpr std::uint32_t limits[] = {1, 11, 65536, 100000, maxEventDelayMs + 1};
+    return below(random, limits[below(random, 5)]);
+}
+
+/** A record with everything in it that pages can put there: full macros, long names, long delays. */
+FlashDataMap recordOfPages(Random &random)
+{
+    FlashDataMap record{};
+    fill(random, &record, offsetof(FlashDataMap, KeySequences));
+    for (KeySequence &sequence : record.KeySequences) {
+        sequence.EventCount = static_cast<std::uint8_t>(below(random, 7));
+        for (KeyEvent &event : sequence.Events) {
+            event.Action = below(random, 2);
+            event.Kind = static_cast<std::uint8_t>(below(random, 3));
+            event.Code = static_cast<std::uint16_t>(below(random, 0x400));
+            event.DelayMs = delayOf(random);
+        }
+    }
+    for (MacroSlot &macro : record.MacroSlots) {
+        macro.NameLength = static_cast<std::uint8_t>(below(random, 31));
+        fill(random, macro.Name, macro.NameLength);
+        macro.EventCount = static_cast<std::uint8_t>(below(random, 71));
+        for (std::uint8_t i = 0; i < macro.EventCount; ++i) {
+            constexpr std::uint8_t kinds[] = {0, 1, 4};
+            macro.Events[i].Action = below(random, 2);
+            macro.Events[i].Kind = kinds[below(random, 3)];
+            macro.Events[i].Code = byteOf(random);
+            macro.Events[i].DelayMs = delayOf(random);
+        }
+    }
+    return record;
+}
+
+bool isSame(const FlashDataMap &a, const FlashDataMap &b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+/** What a mouse with this flash says that its record is. */
+FlashDataMap accordingToMouse(const DeviceImage &image)
+{
+    FirmwareFlash flash;
+    flash.bytes = image;
+    const std::vector<std::uint8_t> bytes = flash.record();
+    FlashDataMap record{};
+    RC_ASSERT(bytes.size() == sizeof record);
+    std::memcpy(&record, bytes.data(), sizeof record);
+    return record;
+}
+
+WriteQueue::Batch takeNow(WriteQueue &queue, WriteQueue::Clock::time_point now = {})
+{
+    std::optional<WriteQueue::Clock::time_point> due;
+    const auto batch = queue.take(true, now, due);
+    return batch ? *batch : WriteQueue::Batch{};
+}
+
+/** Makes the whole image known to a queue. */
+FlashDataMap readInto(WriteQueue &queue, const DeviceImage &image)
+{
+    std::vector<std::uint8_t> bytes(image.begin(), image.end());
+    queue.merge(0, bytes, queue.serial());
+    FlashDataMap record{};
+    decodeImage(image, record);
+    return record;
+}
+
+void apply(const WriteQueue::Batch &batch, DeviceImage &image)
+{
+    for (const WriteQueue::Write &write : batch.writes)
+        std::copy(write.bytes.begin(), write.bytes.end(), image.begin() + write.address);
+}
+
+} // namespace
+
+class tst_portwire_codec : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void recordSurvivesTheImage();
+    void anyImageIsUnderstoodAsTheMouseDoes();
+    void imageKeepsWhatNoFieldOwns();
+    void longDelaysAndStrangeKinds();
+    void frameCrossesTheWire();
+    void damagedFramesAreRefused();
+    void queueBringsTheMouseToTheRecord();
+    void queueKeepsTheNewestValue();
+    void unknownMouseGetsOnlyWhatChanged();
+    void levelsTravelTogether();
+    void readingDoesNotUndoAChange();
+    void changingAddressIsHeldBack();
+    void statusPayloads_data();
+    void statusPayloads();
+};
+
+void tst_portwire_codec::recordSurvivesTheImage()
+{
+    QVERIFY(rc::check("a record that pages make comes back from the image as it was, and the mouse agrees", [] {
+        Random random = anyRandom();
+        const FlashDataMap record = recordOfPages(random);
+        DeviceImage image = randomImage(random);
+        encodeImage(record, image);
+        FlashDataMap back;
+        std::memset(&back, 0xEE, sizeof back);
+        decodeImage(image, back);
+        RC_ASSERT(isSame(back, record));
+        RC_ASSERT(isSame(accordingToMouse(image), record));
+    }));
+}
+
+void tst_portwire_codec::anyImageIsUnderstoodAsTheMouseDoes()
+{
+    QVERIFY(rc::check("random bytes give a record whose counts stay inside, the same as the mouse's", [] {
+        Random random = anyRandom();
+        const DeviceImage image = randomImage(random);
+        struct
+        {
+            std::uint8_t before[64];
+            FlashDataMap record;
+            std::uint8_t behind[64];
+        } guarded;
+        std::memset(&guarded, 0xA5, sizeof guarded);
+        decodeImage(image, guarded.record);
+        for (int i = 0; i < 64; ++i)
+            RC_ASSERT(guarded.before[i] == 0xA5 && guarded.behind[i] == 0xA5);
+        for (const KeySequence &sequence : guarded.record.KeySequences)
+            RC_ASSERT(sequence.EventCount <= 6);
+        for (const MacroSlot &macro : guarded.record.MacroSlots)
+            RC_ASSERT(macro.NameLength <= 30 && macro.EventCount <= 70);
+        RC_ASSERT(isSame(guarded.record, accordingToMouse(image)));
+    }));
+}
+
+void tst_portwire_codec::imageKeepsWhatNoFieldOwns()
+{
+    QVERIFY(rc::check("a record that came from an image changes no byte of it", [] {
+        Random random = anyRandom();
+        DeviceImage image = randomImage(random);
+        // Counts beyond their arrays are the one thing that encoding puts right.
+        for (std::size_t slot = 0; slot < 16; ++slot) {
+            image[256 + 32 * slot] %= 7;
+            image[768 + 384 * slot] %= 31;
+            image[768 + 384 * slot + 31] %= 71;
+        }
+        FlashDataMap record;
+        decodeImage(image, record);
+        DeviceImage again = image;
+        encodeImage(record, again);
+        RC_ASSERT(again == image);
+    }));
+}
+
+void tst_portwire_codec::longDelaysAndStrangeKinds()
+{
+    FlashDataMap record{};
+    record.MacroSlots[3].EventCount = 70;
+    record.MacroSlots[3].Events[69].DelayMs = 0xFFFFFFFF;
+    record.MacroSlots[3].Events[0] = {7, 9, 0x1234, 70000};
+    record.MacroSlots[3].NameLength = 255;
+    DeviceImage image{};
+    encodeImage(record, image);
+    FlashDataMap back;
+    decodeImage(image, back);
+    const MacroSlot &macro = back.MacroSlots[3];
+    QCOMPARE(std::uint32_t{macro.Events[69].DelayMs}, maxEventDelayMs);
+    QCOMPARE(std::uint32_t{macro.Events[0].DelayMs}, 70000u);
+    QCOMPARE(int{macro.Events[0].Action}, 1);
+    QCOMPARE(int{macro.Events[0].Kind}, 0);
+    QCOMPARE(int{macro.Events[0].Code}, 0);
+    QCOMPARE(int{macro.NameLength}, 30);
+}
+
+void tst_portwire_codec::frameCrossesTheWire()
+{
+    QVERIFY(rc::check("both ends read each other's reports", [] {
+        Random random = anyRandom();
+        Frame frame{static_cast<ReportCode>(byteOf(random)), byteOf(random), static_cast<std::uint16_t>(random()),
+                    byteOf(random), std::vector<std::uint8_t>(below(random, maxPayload + 1))};
+        fill(random, frame.payload.data(), frame.payload.size());
+        const auto packet = FirmwarePacket::parse(encodeFrame(frame));
+        RC_ASSERT(packet.has_value());
+        RC_ASSERT(packet->code == static_cast<std::uint8_t>(frame.code) && packet->sequence == frame.sequence);
+        RC_ASSERT(packet->address == frame.selector && packet->flags == frame.flags && packet->data == frame.payload);
+        const auto back = decodeFrame(packet->build());
+        RC_ASSERT(back.has_value());
+        RC_ASSERT(back->code == frame.code && back->sequence == frame.sequence && back->selector == frame.selector);
+        RC_ASSERT(back->flags == frame.flags && back->payload == frame.payload);
+        const auto header = frame.header();
+        RC_ASSERT(header[1] == packet->code && header[3] * 256 + header[4] == frame.selector);
+    }));
+}
+
+void tst_portwire_codec::damagedFramesAreRefused()
+{
+    QVERIFY(rc::check("a report with up to 16 damaged bits in a row, another length or random bytes is refused", [] {
+        Random random = anyRandom();
+        Report report = encodeFrame({ReportCode::ReadFlash, 7, 54, 0, std::vector<std::uint8_t>(54, byteOf(random))});
+        Report cut(report.begin(), report.begin() + below(random, 64));
+        RC_ASSERT(!decodeFrame(cut) && !FirmwarePacket::parse(cut));
+        Report longer = report;
+        longer.push_back(0);
+        RC_ASSERT(!decodeFrame(longer));
+        const std::size_t at = below(random, 63);
+        const std::uint16_t bits = static_cast<std::uint16_t>(1 + below(random, 0xFFFF));
+        report[at] ^= static_cast<std::uint8_t>(bits);
+        report[at + 1] ^= static_cast<std::uint8_t>(bits >> 8);
+        RC_ASSERT(!decodeFrame(report) && !FirmwarePacket::parse(report));
+    }));
+    // A length beyond the payload is refused whatever the checksum, so also with the right one.
+    Report report = encodeFrame({ReportCode::ReadFlash, 1, 0, 0, std::vector<std::uint8_t>(54)});
+    for (const std::uint8_t length : {55, 56, 255}) {
+        report[6] = length;
+        for (unsigned sum = 0; sum < 0x10000; ++sum) {
+            report[62] = static_cast<std::uint8_t>(sum >> 8);
+            report[63] = static_cast<std::uint8_t>(sum);
+            QVERIFY(!decodeFrame(report));
+        }
+    }
+}
+
+void tst_portwire_codec::queueBringsTheMouseToTheRecord()
+{
+    QVERIFY(rc::check("after any changes the mouse holds the record, and only what changed was sent", [] {
+        Random random = anyRandom();
+        DeviceImage mouse{};
+        encodeImage(recordOfPages(random), mouse);
+        WriteQueue queue;
+        FlashDataMap record = readInto(queue, mouse);
+        for (std::uint32_t round = below(random, 4) + 1; round > 0; --round) {
+            const FlashDataMap previous = record;
+            if (below(random, 2))
+                record = recordOfPages(random);
+            else
+                record.LightRed = byteOf(random);
+            queue.update(record, previous);
+            if (below(random, 2))
+                continue; // the next change comes before this one was sent
+            const auto batch = takeNow(queue);
+            for (const WriteQueue::Write &write : batch.writes)
+                RC_ASSERT(!write.bytes.empty() && write.bytes.size() <= maxPayload);
+            apply(batch, mouse);
+            queue.confirm(batch, {});
+        }
+        const auto last = takeNow(queue);
+        apply(last, mouse);
+        queue.confirm(last, {});
+        RC_ASSERT(queue.isEmpty());
+        RC_ASSERT(isSame(accordingToMouse(mouse), record));
+        RC_ASSERT(!queue.update(record, record));
+    }));
+}
+
+void tst_portwire_codec::queueKeepsTheNewestValue()
+{
+    WriteQueue queue;
+    DeviceImage mouse{};
+    FlashDataMap record = readInto(queue, mouse);
+    for (int value = 1; value <= 200; ++value) {
+        record.LightRed = static_cast<std::uint8_t>(value);
+        queue.update(record, record);
+    }
+    const auto batch = takeNow(queue);
+    QCOMPARE(batch.writes.size(), std::size_t{1});
+    QCOMPARE(batch.writes[0].bytes, std::vector<std::uint8_t>{200});
+    // A change while the batch travels outlives its acknowledgement.
+    record.LightRed = 201;
+    queue.update(record, record);
+    queue.confirm(batch, {});
+    QVERIFY(!queue.isEmpty());
+    QCOMPARE(takeNow(queue).writes.at(0).bytes, std::vector<std::uint8_t>{201});
+}
+
+void tst_portwire_codec::unknownMouseGetsOnlyWhatChanged()
+{
+    Random random(1);
+    const FlashDataMap ofOtherMouse = recordOfPages(random);
+    FlashDataMap record = ofOtherMouse;
+    record.LightGreen = static_cast<std::uint8_t>(record.LightGreen + 1);
+    WriteQueue queue;
+    QVERIFY(queue.update(record, ofOtherMouse));
+    const auto batch = takeNow(queue);
+    QCOMPARE(batch.writes.size(), std::size_t{1});
+    QCOMPARE(int{batch.writes[0].address}, 162);
+    QCOMPARE(batch.writes[0].bytes, std::vector<std::uint8_t>{record.LightGreen});
+}
+
+void tst_portwire_codec::levelsTravelTogether()
+{
+    WriteQueue queue;
+    FlashDataMap record = readInto(queue, FirmwareFlash::factory("q1").bytes);
+    std::swap(record.DpiLevels[0], record.DpiLevels[7]);
+    record.DpiCurrentLevel = 0;
+    record.DpiLevelCount = 1;
+    record.KeyFunctions[2].KeyType = 6;
+    record.MacroSlots[2].EventCount = 1;
+    queue.update(record, record);
+    const auto batch = takeNow(queue);
+    QCOMPARE(batch.writes.size(), std::size_t{3});
+    QVERIFY2(batch.writes[0].address >= 768, "the macro goes before the button that plays it");
+    QCOMPARE(int{batch.writes[1].address}, 1);
+    QVERIFY(batch.writes[1].bytes.size() >= 5 + 8 * 6 - 4);
+}
+
+void tst_portwire_codec::readingDoesNotUndoAChange()
+{
+    WriteQueue queue;
+    DeviceImage mouse = FirmwareFlash::factory("q1").bytes;
+    FlashDataMap record = readInto(queue, mouse);
+    const std::uint64_t readBegan = queue.serial();
+    std::vector<std::uint8_t> read(mouse.begin(), mouse.end());
+    read[0] = 8; // changed on the mouse
+    record.LightRed = 77;
+    queue.update(record, record);
+    const auto batch = takeNow(queue);
+    queue.confirm(batch, {});
+    queue.merge(0, read, readBegan);
+    QCOMPARE(int{read[161]}, 77);
+    QCOMPARE(int{read[0]}, 8);
+    // The program, not told of the new rate yet, hands over the old one: that is a change.
+    QVERIFY(queue.update(record, record));
+    QCOMPARE(int{takeNow(queue).writes.at(0).address}, 0);
+    // What was read after the change counts as it was read.
+    std::vector<std::uint8_t> later{33};
+    queue.merge(161, later, queue.serial());
+    QCOMPARE(int{later[0]}, 33);
+}
+
+void tst_portwire_codec::changingAddressIsHeldBack()
+{
+    using std::chrono::milliseconds;
+    WriteQueue queue;
+    FlashDataMap record = readInto(queue, FirmwareFlash::factory("q1").bytes);
+    WriteQueue::Clock::time_point now{};
+    int batches = 0;
+    // A slider that is dragged for four seconds, a change a millisecond.
+    for (int i = 0; i < 4000; ++i, now += milliseconds(1)) {
+        record.LightBlue = static_cast<std::uint8_t>(i);
+        queue.update(record, record);
+        std::optional<WriteQueue::Clock::time_point> due;
+        if (const auto batch = queue.take(false, now, due)) {
+            queue.confirm(*batch, now);
+            ++batches;
+        } else {
+            QVERIFY(due && *due > now && *due <= now + milliseconds(64));
+        }
+    }
+    QVERIFY2(batches > 10 && batches < 80, qPrintable(QString::number(batches)));
+    std::optional<WriteQueue::Clock::time_point> due;
+    QVERIFY(queue.take(true, now, due));
+    record.Lod = 2; // another address isn't held back, and takes the rest along
+    const auto last = queue.take(true, now, due);
+    queue.confirm(*last, now);
+    queue.update(record, record);
+    QVERIFY(queue.take(false, now, due));
+}
+
+void tst_portwire_codec::statusPayloads_data()
+{
+    QTest::addColumn<int>("flags");
+    QTest::addColumn<QByteArray>("changed");
+    QTest::newRow("none") << 0 << QByteArray::fromHex("00000000000000");
+    QTest::newRow("level") << 0x01 << QByteArray::fromHex("01000000000000");
+    QTest::newRow("record") << 0x04 << QByteArray::fromHex("00000100000000");
+    QTest::newRow("light, battery") << 0x60 << QByteArray::fromHex("00000000000101");
+    QTest::newRow("all") << 0xFF << QByteArray::fromHex("01010101010101");
+}
+
+void tst_portwire_codec::statusPayloads()
+{
+    QFETCH(int, flags);
+    QFETCH(QByteArray, changed);
+    const auto payload = static_cast<std::uint8_t>(flags);
+    QByteArray out(8, '\x5A');
+    decodeChangedFlags(&payload, reinterpret_cast<std::uint8_t *>(out.data()));
+    QCOMPARE(out, changed + '\x5A');
+
+    const std::uint8_t battery[] = {static_cast<std::uint8_t>(flags), 9, 1, 2};
+    std::uint8_t status[4];
+    decodeBattery(battery, status);
+    QCOMPARE(int{status[0]}, std::min(flags, 100));
+    QCOMPARE(int{status[1]}, 1);
+}
+
+QTEST_GUILESS_MAIN(tst_portwire_codec)
+#include "tst_portwire_codec.moc"

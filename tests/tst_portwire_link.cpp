@@ -1,0 +1,868 @@
+#include "portwire/ChangeNotice.h"
+#include "portwire/control/ControlClient.h"
+#include "portwire/control/ControlServer.h"
+#include "portwire/link/Link.h"
+#include "portwire/portwire.h"
+#include "portwire/virtual/SceneKeeper.h"
+#include "portwire/virtual/StateFolder.h"
+#include "portwire/virtual/VirtualBus.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QSemaphore>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <cstring>
+#include <thread>
+
+using namespace portwire;
+
+namespace {
+
+const char exitWhileBlocked[] = "--exit-while-a-callback-is-blocked";
+
+/** Long enough for a machine that is busy with something else; nothing here takes a tenth of it. */
+constexpr std::chrono::seconds patience{10};
+
+struct ReceivedReport
+{
+    int code;
+    int selector;
+    std::vector<std::uint8_t> payload;
+};
+
+/** Collects what a callback gets. Callbacks are plain functions, so there is one collector each. */
+template<int Number>
+class Collector
+{
+public:
+    static void callback(const std::uint8_t *header, int, const std::uint8_t *payload, std::uint32_t length)
+    {
+        State &state = the();
+        std::unique_lock lock(state.mutex);
+        state.mostInside = std::max(state.mostInside, ++state.inside);
+        state.reports.push_back({header[1], header[3] * 256 + header[4], {payload, payload + length}});
+        state.changed.notify_all();
+        state.changed.wait(lock, [&] { return !state.isBlocked; });
+        const auto inCallback = std::exchange(state.action, {});
+        lock.unlock();
+        if (inCallback)
+            inCallback();
+        lock.lock();
+        --state.inside;
+        state.changed.notify_all();
+    }
+
+    static void reset()
+    {
+        const std::lock_guard lock(the().mutex);
+        the().reports.clear();
+        the().isBlocked = false;
+        the().mostInside = 0;
+        the().action = {};
+        the().changed.notify_all();
+    }
+
+    static void block(bool now)
+    {
+        const std::lock_guard lock(the().mutex);
+        the().isBlocked = now;
+        the().changed.notify_all();
+    }
+
+    static void doInCallback(std::function<void()> what)
+    {
+        const std::lock_guard lock(the().mutex);
+        the().action = std::move(what);
+    }
+
+    /** Waits for a report with this code and selector; empty if it doesn't come. */
+    static std::optional<ReceivedReport> await(int code, int selector = 0, std::size_t length = 0)
+    {
+        std::unique_lock lock(the().mutex);
+        std::optional<ReceivedReport> found;
+        the().changed.wait_for(lock, patience, [&] {
+            for (const ReceivedReport &report : the().reports) {
+                if (report.code == code && report.selector == selector && report.payload.size() >= length)
+                    found = report;
+            }
+            return found.has_value();
+        });
+        return found;
+    }
+
+    static std::size_t count()
+    {
+        const std::lock_guard lock(the().mutex);
+        return the().reports.size();
+    }
+
+    static bool awaitIdle()
+    {
+        std::unique_lock lock(the().mutex);
+        return the().changed.wait_for(lock, patience, [] { return the().inside == 0; });
+    }
+
+    static int mostInside()
+    {
+        const std::lock_guard lock(the().mutex);
+        return the().mostInside;
+    }
+
+private:
+    struct State
+    {
+        std::mutex mutex;
+        std::condition_variable changed;
+        std::vector<ReceivedReport> reports;
+        bool isBlocked = false;
+        int inside = 0;
+        int mostInside = 0;
+        std::function<void()> action;
+    };
+
+    /** Never destroyed: a blocked callback stands in it while the process ends. */
+    static State &the()
+    {
+        static State *const state = new State;
+        return *state;
+    }
+};
+
+using First = Collector<1>;
+using Second = Collector<2>;
+
+/** Does something in the middle: a bus whose endpoints tell of each report before they send it. */
+class TappedBus : public Bus
+{
+public:
+    explicit TappedBus(std::shared_ptr<Bus> behind) : bus(std::move(behind)) {}
+
+    std::vector<DeviceNode> enumerate() override { return bus->enumerate(); }
+    void setChangeNotice(std::function<void()> notice) override { bus->setChangeNotice(std::move(notice)); }
+    std::unique_ptr<Endpoint> open(const std::string &path) override
+    {
+        auto endpoint = bus->open(path);
+        return endpoint ? std::make_unique<Tap>(*this, std::move(endpoint)) : nullptr;
+    }
+
+    /** Calls `what` before the report that is the `number`th one with this code from now on; 1 is the next. */
+    void before(ReportCode code, int number, std::function<void()> what)
+    {
+        const std::lock_guard lock(mutex);
+        awaitedCode = code;
+        remaining = number;
+        action = std::move(what);
+    }
+
+private:
+    class Tap : public Endpoint
+    {
+    public:
+        Tap(TappedBus &ofBus, std::unique_ptr<Endpoint> behind) : bus(ofBus), endpoint(std::move(behind)) {}
+        bool send(const Report &report) override
+        {
+            bus.sending(report);
+            return endpoint->send(report);
+        }
+        bool waitForReport() override { return endpoint->waitForReport(); }
+        bool takeReport(Report &report) override { return endpoint->takeReport(report); }
+        void close() override { endpoint->close(); }
+
+    private:
+        TappedBus &bus;
+        const std::unique_ptr<Endpoint> endpoint;
+    };
+
+    void sending(const Report &report)
+    {
+        std::function<void()> now;
+        {
+            const std::lock_guard lock(mutex);
+            if (action && report[1] == static_cast<std::uint8_t>(awaitedCode) && --remaining == 0)
+                now = std::exchange(action, {});
+        }
+        if (now)
+            now();
+    }
+
+    const std::shared_ptr<Bus> bus;
+    std::mutex mutex;
+    ReportCode awaitedCode{};
+    int remaining = 0;
+    std::function<void()> action;
+};
+
+/** A Q1 on a 4K receiver, and a link to it. */
+struct Bench
+{
+    Bench()
+    {
+        bus->add("q1", "4k", mouse);
+        startLink(First::callback);
+    }
+    ~Bench() { link->end(); }
+
+    void startLink(PortwireReportCallback callback)
+    {
+        link = Link::start(channels, path, callback, std::make_shared<WriteQueue>());
+    }
+
+    void readAll() { link->add({Job::Kind::WholeRecord, {ReportCode::ReadFlash}}); }
+
+    /** The record as the callback got it; the link knows the mouse afterwards. */
+    std::optional<FlashDataMap> awaitRecord()
+    {
+        const auto report = First::await(8, 0, imageSize);
+        if (!report)
+            return std::nullopt;
+        DeviceImage image;
+        std::copy(report->payload.begin(), report->payload.end(), image.begin());
+        FlashDataMap read;
+        decodeImage(image, read);
+        return read;
+    }
+
+    void change(const FlashDataMap &to)
+    {
+        link->update(to, record);
+        record = to;
+    }
+
+    FlashDataMap flash()
+    {
+        std::vector<std::uint8_t> bytes;
+        bus->record(mouse, bytes);
+        FlashDataMap held;
+        std::memcpy(&held, bytes.data(), sizeof held);
+        return held;
+    }
+
+    bool awaitInFlash(const FlashDataMap &wanted)
+    {
+        const auto end = std::chrono::steady_clock::now() + patience;
+        while (std::chrono::steady_clock::now() < end) {
+            const FlashDataMap held = flash();
+            if (std::memcmp(&held, &wanted, sizeof held) == 0)
+                return true;
+            std::this_thread::yield();
+        }
+        return false;
+    }
+
+    std::string mouse;
+    const std::string path = "virtual/receiver/q1-4k";
+    const std::shared_ptr<VirtualBus> bus = VirtualBus::create();
+    const std::shared_ptr<TappedBus> tapped = std::make_shared<TappedBus>(bus);
+    const std::shared_ptr<Channels> channels = std::make_shared<Channels>(tapped);
+    std::shared_ptr<Link> link;
+    FlashDataMap record{};
+};
+
+/** A record of which every write report that there is must carry something. */
+FlashDataMap changedEverywhere(FlashDataMap record)
+{
+    record.LightRed = 99;
+    for (std::size_t slot = 0; slot < 16; ++slot) {
+        record.MacroSlots[slot].NameLength = 30;
+        std::memset(record.MacroSlots[slot].Name, 'a' + static_cast<int>(slot), 30);
+        record.MacroSlots[slot].EventCount = 70;
+        for (int i = 0; i < 70; ++i)
+            record.MacroSlots[slot].Events[i] = {0, 1, static_cast<std::uint16_t>(4 + i),
+                                                 70000u + static_cast<std::uint32_t>(slot)};
+    }
+    return record;
+}
+
+bool isSame(const FlashDataMap &a, const FlashDataMap &b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+int changeCalls = 0;
+QThread *changeThread = nullptr;
+void countChange()
+{
+    ++changeCalls;
+    changeThread = QThread::currentThread();
+}
+void startAnother() { StartUsbChanged(countChange, 20); }
+
+} // namespace
+
+class tst_portwire_link : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void reportsOfEachRead();
+    void faultsAreRepaired_data();
+    void faultsAreRepaired();
+    void lateAnswerIsNotTaken();
+    void deadDeviceGivesUpSoon();
+    void manyChangesCostFewReports();
+    void batchTakesEffectAsAWhole();
+    void writesComeBeforeReading();
+    void undeliveredWritesOutliveALinkToTheSameDevice();
+    void changeInMidReadStartsOver();
+    void unpluggedInMidRead();
+    void endedLinkCallsNoMore();
+    void replacedCallbackTakesEffectAtOnce();
+    void oneFunctionIsNeverEnteredTwice();
+    void callbackMayStartAndExit();
+    void processEndsWhileACallbackIsBlocked();
+    void finders();
+    void busChangesReachTheGuiThread();
+    void sceneOutlastsARestart();
+    void damagedStateIsPutAside();
+    void controlSocket();
+};
+
+void tst_portwire_link::init()
+{
+    First::reset();
+    Second::reset();
+}
+
+void tst_portwire_link::reportsOfEachRead()
+{
+    struct
+    {
+        void (*ask)();
+        int code, selector;
+        std::size_t length;
+    } const reads[] = {
+        {UsbServer_ReadAllFlashData, 8, 0, 6912},  {UsbServer_ReadReportRate, 8, 0, 1},
+        {UsbServer_ReadCurrentDPI, 8, 4, 1},       {UsbServer_ReadDPILed, 8, 76, 8},
+        {UsbServer_ReadLedBar, 8, 160, 9},         {UsbServer_ReadBatteryLevel, 4, 0, 4},
+        {UsbServer_ReadConfig, 14, 0, 1},          {UsbServer_ReadVersion, 18, 0, 2},
+        {UsbServer_ReadDonglePairStatus, 6, 0, 1}, {UsbServer_SetClearSetting, 9, 0, 0},
+    };
+    UsbServerC_Start("virtual/receiver/q1-4k", "virtual/receiver/q1-4k", First::callback);
+    for (const auto &read : reads) {
+        First::reset();
+        read.ask();
+        const auto report = First::await(read.code, read.selector, read.length);
+        QVERIFY2(report, qPrintable(QString::number(read.code)));
+        QCOMPARE(report->payload.size(), read.length);
+    }
+    First::reset();
+    UsbServer_SetCurrentConfig(3);
+    const auto status = First::await(10);
+    QVERIFY(status);
+    std::uint8_t changed[7];
+    GetDeviceStatusChanged(status->payload.data(), changed);
+    QCOMPARE(int{changed[2]}, 1);
+    UsbServer_EnterDonglePairOnlyCid(18);
+    const auto pairing = First::await(6);
+    QVERIFY(pairing);
+    QCOMPARE(int{pairing->payload.at(0)}, 2);
+    UsbServer_Exit();
+}
+
+void tst_portwire_link::faultsAreRepaired_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("answers");
+    const std::pair<const char *, FaultKind> kinds[] = {{"drop", FaultKind::Drop},
+                                                        {"stall", FaultKind::Stall},
+                                                        {"garbage", FaultKind::Garbage},
+                                                        {"short", FaultKind::Short}};
+    for (const auto &[name, kind] : kinds) {
+        for (const int answers : {1, 2, 7})
+            QTest::addRow("%s %d", name, answers) << static_cast<int>(kind) << answers;
+    }
+}
+
+void tst_portwire_link::faultsAreRepaired()
+{
+    QFETCH(int, kind);
+    QFETCH(int, answers);
+    Bench bench;
+    bench.tapped->before(ReportCode::ReadFlash, 50,
+                         [&] { bench.bus->setFault("q1", static_cast<FaultKind>(kind), answers); });
+    bench.readAll();
+    const auto read = bench.awaitRecord();
+    QVERIFY(read);
+    QVERIFY(isSame(*read, bench.flash()));
+    bench.record = *read;
+
+    bench.tapped->before(ReportCode::WriteFlash, 20,
+                         [&] { bench.bus->setFault("q1", static_cast<FaultKind>(kind), answers); });
+    const FlashDataMap wanted = changedEverywhere(*read);
+    bench.change(wanted);
+    QVERIFY(bench.awaitInFlash(wanted));
+    QVERIFY(bench.channels->statistics().repeated > 0);
+    if (static_cast<FaultKind>(kind) == FaultKind::Garbage)
+        QVERIFY(bench.channels->statistics().dropped >= static_cast<unsigned>(answers));
+}
+
+void tst_portwire_link::lateAnswerIsNotTaken()
+{
+    Bench bench;
+    // The first answer says "online". It is held up and arrives in front of the second, when that is no longer true.
+    bench.bus->setFault("q1-4k", FaultKind::Stall, 1);
+    bench.tapped->before(ReportCode::Online, 2, [&] { bench.bus->setAwake("q1", false); });
+    const auto answer = bench.channels->ask(bench.path, {ReportCode::Online, 0, 0, {}, 4});
+    QVERIFY(answer);
+    QCOMPARE(int{answer->payload[0]}, 0);
+    QCOMPARE(bench.channels->statistics().dropped.load(), std::uint64_t{1});
+}
+
+void tst_portwire_link::deadDeviceGivesUpSoon()
+{
+    Bench bench;
+    bench.bus->setFault("q1-4k", FaultKind::Drop, 1000);
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < 10; ++i)
+        QVERIFY(!bench.channels->ask(bench.path, {ReportCode::DeviceInfo, 0, 0, {}, 3}));
+    // Some 30 ms each, and a margin for a busy machine: a scan asks this often and has half a second.
+    QVERIFY2(timer.elapsed() >= 10 * 25 && timer.elapsed() < 10 * 48, qPrintable(QString::number(timer.elapsed())));
+    timer.start();
+    QVERIFY(!bench.channels->ask("a", {ReportCode::Online, 0, 0, {}, 4}));
+    QVERIFY(timer.elapsed() < 25);
+}
+
+void tst_portwire_link::manyChangesCostFewReports()
+{
+    Bench bench;
+    bench.readAll();
+    FlashDataMap record = bench.awaitRecord().value();
+    const auto before = bench.channels->statistics().written.load();
+    for (int i = 0; i < 2000; ++i) {
+        record.LightRed = static_cast<std::uint8_t>(i * 7);
+        bench.change(record);
+    }
+    QVERIFY(bench.awaitInFlash(record));
+    const auto written = bench.channels->statistics().written.load() - before;
+    QVERIFY2(written <= 36, qPrintable(QString::number(written)));
+}
+
+void tst_portwire_link::batchTakesEffectAsAWhole()
+{
+    Bench bench;
+    bench.readAll();
+    bench.record = bench.awaitRecord().value();
+    const FlashDataMap before = bench.flash();
+    const FlashDataMap wanted = changedEverywhere(bench.record);
+    QSemaphore asleep;
+    bench.tapped->before(ReportCode::WriteFlash, 40, [&] {
+        bench.bus->setAwake("q1", false);
+        asleep.release();
+    });
+    bench.change(wanted);
+    QVERIFY(asleep.tryAcquire(1, 10000));
+    QVERIFY(isSame(bench.flash(), before));
+    bench.bus->setAwake("q1", true);
+    QVERIFY(bench.awaitInFlash(wanted));
+}
+
+void tst_portwire_link::writesComeBeforeReading()
+{
+    Bench bench;
+    bench.readAll();
+    FlashDataMap wanted = bench.awaitRecord().value();
+    bench.record = wanted;
+    First::reset();
+    bench.bus->setAwake("q1", false);
+    wanted.LightGreen = 12;
+    bench.change(wanted);
+    bench.readAll();
+    QVERIFY(!bench.channels->ask(bench.path, {ReportCode::Battery, 0, 0, {}, 4}));
+    QCOMPARE(First::count(), std::size_t{0});
+    bool isWrittenFirst = false;
+    bench.tapped->before(ReportCode::ReadFlash, 1, [&] { isWrittenFirst = bench.flash().LightGreen == 12; });
+    bench.bus->setAwake("q1", true);
+    const auto read = bench.awaitRecord();
+    QVERIFY(read);
+    QVERIFY(isSame(*read, wanted));
+    QVERIFY(isWrittenFirst);
+    QVERIFY2(First::await(10), "a mouse that wakes up announces itself");
+}
+
+void tst_portwire_link::undeliveredWritesOutliveALinkToTheSameDevice()
+{
+    const char path[] = "virtual/receiver/q2-1k";
+    ControlClient control;
+    UsbServerC_Start(path, path, First::callback);
+    UsbServer_ReadAllFlashData();
+    const auto report = First::await(8, 0, imageSize);
+    QVERIFY(report);
+    FlashDataMap record;
+    ProtocolDataParser(report->payload.data(), &record);
+    const auto lightRed = [&] { return control.call({"record", "q2"}).output.at(68); };
+
+    QVERIFY(control.call({"sleep", "q2"}).isGood());
+    QVERIFY(!UsbFinderC_GetDeviceOnLine(path));
+    record.LightRed = 21;
+    ProtocolDataUpdate(&record);
+    UsbServerC_Start(path, path, First::callback);
+    QVERIFY(control.call({"wake", "q2"}).isGood());
+    QTRY_COMPARE(int{lightRed()}, 21);
+
+    QVERIFY(control.call({"sleep", "q2"}).isGood());
+    record.LightRed = 42;
+    ProtocolDataUpdate(&record);
+    UsbServer_Exit();
+    UsbServerC_Start(path, path, First::callback);
+    First::reset();
+    QVERIFY(control.call({"wake", "q2"}).isGood());
+    UsbServer_ReadAllFlashData();
+    QVERIFY(First::await(8, 0, imageSize));
+    QVERIFY2(lightRed() == 21, "what was queued at the end of the link is given up");
+    UsbServer_Exit();
+}
+
+void tst_portwire_link::changeInMidReadStartsOver()
+{
+    Bench bench;
+    bench.tapped->before(ReportCode::ReadFlash, 100, [&] {
+        bench.bus->changeProfile("q1", 1);
+        bench.bus->changeRate("q1", 8);
+        bench.bus->changeLevel("q1", 5);
+    });
+    bench.readAll();
+    const auto read = bench.awaitRecord();
+    QVERIFY(read);
+    QCOMPARE(int{read->ReportRate}, 8);
+    QVERIFY(isSame(*read, bench.flash()));
+}
+
+void tst_portwire_link::unpluggedInMidRead()
+{
+    Bench bench;
+    bench.tapped->before(ReportCode::ReadFlash, 60, [&] { bench.bus->setPlugged("q1-4k", false); });
+    bench.readAll();
+    QTRY_VERIFY(bench.bus->enumerate().empty());
+    QVERIFY(!bench.channels->ask(bench.path, {ReportCode::Online, 0, 0, {}, 4}));
+    QCOMPARE(First::count(), std::size_t{0});
+    bench.bus->setPlugged("q1-4k", true);
+    QVERIFY2(bench.channels->ask(bench.path, {ReportCode::Online, 0, 0, {}, 4}), "answers as soon as it is back");
+    const auto read = bench.awaitRecord();
+    QVERIFY(read);
+    QVERIFY(isSame(*read, bench.flash()));
+}
+
+void tst_portwire_link::endedLinkCallsNoMore()
+{
+    Bench bench;
+    First::block(true);
+    bench.bus->changeLevel("q1", 1);
+    QVERIFY(First::await(10));
+    for (int level = 0; level < 5; ++level)
+        bench.bus->changeLevel("q1", level);
+    bench.readAll();
+    bench.link->end(); // comes back although the callback stands
+    First::block(false);
+    QVERIFY(First::awaitIdle());
+    bench.bus->changeLevel("q1", 1);
+    QVERIFY(bench.channels->ask(bench.path, {ReportCode::Battery, 0, 0, {}, 4}));
+    QCOMPARE(First::count(), std::size_t{1});
+}
+
+void tst_portwire_link::replacedCallbackTakesEffectAtOnce()
+{
+    Bench bench;
+    First::block(true);
+    bench.bus->changeLevel("q1", 1);
+    QVERIFY(First::await(10));
+    bench.link->end();
+    bench.startLink(Second::callback);
+    bench.readAll();
+    QVERIFY(Second::await(8, 0, imageSize));
+    QCOMPARE(First::count(), std::size_t{1});
+    First::block(false);
+    QVERIFY(First::awaitIdle());
+}
+
+void tst_portwire_link::oneFunctionIsNeverEnteredTwice()
+{
+    Bench bench;
+    First::block(true);
+    bench.bus->changeLevel("q1", 1);
+    QVERIFY(First::await(10));
+    for (int i = 0; i < 5; ++i) {
+        bench.link->end();
+        bench.startLink(First::callback);
+    }
+    bench.bus->changeLevel("q1", 2);
+    QVERIFY(!QTest::qWaitFor([] { return First::mostInside() > 1; }, 60));
+    bench.readAll();
+    First::block(false);
+    QVERIFY(bench.awaitRecord());
+    QVERIFY(First::awaitIdle());
+    QCOMPARE(First::mostInside(), 1);
+}
+
+void tst_portwire_link::callbackMayStartAndExit()
+{
+    const char path[] = "virtual/receiver/q1-4k";
+    First::doInCallback([&] {
+        UsbServer_Exit();
+        UsbServerC_Start(path, path, Second::callback);
+        UsbServer_ReadVersion();
+        UsbFinderC_GetVersion(path);
+    });
+    Second::doInCallback([] { UsbServer_Exit(); });
+    UsbServerC_Start(path, path, First::callback);
+    UsbServer_ReadBatteryLevel();
+    QVERIFY(First::await(4));
+    QVERIFY(Second::await(18));
+    QVERIFY(Second::awaitIdle());
+    UsbServer_ReadVersion(); // without a link nothing comes of it
+    QVERIFY(First::awaitIdle());
+    QCOMPARE(Second::count(), std::size_t{1});
+}
+
+void tst_portwire_link::processEndsWhileACallbackIsBlocked()
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QCoreApplication::applicationFilePath(), {exitWhileBlocked});
+    QVERIFY(process.waitForFinished(20000));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.readAllStandardOutput(), QByteArray("blocked\n"));
+    QCOMPARE(process.exitCode(), 7);
+}
+
+void tst_portwire_link::finders()
+{
+    ControlClient control;
+    int count = 5;
+    const char *const *paths = UsbFinderC_FindHidDevicesByDeviceId("f0a1", "0204", 1, 5, &count);
+    QCOMPARE(count, 1);
+    const std::string path = paths[0];
+    std::thread([] {
+        int others = 5;
+        UsbFinderC_FindHidDevicesByDefaultDeviceId("F0A1", "0201", &others);
+    }).join();
+    QCOMPARE(paths[0], path.c_str());
+    count = 0;
+    UsbFinderC_FindHidDevicesByDefaultDeviceId("F0A1", "0204", &count);
+    QCOMPARE(count, 0);
+    count = 5;
+    UsbFinderC_FindHidDevicesByDeviceId("F0A1", "0204", 0, 5, &count);
+    QCOMPARE(count, 0);
+
+    std::uint8_t info[3];
+    UsbFinderC_GetDeviceInfo(path.c_str(), info);
+    QCOMPARE(QByteArray(reinterpret_cast<char *>(info), 3), QByteArray::fromHex("120101"));
+    std::uint8_t wireless[10], corded[10], attribute[12];
+    UsbFinderC_GetDeviceOnLineWithUsbAddress(path.c_str(), wireless);
+    QCOMPARE(int{wireless[6]}, 1);
+    UsbFinderC_GetUsbDeviceAttribute(path.c_str(), attribute);
+    QCOMPARE(attribute[8] + attribute[9] * 256, 0x010C);
+
+    // On its cable the same mouse has a path of its own, and its receiver shows it without reaching it.
+    QVERIFY(control.call({"plug", "q1"}).isGood());
+    count = 5;
+    paths = UsbFinderC_FindHidDevicesByDefaultDeviceId("F0A1", "0101", &count);
+    QCOMPARE(count, 1);
+    UsbFinderC_GetDeviceOnLineWithUsbAddress(paths[0], corded);
+    QVERIFY(std::equal(wireless + 6, wireless + 10, corded + 6));
+    UsbFinderC_GetDeviceInfo(paths[0], info);
+    QCOMPARE(QByteArray(reinterpret_cast<char *>(info), 3), QByteArray::fromHex("120102"));
+    UsbFinderC_GetDeviceOnLineWithUsbAddress(path.c_str(), wireless);
+    QCOMPARE(int{wireless[6]}, 0);
+    QVERIFY(std::equal(wireless + 7, wireless + 10, corded + 7));
+    QVERIFY(control.call({"unplug", "q1"}).isGood());
+    QVERIFY(UsbFinderC_GetDeviceOnLine(path.c_str()));
+
+    DongleRGB light{{3, 1, 2, 3, 4, 5, 6, 7, 8, 9}}, back{};
+    UsbFinderC_Set4KDongleRGB(path.c_str(), &light);
+    UsbFinderC_Get4KDongleRGBValue(path.c_str(), &back);
+    QVERIFY(std::equal(std::begin(light.bytes), std::end(light.bytes), back.bytes));
+    std::uint8_t mode = 's';
+    UsbFinderC_SetLongRangeMode(path.c_str(), 1);
+    UsbFinderC_GetLongRangeMode(path.c_str(), &mode);
+    QCOMPARE(int{mode}, 1);
+    mode = 's';
+    UsbFinderC_GetLongRangeMode("a", &mode);
+    QCOMPARE(int{mode}, int{'s'});
+}
+
+void tst_portwire_link::busChangesReachTheGuiThread()
+{
+    ControlClient control;
+    StartUsbChanged(startAnother, 1);
+    QCOMPARE(changeCalls, 1);
+    QCOMPARE(changeThread, QThread::currentThread());
+    // Quick changes count as one, however long the event loop stands still meanwhile.
+    for (int i = 0; i < 3; ++i) {
+        QVERIFY(control.call({"unplug", "q1-4k"}).isGood());
+        QVERIFY(control.call({"plug", "q1-4k"}).isGood());
+    }
+    QCOMPARE(changeCalls, 1);
+    QTRY_COMPARE(changeCalls, 2);
+    QTest::qWait(60);
+    QCOMPARE(changeCalls, 2);
+    StopUsbChanged();
+    QVERIFY(control.call({"unplug", "q1"}).isGood());
+    QTest::qWait(60);
+    QCOMPARE(changeCalls, 2);
+}
+
+void tst_portwire_link::sceneOutlastsARestart()
+{
+    QTemporaryDir folder;
+    const auto bus = VirtualBus::create();
+    std::vector<std::uint8_t> before;
+    {
+        SceneKeeper keeper(bus, folder.path());
+        std::string id;
+        QCOMPARE(bus->add("q1", "cable", id), std::string());
+        QCOMPARE(id, std::string("q1-2"));
+        QCOMPARE(bus->remove("q2"), std::string());
+        bus->setPlugged("q1-4k", false);
+        bus->changeProfile("q1", 3);
+        bus->changeLevel("q1", 4);
+        bus->record("q1", before);
+    }
+    const auto again = VirtualBus::create();
+    SceneKeeper keeper(again, folder.path());
+    QCOMPARE(again->describe().size(), std::size_t{3});
+    const auto devices = again->describe();
+    QCOMPARE(devices[0].id, std::string("q1"));
+    QCOMPARE(devices[0].profile, 3);
+    QCOMPARE(devices[0].dpi, 6400);
+    QVERIFY(devices[1].isCorded);
+    QVERIFY(!devices[2].isPlugged);
+    std::vector<std::uint8_t> after;
+    again->record("q1", after);
+    QVERIFY(after == before);
+}
+
+void tst_portwire_link::damagedStateIsPutAside()
+{
+    QTemporaryDir folder;
+    const auto write = [&](const char *name, const QByteArray &content) {
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    };
+    {
+        SceneKeeper keeper(VirtualBus::create(), folder.path());
+    }
+    QFile flash(folder.filePath("flash-q1.bin"));
+    QVERIFY(flash.open(QIODevice::ReadWrite));
+    QVERIFY(flash.seek(20000) && flash.putChar(0x55));
+    flash.close();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("flash-q1.bin can't be used"));
+    auto bus = VirtualBus::create();
+    {
+        SceneKeeper keeper(bus, folder.path());
+    }
+    QCOMPARE(bus->describe().at(0).dpi, 1600);
+    QVERIFY(QFile::exists(folder.filePath("flash-q1.bin.damaged")));
+
+    write("scene.json", "{\"mice\": 7}");
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("scene.json can't be used"));
+    bus = VirtualBus::create();
+    {
+        SceneKeeper keeper(bus, folder.path());
+    }
+    QCOMPARE(bus->describe().size(), std::size_t{4});
+
+    // Nothing in a file leads out of the folder.
+    write("scene.json", R"({"mice": [{"id": "../../q1", "model": "q1"}, {"id": "ok", "model": "q1"}, 5,
+        {"id": "ok", "model": "q2"}], "receivers": [{"id": "r", "model": "q1", "link": "9k", "mouse": "ok"}]})");
+    bus = VirtualBus::create();
+    {
+        SceneKeeper keeper(bus, folder.path());
+    }
+    QCOMPARE(bus->describe().size(), std::size_t{1});
+
+    const QString blocked = folder.filePath("scene.json") + "/portwire";
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("can't write .*/portwire/"));
+    bus = VirtualBus::create();
+    {
+        SceneKeeper keeper(bus, blocked);
+    }
+    QCOMPARE(bus->describe().size(), std::size_t{4});
+}
+
+void tst_portwire_link::controlSocket()
+{
+    const ControlClient control;
+    const auto devices = control.call({"devices"});
+    QVERIFY(devices.isGood());
+    for (const QJsonValue &device : devices.json().array()) {
+        for (const char *key : {"id", "kind", "pid", "path", "plugged", "awake", "corded", "address", "battery",
+                                "model", "dpi", "rate", "light", "level"})
+            QVERIFY2(device.toObject().contains(QLatin1String(key)), key);
+    }
+    QCOMPARE(control.call({"record", "q1"}).output.size(), 10428);
+    const QList<QStringList> wrong = {{},
+                                      {"nothing"},
+                                      {"record", "q9"},
+                                      {"dpi", "q1", "8"},
+                                      {"dpi", "q1", "x"},
+                                      {"rate", "q1", "3"},
+                                      {"profile", "q1", "4"},
+                                      {"battery", "q1", "101"},
+                                      {"battery", "q1", "10", "full"},
+                                      {"add", "q3", "cable"},
+                                      {"add", "q1", "8k"},
+                                      {"fault", "q1", "rain"},
+                                      {"fault", "q1", "drop", "-1"},
+                                      {"plug"},
+                                      {"press", "q1", "16"}};
+    for (const QStringList &words : wrong)
+        QVERIFY2(!control.call(words).error.isEmpty(), qPrintable(words.join(' ')));
+
+    QFileInfo socket(portwire::controlSocket());
+    QVERIFY(!(socket.permissions() & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther)));
+    // Another process's socket is left alone, one that was left behind is replaced.
+    const auto bus = VirtualBus::create();
+    const auto channels = std::make_shared<Channels>(bus);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("another process serves"));
+    {
+        ControlServer second(bus, channels, portwire::controlSocket());
+    }
+    QVERIFY(control.call({"stats"}).isGood());
+    QTemporaryDir folder;
+    const QString stale = folder.filePath("control.sock");
+    QVERIFY(QFile(stale).open(QIODevice::WriteOnly));
+    ControlServer third(bus, channels, stale);
+    QLocalSocket probe;
+    probe.connectToServer(stale);
+    QVERIFY(probe.waitForConnected(1000));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("can't listen on"));
+    ControlServer fourth(bus, channels, stale + "/none");
+}
+
+namespace {
+
+/** A program that ends while its callback stands still, as it does in a blocking emit without an event loop. */
+int endWhileBlocked(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    First::block(true);
+    UsbServerC_Start("virtual/receiver/q1-4k", "virtual/receiver/q1-4k", First::callback);
+    UsbServer_ReadAllFlashData();
+    UsbServer_ReadVersion();
+    if (!First::await(8, 0, imageSize))
+        return 1;
+    std::fputs("blocked\n", stdout);
+    UsbServer_Exit();
+    return 7;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const bool isChild = argc > 1 && std::strcmp(argv[1], exitWhileBlocked) == 0;
+    const QTemporaryDir home;
+    qputenv("HOME", home.path().toLocal8Bit());
+    qunsetenv("XDG_DATA_HOME");
+    if (isChild)
+        return endWhileBlocked(argc, argv);
+    QCoreApplication application(argc, argv);
+    tst_portwire_link test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_portwire_link.moc"

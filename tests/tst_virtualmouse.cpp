@@ -1,0 +1,423 @@
+#include "portwire/virtual/ButtonPlayer.h"
+#include "portwire/virtual/VirtualBus.h"
+
+#include <QtTest>
+
+#include <cstring>
+
+using namespace portwire;
+
+namespace {
+
+/** Bytes of the device image as the protocol document has them, written out by hand. */
+struct Bytes
+{
+    std::size_t at;
+    std::vector<std::uint8_t> values;
+};
+
+/** A clock that stands until it is told. */
+struct HandClock
+{
+    std::shared_ptr<std::chrono::steady_clock::time_point> time =
+        std::make_shared<std::chrono::steady_clock::time_point>();
+    std::chrono::steady_clock::time_point operator()() const { return *time; }
+    void pass(int seconds) const { *time += std::chrono::seconds(seconds); }
+};
+
+FirmwarePacket write(const Bytes &bytes, std::uint8_t flags = 3)
+{
+    return {7, 1, static_cast<std::uint16_t>(bytes.at), flags, bytes.values};
+}
+
+/** The events as text, such as "0 +key 4, 10 -key 4". */
+QString text(const std::vector<HidEvent> &events)
+{
+    using Type = HidEvent::Type;
+    static const std::map<Type, const char *> names{{Type::MouseButton, "button"},
+                                                    {Type::Modifier, "modifier"},
+                                                    {Type::Key, "key"},
+                                                    {Type::Consumer, "consumer"},
+                                                    {Type::Wheel, "wheel"},
+                                                    {Type::Tilt, "tilt"},
+                                                    {Type::Dpi, "dpi"},
+                                                    {Type::ReportRate, "rate"},
+                                                    {Type::Light, "light"},
+                                                    {Type::Indicator, "indicator"},
+                                                    {Type::Profile, "profile"}};
+    QStringList list;
+    for (const HidEvent &event : events) {
+        list << QStringLiteral("%1 %2%3 %4")
+                    .arg(event.atMs)
+                    .arg(event.isPress ? "+" : "-")
+                    .arg(names.at(event.type))
+                    .arg(event.code);
+    }
+    return list.join(", ");
+}
+
+/** A mouse with a list of what it announces. */
+struct ToldMouse
+{
+    explicit ToldMouse(const char *model, HandClock clock = {}) : mouse(model, clock)
+    {
+        mouse.announce = [this](const FirmwarePacket &packet) {
+            if (packet.code == 10 && packet.sequence == 0)
+                told.push_back(packet.data.at(0));
+        };
+    }
+    void put(const Bytes &bytes) { QCOMPARE(int{mouse.answer(write(bytes)).flags}, 0); }
+
+    VirtualMouse mouse;
+    std::vector<std::uint8_t> told;
+};
+
+} // namespace
+
+class tst_virtualmouse : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsDpi_data();
+    void readsDpi();
+    void factoryState();
+    void exportsItsRecord();
+    void refusesWhatIsOutside_data();
+    void refusesWhatIsOutside();
+    void batchIsStagedUntilItsEnd();
+    void resetTouchesTheActiveProfile();
+    void sleepsAfterItsIdleTime();
+    void tellsOfChangesMadeOnIt();
+    void buttons_data();
+    void buttons();
+    void buttonsSurviveAnyFlash();
+    void receiverAnswersForAMouseThatDoesNot();
+};
+
+void tst_virtualmouse::readsDpi_data()
+{
+    QTest::addColumn<int>("sensor");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<int>("flags");
+    QTest::addColumn<int>("dpi");
+    const auto row = [](const char *name, Sensor sensor, int code, int flags, int dpi) {
+        QTest::newRow(name) << static_cast<int>(sensor) << code << flags << dpi;
+    };
+    row("3395, first", Sensor::Sensor3395, 0, 0x00, 50);
+    row("3395, plain", Sensor::Sensor3395, 31, 0x00, 1600);
+    row("3395, high bits", Sensor::Sensor3395, 43, 0x44, 15000);
+    row("3395, last", Sensor::Sensor3395, 7, 0x88, 26000);
+    row("3395, steps of 100", Sensor::Sensor3395, 31, 0x22, 3200);
+    row("3395, doubled", Sensor::Sensor3395, 31, 0x11, 3200);
+    row("3395, both", Sensor::Sensor3395, 31, 0x33, 6400);
+    row("3311, first", Sensor::Sensor3311, 4, 0x00, 100);
+    row("3311, last", Sensor::Sensor3311, 127, 0x00, 12400);
+    row("3311, doubled", Sensor::Sensor3311, 127, 0x11, 24800);
+    row("3311, below the table", Sensor::Sensor3311, 0, 0x00, 100);
+    row("3311, above the table", Sensor::Sensor3311, 255, 0x00, 12400);
+    row("unknown, no high bits", Sensor::Unknown, 43, 0x44, 2200);
+}
+
+void tst_virtualmouse::readsDpi()
+{
+    QFETCH(int, sensor);
+    QFETCH(int, code);
+    QFETCH(int, flags);
+    QFETCH(int, dpi);
+    QCOMPARE(FirmwareFlash::dpiOf(static_cast<Sensor>(sensor), static_cast<std::uint8_t>(code),
+                                  static_cast<std::uint8_t>(flags)),
+             dpi);
+}
+
+void tst_virtualmouse::factoryState()
+{
+    const std::pair<const char *, std::vector<int>> models[] = {{"q1", {400, 800, 1600, 3200, 6400, 26000}},
+                                                                {"q2", {400, 800, 1600, 3200, 6400}}};
+    for (const auto &[model, levels] : models) {
+        ToldMouse told(model);
+        QCOMPARE(told.mouse.flash().levelCount(), static_cast<int>(levels.size()));
+        for (std::size_t level = 0; level < levels.size(); ++level) {
+            QVERIFY(told.mouse.changeLevel(static_cast<int>(level)));
+            QCOMPARE(told.mouse.flash().dpi(told.mouse.sensor()), levels[level]);
+        }
+        QCOMPARE(told.mouse.flash().rateHz(), 1000);
+        const char *const functions[] = {"0 +button 1, 0 -button 1", "0 +button 2, 0 -button 2",
+                                         "0 +button 4, 0 -button 4", "0 +button 16, 0 -button 16",
+                                         "0 +button 8, 0 -button 8", "0 +dpi 400"};
+        for (int slot = 0; slot < 6; ++slot)
+            QCOMPARE(text(ButtonPlayer(told.mouse).press(slot)), QString(functions[slot]));
+        QCOMPARE(text(ButtonPlayer(told.mouse).press(6)), QString());
+    }
+}
+
+void tst_virtualmouse::exportsItsRecord()
+{
+    ToldMouse told("q1");
+    const Bytes changes[] = {
+        {0, {32, 8, 11, 12, 7}},
+        {53, {2, 20, 1, 240, 1, 1, 1, 1, 60, 2}},
+        {76, {2, 16, 5, 1}},
+        {144, {13, 14}},
+        {160, {3, 1, 2, 3, 4, 5, 6}},
+        {96 + 45, {5, 0, 0}},
+        // "Ctrl+C" on the last slot: modifier 1 and key 6, 10 ms each; bit 0 release, 1 kind, 3 code, 13 delay
+        {256 + 32 * 15, {4, 0x08, 0x40, 0x01, 0, 0, 0x32, 0x40, 0x01, 0, 0, 0x33, 0x40, 0x01, 0, 0, 0x09, 0x40, 0x01}},
+        {768 + 384 * 15, {2, 'a', 'b'}},
+        // mouse button 16 after 70 events of room, waiting for 100,000 ms
+        {768 + 384 * 15 + 31, {70}},
+        {768 + 384 * 15 + 32 + 69 * 5, {0x86, 0x00, 0xD4, 0x30, 0x00}},
+    };
+    for (const Bytes &change : changes)
+        told.put(change);
+    const std::vector<std::uint8_t> record = told.mouse.flash().record();
+    QCOMPARE(record.size(), std::size_t{10428});
+    const Bytes expected[] = {
+        {0, {32, 8, 7, 11, 12, 2, 20, 1, 240, 1, 1, 1, 1, 60, 2}},
+        {15, {7, 7, 0, 255, 0, 0}},
+        {63, {2, 16, 5, 1, 3, 1, 2, 3, 4, 5, 6}},
+        {74, {1, 1, 0, 1, 2, 0}},
+        {119, {5, 0, 0, 13, 14}},
+        {124 + 52 * 15, {4, 0, 0, 0, 0, 0, 1, 0, 10, 0, 0, 0, 0, 1, 6, 0, 10, 0, 0, 0}},
+        {124 + 52 * 15 + 20, {1, 1, 6, 0, 10, 0, 0, 0, 1, 0, 1, 0, 10, 0, 0, 0}},
+        {956 + 592 * 15, {2, 'a', 'b', 0}},
+        {956 + 592 * 15 + 31, {70}},
+        {10420, {0, 4, 16, 0, 0xA0, 0x86, 0x01, 0}},
+    };
+    for (const Bytes &part : expected) {
+        const std::vector<std::uint8_t> found(record.begin() + static_cast<long>(part.at),
+                                              record.begin() + static_cast<long>(part.at + part.values.size()));
+        QVERIFY2(found == part.values, qPrintable(QString::number(part.at)));
+    }
+}
+
+void tst_virtualmouse::refusesWhatIsOutside_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<int>("address");
+    QTest::addColumn<QByteArray>("data");
+    QTest::newRow("write behind the end") << 7 << 6911 << QByteArray(2, 1);
+    QTest::newRow("write nothing") << 7 << 0 << QByteArray();
+    QTest::newRow("read behind the end") << 8 << 6859 << QByteArray(1, 54);
+    QTest::newRow("read nothing") << 8 << 0 << QByteArray(1, 0);
+    QTest::newRow("read more than a report") << 8 << 0 << QByteArray(1, 55);
+    QTest::newRow("read without a length") << 8 << 0 << QByteArray();
+    QTest::newRow("profile 4") << 15 << 0 << QByteArray(1, 4);
+    QTest::newRow("no profile") << 15 << 0 << QByteArray();
+    QTest::newRow("unknown code") << 99 << 0 << QByteArray();
+}
+
+void tst_virtualmouse::refusesWhatIsOutside()
+{
+    QFETCH(int, code);
+    QFETCH(int, address);
+    QFETCH(QByteArray, data);
+    ToldMouse told("q1");
+    const auto before = told.mouse.flash().bytes;
+    const FirmwarePacket answer = told.mouse.answer(
+        {static_cast<std::uint8_t>(code), 9, static_cast<std::uint16_t>(address), 3, {data.begin(), data.end()}});
+    QCOMPARE(int{answer.flags}, 2);
+    QCOMPARE(int{answer.sequence}, 9);
+    QVERIFY(answer.data.empty());
+    QVERIFY(told.mouse.flash().bytes == before);
+}
+
+void tst_virtualmouse::batchIsStagedUntilItsEnd()
+{
+    ToldMouse told("q1");
+    const auto light = [&] { return int{told.mouse.flash().bytes[161]}; };
+    const int before = light();
+    QCOMPARE(int{told.mouse.answer(write({161, {50}}, 1)).flags}, 0);
+    QCOMPARE(light(), before);
+    QCOMPARE(int{told.mouse.answer(write({162, {60}}, 2)).flags}, 0);
+    QCOMPARE(light(), 50);
+    for (const auto &interruption : std::vector<std::function<void()>>{[&] {
+                                                                           told.mouse.sleep();
+                                                                           told.mouse.wake();
+                                                                       },
+                                                                       [&] { told.mouse.connectionLost(); },
+                                                                       [&] { told.mouse.setCorded(true); }}) {
+        told.mouse.answer(write({161, {70}}, 1));
+        interruption();
+        QCOMPARE(int{told.mouse.answer(write({162, {80}}, 2)).flags}, 3);
+        QCOMPARE(light(), 50);
+    }
+}
+
+void tst_virtualmouse::resetTouchesTheActiveProfile()
+{
+    ToldMouse told("q2");
+    told.put({1, {3}});
+    QVERIFY(told.mouse.changeProfile(2));
+    told.put({1, {2}});
+    QCOMPARE(int{told.mouse.answer({9, 1, 0, 0, {}}).flags}, 0);
+    QCOMPARE(told.mouse.flash().levelCount(), 5);
+    QVERIFY(told.mouse.changeProfile(0));
+    QCOMPARE(told.mouse.flash().levelCount(), 3);
+}
+
+void tst_virtualmouse::sleepsAfterItsIdleTime()
+{
+    const HandClock clock;
+    ToldMouse told("q1", clock);
+    told.put({56, {3}}); // 30 seconds
+    clock.pass(29);
+    QVERIFY(told.mouse.isAwake());
+    told.mouse.answer({8, 1, 0, 0, {1}}); // being asked is no use of the mouse
+    clock.pass(1);
+    QVERIFY(!told.mouse.isAwake());
+    told.told.clear();
+    told.mouse.wake();
+    QVERIFY(told.mouse.isAwake());
+    QCOMPARE(told.told, std::vector<std::uint8_t>{0x40});
+    clock.pass(29);
+    told.put({161, {1}}); // writing is
+    clock.pass(29);
+    QVERIFY(told.mouse.isAwake());
+    told.mouse.setCorded(true);
+    clock.pass(3600);
+    QVERIFY(told.mouse.isAwake());
+    told.mouse.setCorded(false);
+    clock.pass(30);
+    QVERIFY(!told.mouse.isAwake());
+    told.mouse.changeLevel(1); // whoever presses its button wakes it
+    QVERIFY(told.mouse.isAwake());
+}
+
+void tst_virtualmouse::tellsOfChangesMadeOnIt()
+{
+    ToldMouse told("q1");
+    QVERIFY(told.mouse.changeLevel(5));
+    QVERIFY(!told.mouse.changeLevel(6));
+    QVERIFY(!told.mouse.changeLevel(-1));
+    QVERIFY(told.mouse.changeRate(16));
+    QVERIFY(!told.mouse.changeRate(3));
+    QVERIFY(told.mouse.changeProfile(1));
+    QVERIFY(told.mouse.changeProfile(1)); // it is active already
+    QVERIFY(!told.mouse.changeProfile(4));
+    QVERIFY(told.mouse.setBattery(5, false));
+    QVERIFY(!told.mouse.setBattery(101, false));
+    QCOMPARE(told.told, (std::vector<std::uint8_t>{0x01, 0x02, 0x04, 0x40}));
+    told.told.clear();
+    told.put({0, {8, 6, 0, 0, 1}});
+    QVERIFY2(told.told.empty(), "what the PC writes is no news to it");
+    QCOMPARE(told.mouse.answer({4, 1, 0, 0, {}}).data, (std::vector<std::uint8_t>{5, 0, 0, 0}));
+}
+
+void tst_virtualmouse::buttons_data()
+{
+    QTest::addColumn<QByteArray>("function");
+    QTest::addColumn<int>("blockAt");
+    QTest::addColumn<QByteArray>("block");
+    QTest::addColumn<QString>("events");
+    const auto row = [](const char *name, const char *function, const char *events, int blockAt = 0,
+                        const char *block = "") {
+        QTest::newRow(name) << QByteArray::fromHex(function) << blockAt << QByteArray::fromHex(block)
+                            << QString(events);
+    };
+    row("nothing", "000000", "");
+    row("back", "010800", "0 +button 8, 0 -button 8");
+    row("next level", "020100", "0 +dpi 3200");
+    row("level up", "020200", "0 +dpi 3200");
+    row("level down", "020300", "0 +dpi 800");
+    row("tilt right", "030200", "0 +tilt 1");
+    row("fire", "041e02", "0 +button 1, 0 -button 1, 30 +button 1, 30 -button 1");
+    row("fire while held", "040a00", "0 +button 1, 0 -button 1");
+    row("Ctrl+C", "050000", "0 +modifier 1, 10 +key 6, 20 -key 6, 30 -modifier 1", 256,
+        "040840010000 3240010000 3340010000 0940010000");
+    row("browser search", "050000", "0 +consumer 545, 10 -consumer 545", 256, "02 0c51010000 0d51010000");
+    // two events, 70,000 ms between them, played twice
+    row("macro", "060002", "0 +key 4, 70000 -key 4, 70000 +key 4, 140000 -key 4", 768 + 31, "02 22002e2200 2300000000");
+    row("macro until let go", "0600fe", "0 +button 2, 0 -button 2", 768 + 31, "02 1600000000 1700000000");
+    row("rate", "070000", "0 +rate 125");
+    row("all lights", "080000", "0 +light 0, 0 +indicator 0");
+    row("indicator", "080100", "0 +indicator 0");
+    row("next effect", "080400", "0 +light 1");
+    row("profile", "090000", "0 +profile 1");
+    row("DPI lock", "0a0700", "0 +dpi 400, 0 +dpi 1600");
+    row("wheel down", "0b0200", "0 +wheel -1");
+    row("unknown", "7f0101", "");
+}
+
+void tst_virtualmouse::buttons()
+{
+    QFETCH(QByteArray, function);
+    QFETCH(int, blockAt);
+    QFETCH(QByteArray, block);
+    QFETCH(QString, events);
+    ToldMouse told("q1");
+    told.put({96, {function.begin(), function.end()}});
+    if (!block.isEmpty())
+        told.put({static_cast<std::size_t>(blockAt), {block.begin(), block.end()}});
+    QCOMPARE(text(ButtonPlayer(told.mouse).press(0)), events);
+}
+
+void tst_virtualmouse::buttonsSurviveAnyFlash()
+{
+    std::uint32_t random = 1;
+    for (int round = 0; round < 40; ++round) {
+        VirtualMouse mouse("q1", HandClock());
+        VirtualMouse::Stored stored;
+        for (FirmwareFlash &profile : stored.profiles) {
+            for (std::uint8_t &byte : profile.bytes) {
+                random = random * 1664525 + 1013904223;
+                byte = static_cast<std::uint8_t>(random >> 24);
+            }
+            for (std::size_t slot = 0; slot < 16; ++slot)
+                profile.bytes[96 + 3 * slot] %= 13;
+        }
+        stored.activeProfile = 200;
+        mouse.setContent(stored);
+        for (int slot = -1; slot < 17; ++slot)
+            QVERIFY(ButtonPlayer(mouse).press(slot).size() <= 250 * 70);
+        QVERIFY(mouse.flash().currentLevel() < mouse.flash().levelCount());
+    }
+}
+
+void tst_virtualmouse::receiverAnswersForAMouseThatDoesNot()
+{
+    const auto bus = VirtualBus::create();
+    std::string id;
+    QCOMPARE(bus->add("q1", "2k", id), std::string());
+    const auto ask = [&](const std::string &path, std::uint8_t code) {
+        Inbox inbox;
+        bus->receive(path, FirmwarePacket{code, 1, 0, 0, {}}.build(), inbox);
+        Report report;
+        const auto packet = inbox.take(report) ? FirmwarePacket::parse(report) : std::nullopt;
+        return packet
+                   ? QStringLiteral("%1 %2")
+                         .arg(packet->flags)
+                         .arg(QByteArray(reinterpret_cast<const char *>(packet->data.data()), int(packet->data.size()))
+                                  .toHex()
+                                  .constData())
+                   : QStringLiteral("silence");
+    };
+    const std::string receiver = "virtual/receiver/q1-2k";
+    const std::string cable = "virtual/cable/q1";
+    const QString address = ask(receiver, 3).mid(4);
+    QCOMPARE(ask(receiver, 1), QString("0 120104"));
+    QCOMPARE(ask(receiver, 3), "0 01" + address);
+    QCOMPARE(ask(receiver, 14), QString("0 00"));
+    QCOMPARE(ask(cable, 3), QString("silence"));
+
+    bus->setAwake("q1", false);
+    QCOMPARE(ask(receiver, 3), "0 00" + address);
+    QCOMPARE(ask(receiver, 14), QString("1 "));
+    QCOMPARE(ask(receiver, 24), QString("0 0501"));
+
+    bus->setPlugged("q1", true);
+    QCOMPARE(ask(receiver, 3), "0 00" + address);
+    QCOMPARE(ask(receiver, 14), QString("1 "));
+    QCOMPARE(ask(cable, 1), QString("0 120102"));
+    QCOMPARE(ask(cable, 3), "0 01" + address);
+    QCOMPARE(ask(cable, 14), QString("0 00"));
+    QCOMPARE(ask(cable, 21), QString("2 "));
+
+    bus->setPlugged("q1-2k", false);
+    QCOMPARE(ask(receiver, 1), QString("silence"));
+    QCOMPARE(bus->remove("q1"), std::string());
+    QVERIFY(bus->describe().empty());
+}
+
+QTEST_GUILESS_MAIN(tst_virtualmouse)
+#include "tst_virtualmouse.moc"

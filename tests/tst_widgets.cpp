@@ -1,0 +1,325 @@
+#include "support/TestHome.h"
+#include "ui/MyButton.h"
+#include "ui/MyConmboBox.h"
+#include "ui/MyLineEdit.h"
+#include "ui/MySlider.h"
+#include "ui/MyToolButton.h"
+#include "ui/mytoolButtonEnter.h"
+
+#include <QClipboard>
+#include <QEvent>
+#include <QImage>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QSignalSpy>
+#include <QWheelEvent>
+
+#include <memory>
+
+Q_DECLARE_METATYPE(Qt::MouseButton)
+
+namespace {
+
+/** Counts the jumps that a slider tells. */
+class Listener : public QWidget
+{
+public:
+    int jumps = 0;
+    bool fromSystem = false;
+
+protected:
+    bool event(QEvent *event) override
+    {
+        if (event->type() == 1001) {
+            ++jumps;
+            fromSystem = fromSystem || event->spontaneous();
+            return true;
+        }
+        return QWidget::event(event);
+    }
+};
+
+void press(QWidget *widget, QPointF place, Qt::MouseButton button = Qt::LeftButton)
+{
+    QMouseEvent event(QEvent::MouseButtonPress, place, button, button, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &event);
+}
+
+/** The smallest rectangle round all pixels of the image that are darker than middle grey. */
+QRect inkBox(const QImage &image)
+{
+    QRect box;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qGray(image.pixel(x, y)) < 128)
+                box |= QRect(x, y, 1, 1);
+        }
+    }
+    return box;
+}
+
+} // namespace
+
+/** The six small widget classes that the pages place. */
+class WidgetsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void sliderJumps_data();
+    void sliderJumps();
+    void sliderStaysWhereItJumped();
+    void comboBoxRemembersItsIndex();
+    void comboBoxCentresItsText_data();
+    void comboBoxCentresItsText();
+    void comboBoxEditable();
+    void toolButtonActsAtThePress_data();
+    void toolButtonActsAtThePress();
+    void deviceButton_data();
+    void deviceButton();
+    void lineEditTakesNothing();
+    void buttonCursor();
+};
+
+void WidgetsTest::sliderJumps_data()
+{
+    QTest::addColumn<int>("minimum");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<double>("x");
+    QTest::addColumn<int>("value");
+    QTest::newRow("middle, truncated") << 1 << 8 << 100.0 << 4;
+    QTest::newRow("left end") << 1 << 8 << 0.0 << 1;
+    QTest::newRow("right end") << 1 << 8 << 199.0 << 7;
+    QTest::newRow("on the edge") << 1 << 8 << 200.0 << 8;
+    QTest::newRow("beyond") << 1 << 8 << 5000.0 << 8;
+    QTest::newRow("before") << 1 << 8 << -300.0 << 1;
+    QTest::newRow("between pixels") << 0 << 400 << 100.25 << 200;
+    QTest::newRow("DPI") << 50 << 26000 << 50.0 << 6537;
+    QTest::newRow("one value") << 3 << 3 << 100.0 << 3;
+    QTest::newRow("whole int range") << -2147483647 << 2147483647 << 150.0 << 1073741823;
+}
+
+void WidgetsTest::sliderJumps()
+{
+    QFETCH(int, minimum);
+    QFETCH(int, maximum);
+    QFETCH(double, x);
+    Listener listener;
+    auto *slider = new MySlider(&listener);
+    slider->setOrientation(Qt::Horizontal);
+    slider->setTracking(false);
+    slider->resize(200, 20);
+    slider->setRange(minimum, maximum);
+    slider->setPageStep(1);
+    press(slider, QPointF(x, 10));
+    QTEST(slider->value(), "value");
+    QCOMPARE(listener.jumps, 1);
+    QVERIFY(!listener.fromSystem);
+
+    MySlider orphan;
+    orphan.resize(0, 0);
+    press(&orphan, QPointF(0, 0));
+    QCOMPARE(orphan.value(), 0);
+}
+
+/** The base class goes on paging while the button is held, which would carry the handle past the place clicked. */
+void WidgetsTest::sliderStaysWhereItJumped()
+{
+    class Slider : public MySlider
+    {
+    public:
+        using MySlider::repeatAction;
+    };
+    Slider slider;
+    slider.setOrientation(Qt::Horizontal);
+    slider.resize(200, 20);
+    slider.setRange(0, 1000);
+    slider.setPageStep(300);
+    press(&slider, QPointF(100, 10));
+    QCOMPARE(slider.value(), 500);
+    QCOMPARE(slider.repeatAction(), QAbstractSlider::SliderNoAction);
+}
+
+void WidgetsTest::comboBoxRemembersItsIndex()
+{
+    MyConmboBox box;
+    box.addItems({"a", "b", "c"});
+    box.setCurrentIndex(1);
+    box.show();
+    press(&box, QPointF(5, 5));
+    box.hidePopup();
+    QCOMPARE(box.pressIndex(), 1);
+    box.setCurrentIndex(2);
+    QCOMPARE(box.pressIndex(), 1);
+    press(&box, QPointF(5, 5), Qt::RightButton);
+    QCOMPARE(box.pressIndex(), 2);
+    // A choice by key or wheel can be taken back too.
+    QTest::keyClick(&box, Qt::Key_Up);
+    QCOMPARE(box.currentIndex(), 1);
+    QCOMPARE(box.pressIndex(), 2);
+    QWheelEvent turn({5, 5}, {5, 5}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&box, &turn);
+    QCOMPARE(box.currentIndex(), 0);
+    QCOMPARE(box.pressIndex(), 1);
+}
+
+void WidgetsTest::comboBoxCentresItsText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("withIcon");
+    QTest::newRow("short") << "HH" << false;
+    QTest::newRow("icon and text") << "HH" << true;
+    QTest::newRow("too long") << QString(80, 'H') << false;
+}
+
+void WidgetsTest::comboBoxCentresItsText()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, withIcon);
+    // A red picture and a blank drop-down, so that all that is dark is text or icon.
+    const QString sheet = QStringLiteral("QComboBox{border:0px;background:#ff8080;color:#000000;}"
+                                         "QComboBox::drop-down{width:40px;border:0px;background:#ffc0c0;}"
+                                         "QComboBox::down-arrow{image:none;}");
+    const auto ink = [&](QComboBox &box) {
+        QPixmap square(16, 16);
+        square.fill(Qt::black);
+        box.setStyleSheet(sheet);
+        box.setFocusPolicy(Qt::NoFocus);
+        box.addItem(withIcon ? QIcon(square) : QIcon(), text);
+        box.setFixedSize(240, 30);
+        const QImage image = box.grab().toImage();
+        if (image.pixelColor(2, 2) != QColor(0xff, 0x80, 0x80))
+            return QRect();
+        return inkBox(image);
+    };
+    MyConmboBox box;
+    const QRect box1 = ink(box);
+    QVERIFY(box1.isValid());
+    // The field is what the drop-down leaves.
+    QVERIFY2(qAbs(box1.left() - (199 - box1.right())) <= 5,
+             qPrintable(QStringLiteral("%1 to %2").arg(box1.left()).arg(box1.right())));
+    QVERIFY(box1.left() >= 0 && box1.right() < 200);
+    QVERIFY(qAbs(box1.top() - (29 - box1.bottom())) <= 4);
+
+    QComboBox plain; // what it would look like otherwise
+    const QRect box2 = ink(plain);
+    QVERIFY(text.size() > 2 || box2.left() + 40 < box1.left());
+}
+
+void WidgetsTest::comboBoxEditable()
+{
+    MyConmboBox box;
+    QComboBox plain;
+    for (QComboBox *each : {static_cast<QComboBox *>(&box), &plain}) {
+        each->setEditable(true);
+        each->addItem(QStringLiteral("text"));
+        each->setFixedSize(200, 30);
+    }
+    QCOMPARE(box.grab().toImage(), plain.grab().toImage());
+}
+
+void WidgetsTest::toolButtonActsAtThePress_data()
+{
+    QTest::addColumn<Qt::MouseButton>("mouseButton");
+    QTest::addColumn<bool>("isDouble");
+    QTest::addColumn<QList<bool>>("emitted");
+    QTest::newRow("left") << Qt::LeftButton << false << QList<bool>{false};
+    QTest::newRow("left twice") << Qt::LeftButton << true << QList<bool>{false, true};
+    QTest::newRow("right") << Qt::RightButton << false << QList<bool>{};
+    QTest::newRow("right twice") << Qt::RightButton << true << QList<bool>{};
+    QTest::newRow("middle") << Qt::MiddleButton << false << QList<bool>{};
+}
+
+void WidgetsTest::toolButtonActsAtThePress()
+{
+    QFETCH(Qt::MouseButton, mouseButton);
+    QFETCH(bool, isDouble);
+    QFETCH(QList<bool>, emitted);
+    MyToolButton button;
+    button.setCheckable(true);
+    button.resize(60, 20);
+    button.show();
+    QList<bool> heard;
+    bool checkedWhenHeard = true;
+    connect(&button, &QToolButton::clicked, this, [&](bool second) {
+        heard << second;
+        checkedWhenHeard = checkedWhenHeard && button.isChecked();
+    });
+    QSignalSpy doubleClicked(&button, &MyToolButton::doubleClicked);
+    QTest::mousePress(&button, mouseButton);
+    QCOMPARE(heard, emitted.mid(0, 1));
+    QTest::mouseRelease(&button, mouseButton);
+    if (isDouble) {
+        QMouseEvent second(QEvent::MouseButtonDblClick, QPointF(5, 5), mouseButton, mouseButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&button, &second);
+        QTest::mouseRelease(&button, mouseButton);
+    }
+    QCOMPARE(heard, emitted);
+    QVERIFY(checkedWhenHeard);
+    QCOMPARE(button.isChecked(), !emitted.isEmpty());
+    QCOMPARE(doubleClicked.count(), 0);
+}
+
+void WidgetsTest::deviceButton_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QList<int>>("shown");
+    QTest::newRow("first") << "btn0" << QList<int>{0};
+    QTest::newRow("two digits") << "btn12" << QList<int>{12};
+    QTest::newRow("no index") << "btn" << QList<int>{};
+    QTest::newRow("no number") << "btnx1" << QList<int>{};
+    QTest::newRow("beyond int") << "btn99999999999" << QList<int>{};
+}
+
+void WidgetsTest::deviceButton()
+{
+    QFETCH(QString, name);
+    auto button = std::make_unique<mytoolButtonEnter>();
+    button->setObjectName(name);
+    QEvent enter(QEvent::Enter);
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(button.get(), &enter); // nobody to tell
+    QList<int> shown;
+    button->setShowDevice([&shown](int index) { shown << index; });
+    QCoreApplication::sendEvent(button.get(), &enter);
+    QCoreApplication::sendEvent(button.get(), &leave);
+    QTEST(shown, "shown");
+}
+
+void WidgetsTest::lineEditTakesNothing()
+{
+    MyLineEdit edit;
+    edit.setText(QStringLiteral("Ctrl+A"));
+    edit.show();
+    edit.setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(&edit));
+    QVERIFY(edit.hasFocus() && !edit.isReadOnly());
+    QSignalSpy changed(&edit, &QLineEdit::textChanged);
+    QGuiApplication::clipboard()->setText(QStringLiteral("pasted"));
+    QTest::keyClicks(&edit, QStringLiteral("abc"));
+    for (const Qt::Key key : {Qt::Key_Backspace, Qt::Key_Delete, Qt::Key_Return})
+        QTest::keyClick(&edit, key);
+    for (const Qt::Key key : {Qt::Key_V, Qt::Key_A, Qt::Key_X, Qt::Key_Z})
+        QTest::keyClick(&edit, key, Qt::ControlModifier);
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, QPoint(2, 2));
+    QCoreApplication::sendEvent(&edit, &menu);
+    QVERIFY(edit.findChildren<QMenu *>().isEmpty() && !QApplication::activePopupWidget());
+    QVERIFY(!edit.acceptDrops() && !edit.testAttribute(Qt::WA_InputMethodEnabled));
+    QCOMPARE(changed.count(), 0);
+    edit.setText(QStringLiteral("Shift"));
+    QCOMPARE(edit.text(), QStringLiteral("Shift"));
+}
+
+void WidgetsTest::buttonCursor()
+{
+    MyButton button;
+    QEvent enter(QEvent::Enter);
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(&button, &enter);
+    QCOMPARE(button.cursor().shape(), Qt::PointingHandCursor);
+    QCoreApplication::sendEvent(&button, &leave);
+    QCOMPARE(button.cursor().shape(), Qt::ArrowCursor);
+}
+
+HALVARION_TEST_MAIN(WidgetsTest)
+#include "tst_widgets.moc"

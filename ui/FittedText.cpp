@@ -1,0 +1,61 @@
+#include "ui/FittedText.h"
+
+#include <QAbstractButton>
+#include <QFontMetrics>
+#include <QLabel>
+
+namespace {
+
+/** Below this many points letters can't be read. */
+constexpr qreal smallest = 7;
+constexpr qreal step = 0.5;
+/** Pixels by which a text that wraps gets less room at a time, to find where it would need another line. */
+constexpr int narrowing = 4;
+/** Pixels on each side of a button's text that its frame takes. */
+constexpr int buttonMargin = 5;
+
+template<typename Fits>
+QFont fittingFont(QFont font, qreal points, Fits fits)
+{
+    font.setPointSizeF(points);
+    while (points > smallest && !fits(QFontMetrics(font))) {
+        points -= step;
+        font.setPointSizeF(points);
+    }
+    return font;
+}
+
+} // namespace
+
+void FittedText::set(QLabel *label, const QString &text, qreal points, int margin)
+{
+    QRect room = label->rect().adjusted(margin, 0, -margin, 0);
+    const int flags = int(label->alignment()) | (label->wordWrap() ? Qt::TextWordWrap : 0);
+    const auto needs = [&](const QFontMetrics &metrics) { return metrics.boundingRect(room, flags, text); };
+    label->setFont(fittingFont(label->font(), points, [&](const QFontMetrics &metrics) {
+        const QRect needed = needs(metrics);
+        return needed.width() <= room.width() && needed.height() <= room.height();
+    }));
+    label->setText(text);
+
+    const QFontMetrics metrics = label->fontMetrics();
+    const int height = needs(metrics).height();
+    QRect balanced = room;
+    while (label->wordWrap() && room.width() > narrowing) {
+        room.adjust(narrowing / 2, 0, -narrowing / 2, 0);
+        const QRect needed = needs(metrics);
+        if (needed.height() > height || needed.width() > room.width())
+            break;
+        balanced = room;
+    }
+    label->setContentsMargins(balanced.left(), 0, label->width() - 1 - balanced.right(), 0);
+}
+
+void FittedText::set(QAbstractButton *button, const QString &text, qreal points)
+{
+    const int room = button->width() - 2 * buttonMargin;
+    // An ampersand marks the key of the next letter and takes no room itself; measured, it costs a little, no more.
+    button->setFont(fittingFont(button->font(), points,
+                                [&](const QFontMetrics &metrics) { return metrics.horizontalAdvance(text) <= room; }));
+    button->setText(QFontMetrics(button->font()).elidedText(text, Qt::ElideRight, room, Qt::TextShowMnemonic));
+}

@@ -1,0 +1,48 @@
+#include "ui/MyConmboBox.h"
+
+#include <QPainter>
+#include <QStyleOptionButton>
+#include <QStyleOptionComboBox>
+
+void MyConmboBox::mousePressEvent(QMouseEvent *event)
+{
+    PressIndex = currentIndex();
+    QComboBox::mousePressEvent(event);
+}
+
+void MyConmboBox::keyPressEvent(QKeyEvent *event)
+{
+    PressIndex = currentIndex();
+    QComboBox::keyPressEvent(event);
+}
+
+void MyConmboBox::wheelEvent(QWheelEvent *event)
+{
+    PressIndex = currentIndex();
+    QComboBox::wheelEvent(event);
+}
+
+void MyConmboBox::paintEvent(QPaintEvent *)
+{
+    QPainter boxPainter(this);
+    boxPainter.setPen(palette().color(QPalette::Text));
+    QStyleOptionComboBox box;
+    initStyleOption(&box);
+    style()->drawComplexControl(QStyle::CC_ComboBox, &box, &boxPainter, this);
+    if (isEditable()) {
+        style()->drawControl(QStyle::CE_ComboBoxLabel, &box, &boxPainter, this);
+        return;
+    }
+    // A push button's label is centred in every style, a combo box's in none.
+    QStyleOptionButton label;
+    label.initFrom(this);
+    label.rect = style()->subControlRect(QStyle::CC_ComboBox, &box, QStyle::SC_ComboBoxEditField, this);
+    label.icon = box.currentIcon;
+    label.iconSize = box.iconSize;
+    const int textWidth = label.rect.width() - (label.icon.isNull() ? 0 : label.iconSize.width() + 4);
+    label.text = fontMetrics().elidedText(box.currentText, Qt::ElideRight, textWidth);
+    boxPainter.end();
+
+    QPainter labelPainter(this);
+    style()->drawControl(QStyle::CE_PushButtonLabel, &label, &labelPainter, this);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QComboBox>
+
+/** A combo box with its text in the middle, which remembers what it showed when the user reached for it. */
+class MyConmboBox : public QComboBox
+{
+    Q_OBJECT
+public:
+    explicit MyConmboBox(QWidget *parent = nullptr) : QComboBox(parent) {}
+
+    /**
+     * The index shown at the last mouse press, so that a choice can be taken back; also at the last key or turn of the
+     * wheel, by which a user chooses as well. -1 before the first.
+     */
+    int pressIndex() const { return PressIndex; }
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    int PressIndex = -1;
+};
