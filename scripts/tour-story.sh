@@ -3,11 +3,11 @@
 echo "First start: two devices"
 start_program
 shot chooser-two
-hover 335 380
+hover $Q1
 shot chooser-hover
 
 echo "Plug-in to a setting on the mouse"
-click 335 380
+click $Q1
 connected wait-prompt
 shot button-page
 sensor_page
@@ -19,18 +19,18 @@ check "the mouse itself polls at 500 Hz" 1 device_says q1 '.rate == 500'
 stop_program $device_close
 start_program
 check "500 Hz is still there" 2 byte_is q1 0 2
-click 335 380
+click $Q1
 connected
 sensor_page
 shot sensor-q1-again
 
 echo "Asleep and awake again"
-ctl sleep q1
+ctl sleep q1 >/dev/null
 click $rate_1000
 check "the offline prompt comes" 3 prompt_shown
 shot offline-prompt
 check "nothing reached the sleeping mouse" 1 byte_is q1 0 2
-ctl wake q1
+ctl wake q1 >/dev/null
 check "the prompt goes by itself and the record is read anew" 15 no_prompt
 check "the wait prompt comes" 5 prompt_shown
 check "the wait prompt goes" 15 no_prompt
@@ -42,16 +42,16 @@ shot lighting-q1
 sensor_page
 
 echo "The cable takes over"
-ctl plug q1
+ctl plug q1 >/dev/null
 check "the wait prompt comes" 5 prompt_shown
 check "the wait prompt goes" 15 no_prompt
 shot sensor-q1-corded
-ctl unplug q1
+ctl unplug q1 >/dev/null
 sleep 2
 shot chooser-after-cable
 
 echo "The other mouse"
-click 645 380
+click $Q2
 connected
 shot button-page-q2
 sensor_page
@@ -59,21 +59,21 @@ shot sensor-q2
 lighting_page
 shot lighting-q2
 receiver=$(receiver_of q2)
-ctl unplug "$receiver"
+ctl unplug "$receiver" >/dev/null
 sleep 2
 shot chooser-one
 
 echo "A sleeping mouse"
-ctl plug "$receiver"
-ctl sleep q2
+ctl plug "$receiver" >/dev/null
+ctl sleep q2 >/dev/null
 sleep 2
 shot chooser-offline
-click 645 380
+click $Q2
 sleep 2
 check "no wait prompt for a sleeping mouse" 1 no_prompt
 sensor_page
 shot sensor-q2-offline
-ctl wake q2
+ctl wake q2 >/dev/null
 sleep 3
 back
 sleep 1
@@ -85,18 +85,18 @@ for index in 1 2 3 4 5 0; do
 done
 for index in 1 4; do
     language $index
-    click 335 380
+    click $Q1
     connected "wait-prompt-language-$index"
     sensor_page
     shot "sensor-language-$index"
     lighting_page
     shot "lighting-language-$index"
     sensor_page
-    ctl sleep q1
+    ctl sleep q1 >/dev/null
     click $rate_1000
     check "the offline prompt comes" 3 prompt_shown
     shot "offline-prompt-language-$index"
-    ctl wake q1
+    ctl wake q1 >/dev/null
     check "the offline prompt goes" 5 no_prompt
     check "the wait prompt comes" 5 prompt_shown
     check "the wait prompt goes" 15 no_prompt

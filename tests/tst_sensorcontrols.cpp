@@ -51,6 +51,17 @@ Act click(const char *name)
     return [=](QWidget *control) { QTest::mouseClick(control->findChild<QToolButton *>(name), Qt::LeftButton); };
 }
 
+/** Clicks a switch until it was changed to this state. */
+Act switchTo(const char *name, bool on)
+{
+    return [=](QWidget *control) {
+        auto *const button = control->findChild<QToolButton *>(name);
+        if (button->isChecked() == on)
+            QTest::mouseClick(button, Qt::LeftButton);
+        QTest::mouseClick(button, Qt::LeftButton);
+    };
+}
+
 Act chooseEffect(int mode)
 {
     return [=](QWidget *control) { qobject_cast<SensorEffect *>(control)->setMode(mode); };
@@ -110,13 +121,13 @@ void SensorControlsTest::change_data()
     QTest::addColumn<Field>("field");
     QTest::addColumn<int>("value");
     const auto row = [](const QByteArray &name, Make makeControl, Act away, Act act, Field field, int value) {
-        QTest::newRow(name) << makeControl << away << act << field << value;
+        QTest::newRow(name.constData()) << makeControl << away << act << field << value;
     };
     row("lift-off 2 mm", make<SensorLOD>(), moveTo("LOD", 0), moveTo("LOD", 1), &FlashDataMap::Lod, 2);
     row("lift-off 1 mm", make<SensorLOD>(), moveTo("LOD", 1), moveTo("LOD", 0), &FlashDataMap::Lod, 1);
     const auto rowsOfSwitch = [&row](const QByteArray &name, Make makeControl, const char *button, Field field) {
-        row(name + " on", makeControl, [](QWidget *) {}, click(button), field, 1);
-        row(name + " off", makeControl, click(button), click(button), field, 0);
+        row(name + " on", makeControl, switchTo(button, false), click(button), field, 1);
+        row(name + " off", makeControl, switchTo(button, true), click(button), field, 0);
     };
     rowsOfSwitch("ripple", make<RippeControl>(), "RippeControl_2", &FlashDataMap::RippeControl);
     rowsOfSwitch("straight line", make<StraightLine>(), "StraightLine_2", &FlashDataMap::StraightLine);
@@ -146,7 +157,11 @@ void SensorControlsTest::change_data()
             &FlashDataMap::DpiLedSpeed, speed);
     }
     row("effect", make<SensorEffect>(), moveTo("Model", 1), moveTo("Model", 2), &FlashDataMap::DpiLedMode, 2);
-    row("effect on", make<SensorEffect>(), moveTo("Model", 0), moveTo("Model", 1), &FlashDataMap::DpiLedOn, 1);
+    const Act onAndOff = [](QWidget *control) {
+        moveTo("Model", 1)(control);
+        moveTo("Model", 0)(control);
+    };
+    row("effect on", make<SensorEffect>(), onAndOff, moveTo("Model", 1), &FlashDataMap::DpiLedOn, 1);
     row("effect off", make<SensorEffect>(), moveTo("Model", 1), moveTo("Model", 0), &FlashDataMap::DpiLedOn, 0);
 }
 
@@ -166,7 +181,7 @@ void SensorControlsTest::change()
     act(control);
     away(control);
     DeviceWritesEnabled = true;
-    WorkingRecord::instance().update([=](FlashDataMap &record) { record.*field = std::uint8_t(~value); });
+    QVERIFY(WorkingRecord::instance().copy().*field != value);
     act(control);
     QTRY_COMPARE(int(VirtualMice::record("q1").*field), value);
     QVERIFY(ConnectedMouse::isWritten("q1"));
