@@ -32,7 +32,7 @@ constexpr int workerStart = 150;
 
 struct Place
 {
-    int left;
+    int left = 0;
     QPoint status;
     QPoint receiver;
 };

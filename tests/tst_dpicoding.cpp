@@ -1,25 +1,13 @@
 #include "productdata/ConfigStore.h"
 #include "sensor/DpiCoding.h"
 #include "sensor/MarkerDrag.h"
+#include "support/SensorModel.h"
 #include "support/TestHome.h"
 
 #include <QRandomGenerator>
 #include <QRegularExpression>
 
 namespace {
-
-/** What the sensors do with the bytes of a level, told from their side; nothing here is shared with the program. */
-int dpiOnTheMouse(const QString &sensor, int code, int flags)
-{
-    int dpi = 0;
-    if (sensor == "3311") {
-        dpi = (code - 3) * 100;
-    } else {
-        const int counts = (sensor == "3395" ? 256 * (flags / 64) : 0) + code + 1;
-        dpi = counts * ((flags & 0x22) ? 100 : 50);
-    }
-    return (flags & 0x11) ? 2 * dpi : dpi;
-}
 
 DpiRangeTable table(const QString &list)
 {

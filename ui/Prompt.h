@@ -24,8 +24,8 @@ struct PromptButton
 /** What tells one prompt from another. */
 struct PromptDescription
 {
-    const char *frame;         ///< object name of the frame
-    const char *section;       ///< of the language files
+    const char *frame = "";    ///< object name of the frame
+    const char *section = "";  ///< of the language files
     const char *text = "";     ///< of `label`, UTF-8; shown until a language file says otherwise
     PromptButton buttons[2]{}; ///< the confirm button, then the one that refuses; none without an object name
     QRect label{0, 30, 301, 71};
