@@ -209,7 +209,8 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
         postMsg()->post(&PostMsg::SigEnterKey);
         break;
     default:
-        QWidget::keyPressEvent(event); // not QDialog's, which knows keys of its own
+        // Not QDialog's, which knows keys of its own. NOLINTNEXTLINE(bugprone-parent-virtual-call)
+        QWidget::keyPressEvent(event);
     }
 }
 

@@ -24,11 +24,11 @@ ConfigStore *ConfigStore::instance()
     static ConfigStore *store = nullptr;
     const QMutexLocker locker(&creation);
     if (!store)
-        store = new ConfigStore;
+        store = new ConfigStore(QCoreApplication::applicationDirPath() + "/usersetting/Config.ini");
     return store;
 }
 
-ConfigStore::ConfigStore() : FilePath(QCoreApplication::applicationDirPath() + "/usersetting/Config.ini")
+ConfigStore::ConfigStore(const QString &path) : FilePath(path)
 {
     const bool readable = !holdsBinaryValues(FilePath);
     Settings = std::make_unique<QSettings>(readable ? FilePath : QString(), QSettings::IniFormat);

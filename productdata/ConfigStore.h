@@ -15,7 +15,10 @@
 class ConfigStore
 {
 public:
+    /** The store of the product file beside the executable. */
     static ConfigStore *instance();
+    /** A store of another file of that form. */
+    explicit ConfigStore(const QString &path);
 
     /** One value; empty if the key doesn't exist. The coding of identity keys is taken off. */
     QString value(const QString &group, const QString &key) const;
@@ -30,7 +33,6 @@ public:
     static bool isCodedKey(const QString &key);
 
 private:
-    ConfigStore();
     QString decoded(const QString &text) const;
 
     mutable QMutex mutex;

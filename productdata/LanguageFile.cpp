@@ -57,7 +57,15 @@ bool LanguageFile::readSection(int index, const QString &section, const Apply &a
         qWarning() << "a language file could not be opened:" << file.fileName() << file.errorString();
         return false;
     }
-    QXmlStreamReader reader(&file);
+    const QString fault = readSection(file, section, apply);
+    if (!fault.isEmpty())
+        qWarning() << "a language file is damaged:" << file.fileName() << fault;
+    return fault.isEmpty();
+}
+
+QString LanguageFile::readSection(QIODevice &xml, const QString &section, const Apply &apply)
+{
+    QXmlStreamReader reader(&xml);
     if (reader.readNextStartElement()) {
         if (reader.name() == QLatin1String("Total")) {
             while (reader.readNextStartElement()) {
@@ -70,10 +78,7 @@ bool LanguageFile::readSection(int index, const QString &section, const Apply &a
             reader.raiseError(QObject::tr("Not a labels file"));
         }
     }
-    if (reader.hasError()) {
-        qWarning() << "a language file is damaged:" << file.fileName() << "line" << reader.lineNumber()
-                   << reader.errorString();
-        return false;
-    }
-    return true;
+    if (!reader.hasError())
+        return {};
+    return QStringLiteral("line %1: %2").arg(QString::number(reader.lineNumber()), reader.errorString());
 }

@@ -4,6 +4,8 @@
 
 #include <functional>
 
+class QIODevice;
+
 /** The language files beside the executable. All text that a user reads comes from them. */
 namespace LanguageFile {
 
@@ -24,5 +26,8 @@ using Apply = std::function<void(const QString &element, const QString &text)>;
  * \return false if the file can't be opened or holds a fault.
  */
 bool readSection(int index, const QString &section, const Apply &apply);
+
+/** The same from an open file or buffer. \return what is wrong with it and in which line; empty if nothing is. */
+QString readSection(QIODevice &xml, const QString &section, const Apply &apply);
 
 } // namespace LanguageFile

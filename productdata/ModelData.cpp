@@ -17,9 +17,9 @@ constexpr int mostModels = 64;
 const char *const ModelData::registryKey = "HKEY_CURRENT_USER\\Software\\Velko\\Velko\\Mouse Drive Test";
 const char *const ModelData::installerKey = "HKEY_CURRENT_USER\\Software\\VelkoA\\Halvarion\\Halvarion";
 
-int ModelData::deviceTotal()
+int ModelData::deviceTotal(const ConfigStore &store)
 {
-    const int total = ConfigStore::instance()->number(option, QStringLiteral("DeviceTotal"));
+    const int total = store.number(option, QStringLiteral("DeviceTotal"));
     if (total < 0 || total > mostModels) {
         qWarning() << "DeviceTotal is out of range:" << total;
         return qBound(0, total, mostModels);
@@ -27,10 +27,10 @@ int ModelData::deviceTotal()
     return total;
 }
 
-std::optional<int> ModelData::companyId()
+std::optional<int> ModelData::companyId(const ConfigStore &store)
 {
     bool isNumber = false;
-    const int id = ConfigStore::instance()->value(option, QStringLiteral("CID")).toInt(&isNumber);
+    const int id = store.value(option, QStringLiteral("CID")).toInt(&isNumber);
     if (!isNumber || id < 0 || id > 255)
         return std::nullopt;
     return id;
@@ -38,25 +38,24 @@ std::optional<int> ModelData::companyId()
 
 QString ModelData::section(int modelIndex) { return QStringLiteral("Drive") + QString::number(modelIndex + 1); }
 
-int ModelData::modelIndexOf(int deviceKind)
+int ModelData::modelIndexOf(int deviceKind, const ConfigStore &store)
 {
-    const int total = deviceTotal();
+    const int total = deviceTotal(store);
     for (int index = 0; index < total; ++index) {
         bool isNumber = false;
-        const int kind = ConfigStore::instance()->value(section(index), QStringLiteral("MID")).toInt(&isNumber);
+        const int kind = store.value(section(index), QStringLiteral("MID")).toInt(&isNumber);
         if (isNumber && kind == deviceKind)
             return index;
     }
     return total;
 }
 
-ModelData::UsbIds ModelData::usbIds()
+ModelData::UsbIds ModelData::usbIds(const ConfigStore &store)
 {
-    const ConfigStore *store = ConfigStore::instance();
-    return {store->value(option, QStringLiteral("VID")), store->valueList(option, QStringLiteral("USB_PID")),
-            store->valueList(option, QStringLiteral("Wireless_PID")),
-            store->valueList(option, QStringLiteral("Wireless2_PID")),
-            store->valueList(option, QStringLiteral("Wireless4_PID"))};
+    return {store.value(option, QStringLiteral("VID")), store.valueList(option, QStringLiteral("USB_PID")),
+            store.valueList(option, QStringLiteral("Wireless_PID")),
+            store.valueList(option, QStringLiteral("Wireless2_PID")),
+            store.valueList(option, QStringLiteral("Wireless4_PID"))};
 }
 
 QString ModelData::updateFailInfo()

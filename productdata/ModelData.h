@@ -1,5 +1,7 @@
 #pragma once
 
+#include "productdata/ConfigStore.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -10,13 +12,13 @@
 namespace ModelData {
 
 /** Number of models, also the model index of an unknown device; 0 without a product file. Never above 64. */
-int deviceTotal();
+int deviceTotal(const ConfigStore &store = *ConfigStore::instance());
 /** Company id that a device must report; no value when the key is missing or isn't a byte. */
-std::optional<int> companyId();
+std::optional<int> companyId(const ConfigStore &store = *ConfigStore::instance());
 /** Section of a model, "Drive" and the index plus 1. */
 QString section(int modelIndex);
 /** Index of the model with this `MID`, or `deviceTotal()`. */
-int modelIndexOf(int deviceKind);
+int modelIndexOf(int deviceKind, const ConfigStore &store = *ConfigStore::instance());
 
 /** The ids to search for: one vendor and four lists of products. */
 struct UsbIds
@@ -30,7 +32,7 @@ struct UsbIds
     /** All products in the order of a scan: cable, 1K, 2K, 4K. */
     QStringList allPids() const { return usbPids + wirelessPids + wireless2Pids + wireless4Pids; }
 };
-UsbIds usbIds();
+UsbIds usbIds(const ConfigStore &store = *ConfigStore::instance());
 
 /** Registry key of the values that survive a reinstallation of the program. */
 extern const char *const registryKey;

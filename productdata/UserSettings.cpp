@@ -17,13 +17,12 @@ UserSettings *UserSettings::instance()
     static UserSettings *settings = nullptr;
     const QMutexLocker locker(&creation);
     if (!settings)
-        settings = new UserSettings;
+        settings = new UserSettings(UserFolders::settingsFile());
     return settings;
 }
 
-UserSettings::UserSettings()
+UserSettings::UserSettings(const QString &path)
 {
-    const QString path = UserFolders::settingsFile();
     if (holdsBinaryValues(path)) {
         const QString aside = path + QStringLiteral(".damaged");
         QFile::remove(aside);
@@ -31,7 +30,7 @@ UserSettings::UserSettings()
     }
     store = std::make_unique<QSettings>(path, QSettings::IniFormat);
     if (store->status() != QSettings::NoError)
-        qWarning() << "the user settings are damaged:" << UserFolders::settingsFile();
+        qWarning() << "the user settings are damaged:" << path;
 }
 
 QSettings &UserSettings::settings() const

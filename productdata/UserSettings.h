@@ -13,7 +13,10 @@
 class UserSettings
 {
 public:
+    /** The settings of the user who runs the program. */
     static UserSettings *instance();
+    /** Settings kept in this file. */
+    explicit UserSettings(const QString &path);
 
     void write(const QString &section, const QString &key, const QString &text);
     /** The value as text, empty when absent. */
@@ -26,7 +29,6 @@ public:
     void setLanguage(int index);
 
 private:
-    UserSettings();
     QSettings &settings() const;
     void save();
 

@@ -84,6 +84,7 @@ private Q_SLOTS:
     void initTestCase();
     void init();
     void cleanup();
+    void startsWithoutWarnings();
     void everyFieldShows();
     void loadedFlag();
     void performanceTime_data();
@@ -188,6 +189,17 @@ QString SensorPageTest::levels() const
             texts << find<QToolButton>(name)->text() + (find<QToolButton>(name)->isChecked() ? "*" : "");
     }
     return texts.join(' ');
+}
+
+/** A slot whose name fits no widget, a picture or a language file that is missing: all of them would say so. */
+void SensorPageTest::startsWithoutWarnings()
+{
+    static QStringList warnings;
+    const QtMessageHandler usual =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) { warnings << text; });
+    const Sensor another;
+    qInstallMessageHandler(usual);
+    QCOMPARE(warnings, QStringList());
 }
 
 void SensorPageTest::everyFieldShows()

@@ -8,7 +8,6 @@
 #include "devicelink/WorkingRecord.h"
 #include "support/VirtualMice.h"
 
-#include <QJsonDocument>
 #include <QTest>
 
 #include <cstring>
@@ -65,8 +64,5 @@ inline bool isWritten(const QString &mouse)
         return std::memcmp(&held, &wanted, sizeof held) == 0;
     });
 }
-
-/** Reports sent to devices so far. */
-inline int reportsSent() { return QJsonDocument::fromJson(VirtualMice::tell({"stats"})).object()["sent"].toInt(); }
 
 } // namespace ConnectedMouse
