@@ -7,8 +7,9 @@
 #include "sensor/Sensor.h"
 #include "support/ConnectedMouse.h"
 #include "support/ProductCopy.h"
+#include "support/SensorPageView.h"
+#include "support/SomeRecord.h"
 #include "support/TestHome.h"
-#include "support/TextFit.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -28,9 +29,6 @@
 
 namespace {
 
-constexpr const char *rateButtons[] = {"Button125HZ",  "Button250HZ",  "Button500HZ",
-                                       "Button1000HZ", "Button2000HZ", "Button4000HZ"};
-
 /** Runs something on a thread of its own, as the library does with a report, while this one serves events. */
 void runOnThread(const std::function<void()> &work)
 {
@@ -49,29 +47,6 @@ DeviceAllInfo device(int modelIndex, int receiverClass)
     info.ReceiverClass = std::uint8_t(receiverClass);
     info.IsCorded = isCordedClass(info.ReceiverClass);
     return info;
-}
-
-/** A record like none that a page starts with. */
-FlashDataMap someRecord()
-{
-    FlashDataMap record{};
-    record.ReportRate = 2;
-    record.DpiLevelCount = 4;
-    record.DpiCurrentLevel = 1;
-    record.Lod = 2;
-    record.MotionSync = 1;
-    record.StraightLine = 1;
-    record.RippeControl = 1;
-    record.Performance = 1;
-    record.PerformanceTime = 180;
-    record.SensorMode = 1;
-    for (int level = 0; level < 8; ++level)
-        record.DpiLevels[level] = {std::uint8_t(10 + level), 77, 0, std::uint8_t(level), 128, 255};
-    record.DpiLedOn = 1;
-    record.DpiLedMode = 2;
-    record.DpiLedSpeed = 4;
-    record.DpiLedBrightness = 150;
-    return record;
 }
 
 } // namespace
@@ -95,19 +70,12 @@ private Q_SLOTS:
     void features();
     void modeRule_data();
     void modeRule();
-    void userChoosesARate();
-    void cordedCannotBeChosen();
-    void pageControlsReachTheFlash();
     void recordsAreNotTrusted_data();
     void recordsAreNotTrusted();
     void reports();
     void bulkUpdateOnASlowReceiver();
     void reset_data();
     void reset();
-    void offlineClickPromptsOnce();
-    void languages_data();
-    void languages();
-    void hiddenIndicatorStaysHidden();
     void damagedProduct_data();
     void damagedProduct();
     void probe();
@@ -116,22 +84,14 @@ private:
     template<typename Widget>
     Widget *find(const QString &name) const
     {
-        auto *widget = page->findChild<Widget *>(name);
-        if (!widget)
-            qFatal("no %s", qPrintable(name));
-        return widget;
+        return view->find<Widget>(name);
     }
     void show(const FlashDataMap &record) { page->SlotUpDataSenSorUIB(record); }
     void showDevice(int modelIndex, int receiverClass, const FlashDataMap &record);
-    int rate() const;
-    QString ratesShown() const;
-    /** "LP", "Corded disabled": what the mode shows and whether it can be changed. */
-    QString mode() const;
-    QString levels() const;
-    bool isShown(const QString &name) const { return find<QWidget>(name)->isVisibleTo(page.get()); }
     QString summary() const;
 
     std::unique_ptr<Sensor> page;
+    std::unique_ptr<SensorPageView> view;
 };
 
 void SensorPageTest::initTestCase() { VirtualMice::restoreScene(); }
@@ -141,6 +101,7 @@ void SensorPageTest::init()
     UserSettings::instance()->setLanguage(0);
     sensorCoding() = {};
     page = std::make_unique<Sensor>();
+    view = std::make_unique<SensorPageView>(*page);
     SelectInfo().set(device(0, 1));
 }
 
@@ -154,41 +115,6 @@ void SensorPageTest::showDevice(int modelIndex, int receiverClass, const FlashDa
 {
     SelectInfo().set(device(modelIndex, receiverClass));
     show(record);
-}
-
-int SensorPageTest::rate() const
-{
-    for (int index = 0; index < 6; ++index) {
-        if (find<QToolButton>(rateButtons[index])->isChecked())
-            return index;
-    }
-    return -1;
-}
-
-QString SensorPageTest::ratesShown() const
-{
-    QString shown;
-    for (const char *name : rateButtons)
-        shown += isShown(name) ? '1' : '0';
-    return shown;
-}
-
-QString SensorPageTest::mode() const
-{
-    const auto *const box = find<QComboBox>("ModelChoose");
-    return box->currentText() + (box->isEnabled() ? "" : " disabled");
-}
-
-/** Texts of the levels that show; the active one has a star. */
-QString SensorPageTest::levels() const
-{
-    QStringList texts;
-    for (const char *name : {"BlueButton", "BrightRedButton", "RedButton", "YellowButton", "GreenButton",
-                             "PurpleButton", "LightBlueButton", "LightYellowButton"}) {
-        if (isShown(name))
-            texts << find<QToolButton>(name)->text() + (find<QToolButton>(name)->isChecked() ? "*" : "");
-    }
-    return texts.join(' ');
 }
 
 /** A slot whose name fits no widget, a picture or a language file that is missing: all of them would say so. */
@@ -206,8 +132,8 @@ void SensorPageTest::everyFieldShows()
 {
     QVERIFY(QFileInfo(UserFolders::path(UserFolders::Folder::SensorPage)).isDir());
     show(someRecord());
-    QCOMPARE(rate(), 2);
-    QCOMPARE(mode(), QStringLiteral("HP"));
+    QCOMPARE(view->rate(), 2);
+    QCOMPARE(view->mode(), QStringLiteral("HP"));
     QCOMPARE(find<QComboBox>("LOD")->currentIndex(), 1);
     QVERIFY(find<QComboBox>("LOD")->isEnabled());
     for (const char *name : {"RippeControl_2", "StraightLine_2", "MotionSync_2", "Performance"})
@@ -218,7 +144,7 @@ void SensorPageTest::everyFieldShows()
     QCOMPARE(find<QSlider>("SpeedH")->value(), 4);
     QCOMPARE(find<QSlider>("LightH")->value(), 6);
     // Levels behind the count keep their values; the code of the other axis isn't shown.
-    QCOMPARE(levels(), QStringLiteral("550 600* 650 700"));
+    QCOMPARE(view->levels(), QStringLiteral("550 600* 650 700"));
     QCOMPARE(find<QToolButton>("LightYellowButton")->text(), QStringLiteral("900"));
     QCOMPARE(find<QComboBox>("ChooseEvent")->count(), 8);
     QCOMPARE(find<QComboBox>("ChooseEvent")->currentText(), QStringLiteral("4"));
@@ -250,7 +176,7 @@ void SensorPageTest::loadedFlag()
     QVERIFY(SensorUiLoaded);
     show(someRecord());
     QVERIFY(SensorUiLoaded && !SensorUiUpdating);
-    QCOMPARE(levels(), QStringLiteral("550 600* 650 700"));
+    QCOMPARE(view->levels(), QStringLiteral("550 600* 650 700"));
 }
 
 void SensorPageTest::performanceTime_data()
@@ -302,8 +228,8 @@ void SensorPageTest::rates()
     showDevice(0, 1, record);
     record.ReportRate = std::uint8_t(code);
     showDevice(0, receiver, record);
-    QTEST(rate(), "button");
-    QTEST(ratesShown(), "shown");
+    QTEST(view->rate(), "button");
+    QTEST(view->ratesShown(), "shown");
 }
 
 void SensorPageTest::features_data()
@@ -341,18 +267,18 @@ void SensorPageTest::features()
     const QPair<const char *, const char *> switches[] = {
         {"frame", "ripple"}, {"frame_4", "line"}, {"frame_3", "sync"}};
     for (const auto &entry : switches) {
-        if (isShown(entry.first))
+        if (view->isShown(entry.first))
             seen << entry.second;
     }
     QTEST(seen.join(' '), "seen");
-    QTEST(mode(), "modeSeen");
-    QTEST(levels(), "levelsSeen");
+    QTEST(view->mode(), "modeSeen");
+    QTEST(view->levels(), "levelsSeen");
     const auto *const slider = find<QSlider>("horizontalSliderC");
     QTEST(QPoint(slider->minimum(), slider->maximum()), "range");
     // The next model brings back what this one lacks.
     showDevice(0, 1, someRecord());
-    QVERIFY(isShown("frame") && isShown("frame_4") && isShown("frame_3"));
-    QCOMPARE(mode(), QStringLiteral("HP"));
+    QVERIFY(view->isShown("frame") && view->isShown("frame_4") && view->isShown("frame_3"));
+    QCOMPARE(view->mode(), QStringLiteral("HP"));
 }
 
 void SensorPageTest::modeRule_data()
@@ -403,82 +329,9 @@ void SensorPageTest::modeRule()
     } else if (event == "report") {
         runOnThread([=] { postMsg()->postBlocking(&PostMsg::SigUpDataReportRate, code); });
     }
-    QTEST(mode(), "after");
+    QTEST(view->mode(), "after");
     // The record keeps the user's choice through all of it.
     QCOMPARE(int(WorkingRecord::instance().copy().SensorMode), 1);
-}
-
-void SensorPageTest::userChoosesARate()
-{
-    VirtualMice::restoreScene();
-    ConnectedMouse::select(0);
-    QVERIFY(ConnectedMouse::read(true));
-    page->show();
-    const QString slow = VirtualMice::record("q1").SensorMode == 1 ? "HP" : "LP";
-    const QPair<const char *, int> steps[] = {{"Button4000HZ", 32}, {"Button500HZ", 2}, {"Button2000HZ", 16},
-                                              {"Button125HZ", 8},   {"Button250HZ", 4}, {"Button1000HZ", 1}};
-    for (const auto &step : steps) {
-        QTest::mouseClick(find<QToolButton>(step.first), Qt::LeftButton);
-        QTRY_COMPARE(int(VirtualMice::record("q1").ReportRate), step.second);
-        QCOMPARE(mode(), step.second >= 16 ? QStringLiteral("Corded disabled") : slow);
-    }
-    QVERIFY(ConnectedMouse::isWritten("q1"));
-}
-
-void SensorPageTest::cordedCannotBeChosen()
-{
-    VirtualMice::restoreScene();
-    ConnectedMouse::select(0);
-    QVERIFY(ConnectedMouse::read(true));
-    FlashDataMap record = VirtualMice::record("q1");
-    record.ReportRate = 1;
-    record.SensorMode = 0;
-    WorkingRecord::instance().updateAndSend([&](FlashDataMap &held) { held = record; });
-    QVERIFY(ConnectedMouse::isWritten("q1"));
-    show(record);
-    page->show();
-    auto *const box = find<QComboBox>("ModelChoose");
-    QCOMPARE(box->count(), 3);
-    QVERIFY(qobject_cast<QListView *>(box->view())->isRowHidden(2));
-    for (Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_End, Qt::Key_PageDown}) {
-        QTest::keyClick(box, key);
-        QCOMPARE(box->currentIndex(), 1);
-    }
-    QTRY_COMPARE(int(VirtualMice::record("q1").SensorMode), 1);
-    box->setCurrentIndex(2); // as nobody can
-    QVERIFY(ConnectedMouse::isWritten("q1"));
-    QCOMPARE(int(VirtualMice::record("q1").SensorMode), 1);
-}
-
-void SensorPageTest::pageControlsReachTheFlash()
-{
-    VirtualMice::restoreScene();
-    ConnectedMouse::select(0);
-    QVERIFY(ConnectedMouse::read(true));
-    page->show();
-    auto *const performance = find<QCheckBox>("Performance");
-    auto *const time = find<QComboBox>("PerformanceOpen");
-    const QPoint onTheBox(8, performance->height() / 2);
-    if (performance->isChecked())
-        QTest::mouseClick(performance, Qt::LeftButton, {}, onTheBox);
-    QTRY_COMPARE(int(VirtualMice::record("q1").Performance), 0);
-    QVERIFY(!time->isEnabled());
-    QTest::mouseClick(performance, Qt::LeftButton, {}, onTheBox);
-    QTRY_COMPARE(int(VirtualMice::record("q1").Performance), 1);
-    QVERIFY(time->isEnabled());
-    time->setFocus();
-    QTest::keyClick(time, Qt::Key_Home);
-    const int times[] = {3, 6, 30, 60, 90, 120, 150, 180, 210, 240};
-    for (int index = 0; index < 10; ++index) {
-        while (time->currentIndex() < index)
-            QTest::keyClick(time, Qt::Key_Down);
-        QTRY_COMPARE(int(VirtualMice::record("q1").PerformanceTime), times[index]);
-    }
-    auto *const lift = find<QComboBox>("LOD");
-    const int other = 1 - lift->currentIndex();
-    QTest::keyClick(lift, other ? Qt::Key_Down : Qt::Key_Up);
-    QTRY_COMPARE(int(VirtualMice::record("q1").Lod), other + 1);
-    QVERIFY(ConnectedMouse::isWritten("q1"));
 }
 
 void SensorPageTest::recordsAreNotTrusted_data()
@@ -519,7 +372,7 @@ void SensorPageTest::recordsAreNotTrusted()
     record.DpiLedBrightness = 3;
     record.DpiLedSpeed = 0;
     show(record);
-    QTEST(levels(), "shown");
+    QTEST(view->levels(), "shown");
     page->grab();
     record.Lod = 255;
     std::memset(record.DpiLevels, 0xFF, sizeof record.DpiLevels);
@@ -534,13 +387,13 @@ void SensorPageTest::reports()
     DeviceWritesEnabled = true;
     show(someRecord());
     runOnThread([] { postMsg()->postBlocking(&PostMsg::SigUpDataDPI, 3); });
-    QCOMPARE(levels(), QStringLiteral("550 600 650 700*"));
+    QCOMPARE(view->levels(), QStringLiteral("550 600 650 700*"));
     QCOMPARE(find<QLabel>("label_8")->pos(), QPoint(300, 154));
     QCOMPARE(find<QSlider>("horizontalSliderC")->value(), 700);
     QVERIFY(DeviceWritesEnabled);
     for (int level : {-1, 8, 255})
         page->SlotUpDataDPI(level);
-    QCOMPARE(levels(), QStringLiteral("550 600 650 700*"));
+    QCOMPARE(view->levels(), QStringLiteral("550 600 650 700*"));
     FlashDataMap indicator = someRecord();
     indicator.DpiLedMode = 1;
     indicator.DpiLedSpeed = 2;
@@ -562,9 +415,9 @@ void SensorPageTest::bulkUpdateOnASlowReceiver()
     record.ReportRate = 32;
     const FlagScope bulk(BulkUpdateActive);
     showDevice(0, 0, record);
-    QCOMPARE(rate(), 3);
+    QCOMPARE(view->rate(), 3);
     showDevice(0, 1, record);
-    QCOMPARE(rate(), 5);
+    QCOMPARE(view->rate(), 5);
 }
 
 void SensorPageTest::reset_data()
@@ -597,10 +450,10 @@ void SensorPageTest::reset()
     ReceiverRate = receiverRate;
     QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
     runOnThread([] { postMsg()->postBlocking(&PostMsg::SigFormReset); });
-    QTEST(rate(), "button");
-    QTEST(ratesShown(), "rates");
+    QTEST(view->rate(), "button");
+    QTEST(view->ratesShown(), "rates");
     QTEST(find<QComboBox>("ModelChoose")->currentText(), "modeText");
-    QCOMPARE(levels(), QStringLiteral("400 800 1600* 3200 6400 12000"));
+    QCOMPARE(view->levels(), QStringLiteral("400 800 1600* 3200 6400 12000"));
     QCOMPARE(find<QComboBox>("ChooseEvent")->count(), 6);
     const auto *const slider = find<QSlider>("horizontalSliderC");
     QCOMPARE(QList<int>({slider->minimum(), slider->maximum(), slider->value()}), QList<int>({100, 26000, 1600}));
@@ -621,67 +474,6 @@ void SensorPageTest::reset()
     QVERIFY(!SensorUiUpdating);
 }
 
-void SensorPageTest::offlineClickPromptsOnce()
-{
-    VirtualMice::restoreScene();
-    ConnectedMouse::select(0);
-    QVERIFY(ConnectedMouse::read(true));
-    page->show();
-    VirtualMice::tell({"sleep", "q1"});
-    const FlashDataMap held = WorkingRecord::instance().copy();
-    const QString modeBefore = mode();
-    QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
-    QSignalSpy rules(postMsg(), &PostMsg::SigHideModel);
-    const char *const other = held.ReportRate == 32 ? "Button500HZ" : "Button4000HZ";
-    QTest::mouseClick(find<QToolButton>(other), Qt::LeftButton);
-    QCOMPARE(prompts.count(), 1);
-    QCOMPARE(rules.count(), 0);
-    QVERIFY(find<QToolButton>(other)->isChecked());
-    QCOMPARE(mode(), modeBefore);
-    auto *const lift = find<QComboBox>("LOD");
-    QTest::keyClick(lift, lift->currentIndex() ? Qt::Key_Up : Qt::Key_Down);
-    QCOMPARE(prompts.count(), 2);
-    const FlashDataMap after = WorkingRecord::instance().copy();
-    QVERIFY(std::memcmp(&held, &after, sizeof held) == 0);
-}
-
-void SensorPageTest::languages_data()
-{
-    QTest::addColumn<int>("language");
-    for (int language = 0; language < 6; ++language)
-        QTest::addRow("%d", language) << language;
-}
-
-void SensorPageTest::languages()
-{
-    QFETCH(int, language);
-    page->show();
-    show(someRecord());
-    postMsg()->post(&PostMsg::SigChangeLanguage, 7); // beyond the list: English
-    QCOMPARE(find<QLabel>("label_5")->text(), QStringLiteral("Sensor settings"));
-    QCOMPARE(find<QComboBox>("PerformanceOpen")->itemText(9), QStringLiteral("40 min"));
-    QCOMPARE(find<QComboBox>("Model")->itemText(2), QStringLiteral("Breathing"));
-    QCOMPARE(find<QFrame>("frame_3")->findChild<QLabel *>("label")->text(), QStringLiteral("Motion Sync"));
-    QVERIFY(find<QComboBox>("ModelChoose")->toolTip().startsWith("LP"));
-    postMsg()->post(&PostMsg::SigChangeLanguage, language);
-    QCOMPARE(language == 0, find<QLabel>("label_5")->text() == "Sensor settings");
-    QCOMPARE(textsThatDoNotFit(page.get()), QStringList());
-    QCOMPARE(find<QComboBox>("PerformanceOpen")->currentIndex(), 7);
-
-    UserSettings::instance()->setLanguage(language);
-    const Sensor later;
-    QCOMPARE(later.findChild<QLabel *>("label_5")->text(), find<QLabel>("label_5")->text());
-}
-
-void SensorPageTest::hiddenIndicatorStaysHidden()
-{
-    page->show();
-    show(someRecord());
-    QVERIFY(!isShown("frameEffect") && !isShown("TitleButton_3"));
-    QCOMPARE(find<QWidget>("frameEffect")->pos(), QPoint(80, 456));
-    QVERIFY(isShown("TitleButton_4") && isShown("frameDpi"));
-}
-
 // Other product data -------------------------------------------------------------------------------------------------
 
 QString SensorPageTest::summary() const
@@ -690,16 +482,16 @@ QString SensorPageTest::summary() const
     for (const char *name :
          {"frameDpi", "frameRate", "TitleButton_4", "label_5", "label_11", "ModelChoose", "frameLOD", "Performance",
           "PerformanceOpen", "frame", "frame_4", "frame_3", "frameEffect", "TitleButton_3"}) {
-        if (isShown(name))
+        if (view->isShown(name))
             shown << name;
     }
     const auto *const slider = find<QSlider>("horizontalSliderC");
     return QStringLiteral("%1 | %2 | %3 items | %4 to %5 | %6 | %7")
-        .arg(shown.join(' '), levels())
+        .arg(shown.join(' '), view->levels())
         .arg(find<QComboBox>("ChooseEvent")->count())
         .arg(slider->minimum())
         .arg(slider->maximum())
-        .arg(mode())
+        .arg(view->mode())
         .arg(find<QWidget>("frameEffect")->y());
 }
 
