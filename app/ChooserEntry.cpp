@@ -1,7 +1,7 @@
 #include "app/ChooserEntry.h"
 
 #include "app/ChooserList.h"
-#include "productdata/ModelData.h"
+#include "devicelink/DeviceIdentity.h"
 #include "productdata/Theme.h"
 #include "ui/mytoolButtonEnter.h"
 
@@ -28,8 +28,7 @@ QLabel *makeLabel(QWidget *page, const QString &name, QPoint place, QSize size)
 /** 0 or 1 for the models that have pictures of their own, else -1. */
 int pictureOf(const DeviceAllInfo &device)
 {
-    const bool known = device.ModelIndex < ModelData::deviceTotal();
-    return known && (device.DeviceKind == 1 || device.DeviceKind == 2) ? device.DeviceKind - 1 : -1;
+    return isKnownModel(device) && (device.DeviceKind == 1 || device.DeviceKind == 2) ? device.DeviceKind - 1 : -1;
 }
 
 } // namespace
@@ -52,8 +51,7 @@ void ChooserEntry::setOfflineTip(const QString &tip) { offlineLabel->setToolTip(
 void ChooserEntry::show(const DeviceAllInfo &device)
 {
     const int model = pictureOf(device);
-    const bool known = device.ModelIndex < ModelData::deviceTotal();
-    const bool offline = known && !device.Online;
+    const bool offline = isKnownModel(device) && !device.Online;
     QString name = QStringLiteral("Unknow.png");
     if (model >= 0)
         name = (offline ? QStringLiteral("DisOnlin%1.png") : QStringLiteral("OnLine%1.png")).arg(model);

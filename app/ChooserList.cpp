@@ -18,8 +18,6 @@ QStringList Wireless1Pids;
 QStringList Wireless2Pids;
 QStringList Wireless4Pids;
 
-bool isKnown(const DeviceAllInfo &entry) { return entry.ModelIndex < ModelData::deviceTotal(); }
-
 } // namespace
 
 QList<DeviceAllInfo> &ChooserList::devices()
@@ -48,7 +46,7 @@ bool ChooserList::hasDuplicates(const QList<DeviceAllInfo> &list)
     // Unknown devices are no model: two of them are two pictures, neither of which opens.
     std::map<std::pair<int, int>, int> counts;
     return std::any_of(list.begin(), list.end(), [&counts](const DeviceAllInfo &entry) {
-        return isKnown(entry) && ++counts[{entry.ModelIndex, receiverKilohertz(entry)}] > 1;
+        return isKnownModel(entry) && ++counts[{entry.ModelIndex, receiverKilohertz(entry)}] > 1;
     });
 }
 
@@ -56,7 +54,7 @@ void ChooserList::hideReceivers(QList<DeviceAllInfo> &list)
 {
     QList<int> cordedModels;
     for (const DeviceAllInfo &entry : std::as_const(list)) {
-        if (isKnown(entry) && entry.IsCorded)
+        if (isKnownModel(entry) && entry.IsCorded)
             cordedModels << entry.ModelIndex;
     }
     list.erase(std::remove_if(list.begin(), list.end(),

@@ -17,9 +17,13 @@ constexpr int settleTime = 2000;
 
 using ConnectWait::Notice;
 
-bool waitForPages()
+/** The user left, or a second connect began and started the time anew: it is for that one to close the prompt. */
+bool isOvertaken(const UpDataParam &prompt) { return !DeviceWindowOpen || prompt.isWaiting(); }
+
+bool waitForPages(const UpDataParam &prompt)
 {
-    return Wait::servingUntil([] { return allPagesLoaded() || !DeviceWindowOpen; }, pagesTime) && allPagesLoaded();
+    Wait::servingUntil([&prompt] { return allPagesLoaded() || isOvertaken(prompt); }, pagesTime);
+    return allPagesLoaded();
 }
 
 /** The user may have gone back, or the device may have been pulled, while this stood in a wait. */
@@ -32,16 +36,19 @@ std::optional<Notice> unlessLeft(Notice notice)
 
 std::optional<Notice> afterReread(UpDataParam &prompt)
 {
-    const bool ready = waitForPages();
-    if (DeviceWindowOpen)
-        Wait::serving(settleTime);
+    const bool ready = waitForPages(prompt);
+    Wait::servingUntil([&prompt] { return isOvertaken(prompt); }, settleTime);
+    if (prompt.isWaiting())
+        return std::nullopt;
     prompt.close();
     return ready ? std::nullopt : unlessLeft(Notice::Offline);
 }
 
 std::optional<Notice> afterConnect(UpDataParam &prompt)
 {
-    const bool ready = waitForPages();
+    const bool ready = waitForPages(prompt);
+    if (prompt.isWaiting())
+        return std::nullopt;
     if (ready)
         clearPagesLoaded();
     prompt.close();

@@ -6,6 +6,7 @@
 #include "app/Wait.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceIdentity.h"
+#include "devicelink/DeviceScan.h"
 #include "devicelink/Worker.h"
 #include "portwire/portwire.h"
 #include "productdata/LanguageFile.h"
@@ -24,8 +25,6 @@
 
 namespace {
 
-/** Quiet time of the bus before a scan, in ms: a receiver shows up as several interfaces, one after the other. */
-constexpr int quietTime = 600;
 constexpr int entriesPerPage = 3;
 /** The thread gets this start over the page change, in ms. */
 constexpr int workerStart = 150;
@@ -104,7 +103,7 @@ void DialogChange::startScanning()
             if (theChooser)
                 theChooser->scan();
         },
-        Wait::scaled(quietTime));
+        Wait::scaled(usbQuietTime));
 }
 
 // Scan and rebuild ---------------------------------------------------------------------------------------------------
@@ -137,7 +136,6 @@ void DialogChange::clearEntries()
 void DialogChange::rebuild()
 {
     clearEntries();
-    DuplicateDevices = false;
     ui->LeftButton->hide();
     ui->RightButton->hide();
     QList<DeviceAllInfo> &devices = ChooserList::devices();
@@ -201,7 +199,7 @@ void DialogChange::showEntry(int index)
  */
 void DialogChange::tellDuplicates()
 {
-    if (!DuplicateDevices || duplicatesNotice || !isVisible())
+    if (!DuplicateDevices || duplicatesNotice || !isVisible() || Wait::isEnding())
         return;
     QuestiondialogB notice;
     duplicatesNotice = &notice;
@@ -261,11 +259,11 @@ void DialogChange::slotButtonClicked()
 void DialogChange::openEntry(int index)
 {
     // A second click may already lie in the queue when the first one has opened the device.
-    if (index < 0 || index >= ChooserList::devices().size() || DeviceWindowOpen)
+    if (index < 0 || index >= ChooserList::devices().size() || DeviceWindowOpen || Wait::isEnding())
         return;
     const DeviceAllInfo device = ChooserList::devices().at(index);
     postMsg()->post(&PostMsg::SigSetver, 6);
-    if (device.ModelIndex >= ModelData::deviceTotal()) {
+    if (!isKnownModel(device)) {
         qWarning() << "a device of an unknown model was clicked:" << device.Path;
         return;
     }
@@ -276,6 +274,8 @@ void DialogChange::openEntry(int index)
     // No firmware images are shipped beside this build, so no newer one can be offered.
     postMsg()->post(&PostMsg::SigLabelTextB, device.UsbVersion, QString());
     postMsg()->post(&PostMsg::SigChangeMainDialog, 1);
+    if (isVisible())
+        return; // the device watch looks at once: the device had just been pulled, and the watch has led back here
     Wait::standing(workerStart);
     DeviceWindowOpen = true;
     requestConnect();

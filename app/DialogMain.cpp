@@ -6,6 +6,7 @@
 #include "app/PostMsg.h"
 #include "app/Wait.h"
 #include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceScan.h"
 #include "devicelink/DeviceWatch.h"
 #include "devicelink/Dispatcher.h"
 #include "platform/Registry.h"
@@ -22,13 +23,12 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 
 namespace {
 
 constexpr int chooserPage = 0;
 constexpr int devicePage = 1;
-/** Quiet time of the bus before the device watch looks, in ms. */
-constexpr int quietTime = 600;
 constexpr QPoint promptOffset(0, -20);
 
 } // namespace
@@ -86,7 +86,7 @@ void DialogMain::SlotChangeMainDialog(int index)
         DialogChange::startScanning();
     } else if (index == devicePage) {
         ui->stackedWidget->setCurrentIndex(devicePage);
-        StartUsbChanged(deviceWatch, Wait::scaled(quietTime));
+        StartUsbChanged(deviceWatch, Wait::scaled(usbQuietTime));
     }
 }
 
@@ -155,7 +155,16 @@ void DialogMain::slotActionMain()
 }
 
 /** Takes the orderly way out as well: ending in the middle of a report would be an accident that waits to happen. */
-void DialogMain::slotActionExitApp() { leave(); }
+void DialogMain::slotActionExitApp() { leaveFromHere(); }
+
+/** The exit of the page that shows: the device window's saves the record and tells the mouse that the program goes. */
+void DialogMain::leaveFromHere()
+{
+    if (ui->stackedWidget->currentIndex() == devicePage)
+        deviceWindow->WindowClosed(); // comes back as a change of size
+    else
+        leave();
+}
 
 void DialogMain::leave() { Ending::begin(this); }
 
@@ -164,7 +173,18 @@ void DialogMain::closeEvent(QCloseEvent *event)
 {
     QDialog::closeEvent(event);
     if (!Wait::isEnding())
-        leave();
+        leaveFromHere();
+}
+
+/** Without a tray the way back to the window is the task bar, which tells nobody but the window. */
+void DialogMain::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange || isMinimized())
+        return;
+    const bool wasMinimized = static_cast<QWindowStateChangeEvent *>(event)->oldState() & Qt::WindowMinimized;
+    if (wasMinimized && DeviceWindowOpen)
+        UsbServer_SetPCDriverStatus(1);
 }
 
 // Prompts ------------------------------------------------------------------------------------------------------------
@@ -173,14 +193,14 @@ void DialogMain::SlotMouseOffLine(int index)
 {
     OfflineWaiting = true;
     ReconnectRequested = true;
-    if (offlinePrompt || Wait::isEnding())
-        return; // one is enough, whoever noticed it second
+    // One is enough, whoever noticed it second. One that was closed may still stand further down the stack.
+    if ((offlinePrompt && offlinePrompt->isVisible()) || Wait::isEnding())
+        return;
     MouseOffLine::setPromptIndex(index);
     MouseOffLine prompt;
-    offlinePrompt = &prompt;
+    const QScopedValueRollback<MouseOffLine *> open(offlinePrompt, &prompt);
     prompt.centreOn(this, promptOffset);
     prompt.exec();
-    offlinePrompt = nullptr;
 }
 
 void DialogMain::SlotChangeLanguage(int index)

@@ -42,17 +42,19 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void takeInstallersLanguage();
     void toTray();
     void fromTray();
+    void leaveFromHere();
     void leave();
 
     std::unique_ptr<Ui::DialogMain> ui;
     DialogChange *chooser = nullptr;
     Dialog *deviceWindow = nullptr;
-    std::unique_ptr<QSystemTrayIcon> tray; ///< made last, so that it leaves the desktop first
+    std::unique_ptr<QSystemTrayIcon> tray;
     std::unique_ptr<QMenu> trayMenu;
     MouseOffLine *offlinePrompt = nullptr; ///< while it is open; lives on the stack of its exec
     QString mainText;

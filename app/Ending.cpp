@@ -1,11 +1,13 @@
 #include "app/Ending.h"
 
 #include "app/Wait.h"
+#include "devicelink/DeviceFlags.h"
 #include "devicelink/Dispatcher.h"
 #include "devicelink/Worker.h"
 #include "portwire/portwire.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QWidget>
 
 namespace {
@@ -29,10 +31,14 @@ void Ending::begin(QWidget *window)
     if (begun)
         return;
     begun = true;
-    StopUsbChanged();
-    Wait::serving(graceTime);
-    endReportLink();
+    // First of all: what the event loop brings during the grace time must not open a prompt, whose own event loop would
+    // keep this from going on until the user answers it.
     Wait::setEnding(true);
+    DeviceWindowOpen = false;
+    StopUsbChanged();
+    const QDeadlineTimer grace(Wait::scaled(graceTime));
+    serveWhile([&grace] { return !grace.hasExpired(); });
+    endReportLink();
     if (window)
         window->close();
     QCoreApplication::quit();

@@ -6,7 +6,8 @@
  * All deliberate waits and timer intervals of the program, so that tests can shorten them together.
  *
  * A wait that serves the event loop lets the user click anything meanwhile: look at each with a second click, the way
- * back and exit in mind. Every one of them ends at once when the program is ending.
+ * back and exit in mind. Every one of them ends at once when the program is ending; only the ending itself serves the
+ * event loop on, by turns.
  */
 namespace Wait {
 
@@ -29,7 +30,7 @@ void standing(int milliseconds);
 /** Factor on every wait, above 0; 1 at start. For tests. */
 void setScale(double factor);
 
-/** From now on serving waits end at once: the program is ending. */
+/** From now on serving waits end at once, and nobody opens a prompt any more: the program is ending. */
 void setEnding(bool ending);
 bool isEnding();
 

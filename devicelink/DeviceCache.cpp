@@ -31,6 +31,8 @@ bool LoadDeviceCache(const QString &name, FlashDataMap &record)
     if (name.isEmpty())
         return false;
     QFile file(pathOf(name));
+    if (!file.exists())
+        return false; // as before the first connect of a model
     if (!file.open(QIODevice::ReadOnly)) {
         qWarning() << "a cache file could not be opened:" << file.fileName() << file.errorString();
         return false;

@@ -41,16 +41,16 @@ inline void clearPagesLoaded()
     ButtonUiLoaded = false;
 }
 
-/** Sets a flag for the life of a block. */
+/** Sets a flag for the life of a block; afterwards it is what it was. */
 class FlagScope
 {
 public:
-    explicit FlagScope(std::atomic<bool> &held, bool during = true) : flag(held), after(!during) { flag = during; }
-    ~FlagScope() { flag = after; }
+    explicit FlagScope(std::atomic<bool> &held, bool during = true) : flag(held), before(held.exchange(during)) {}
+    ~FlagScope() { flag = before; }
     FlagScope(const FlagScope &) = delete;
     FlagScope &operator=(const FlagScope &) = delete;
 
 private:
     std::atomic<bool> &flag;
-    bool after;
+    bool before;
 };

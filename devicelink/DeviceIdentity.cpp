@@ -38,6 +38,8 @@ void takeOverSelection(const DeviceAllInfo &info)
 
 } // namespace
 
+bool isKnownModel(const DeviceAllInfo &info) { return info.ModelIndex < ModelData::deviceTotal(); }
+
 bool isCordedClass(std::uint8_t receiverClass)
 {
     return receiverClass != 0 && receiverClass != 1 && receiverClass != 4;

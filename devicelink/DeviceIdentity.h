@@ -20,6 +20,9 @@ Identity identifyDevice(DeviceAllInfo &info);
 /** Refreshes `Online` and `UsbAddress` of an entry. */
 void refreshOnline(DeviceAllInfo &info);
 
+/** True if the product file describes the device's model. */
+bool isKnownModel(const DeviceAllInfo &info);
+
 /** True for the receiver classes of a mouse on its cable. */
 bool isCordedClass(std::uint8_t receiverClass);
 

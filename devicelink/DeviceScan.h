@@ -6,6 +6,9 @@
 
 #include <functional>
 
+/** Quiet time of the bus before a scan, in ms: a receiver shows up as several interfaces, one after the other. */
+constexpr int usbQuietTime = 600;
+
 /** Paths of the devices with these ids; at most five a product id, more mice than anyone has on one desk. */
 using PathFinder = std::function<QStringList(const QString &vid, const QString &pid)>;
 

@@ -13,7 +13,8 @@ namespace {
 /** The mouse that is in use on a receiver, now on its cable: the two show the same address. */
 bool isSelectedMouseOnCable(const DeviceAllInfo &entry, const DeviceAllInfo &selected)
 {
-    return !selected.Path.isEmpty() && !selected.IsCorded && entry.ModelIndex == selected.ModelIndex &&
+    const bool hasAddress = selected.HasUsbAddress && selected.UsbAddress != std::array<std::uint8_t, 3>{};
+    return !selected.Path.isEmpty() && !selected.IsCorded && hasAddress && entry.ModelIndex == selected.ModelIndex &&
            entry.IsCorded && entry.Online && entry.UsbAddress == selected.UsbAddress;
 }
 

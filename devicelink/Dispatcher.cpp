@@ -27,8 +27,15 @@ std::atomic<bool> ClearAfterReset{false};
 std::atomic<unsigned> linkGeneration{0};
 std::atomic<int> dispatching{0};
 
+/** Orders the starts and ends of the link. The library neither waits nor calls back in either. */
+QMutex &linkMutex()
+{
+    static auto *const mutex = new QMutex;
+    return *mutex;
+}
+
 constexpr std::uint32_t imageSize = 6912;
-/** A receiver light byte that no mode has; a library that writes nothing leaves it. */
+/** A long-range byte that no receiver gives; a library that writes nothing leaves it. */
 constexpr std::uint8_t notWritten = 's';
 
 /** One report as its handlers see it. Bytes beyond what arrived read as 0. */
@@ -61,8 +68,7 @@ void onBattery(const Report &report)
 
 // Settings replies ---------------------------------------------------------------------------------------------------
 
-/** Buttons of type 5 (key combination) keep their sequences from the first of them on; `keep` is 16 if there is none.
- */
+/** Buttons of type 5 (key combination) keep their sequences, from the first of them on; 16 if there is none. */
 int firstKeptSequence()
 {
     const QString section = selectedSection();
@@ -104,7 +110,8 @@ void onWholeRecord(const Report &report)
     WorkingRecord::instance().update([&record](FlashDataMap &working) { working = record; });
 
     const DeviceAllInfo selected = SelectInfo().get();
-    if (report.generation == linkGeneration) // or it would be the old device's record under the new one's name
+    // Not of an ended link: it would be the old device's record under the new one's name.
+    if (report.generation == linkGeneration && !selected.Path.isEmpty())
         SaveFileName().set(deviceCacheName(selected.Cid, selected.DeviceKind));
     UsbServer_ReadDPILed();
     UsbServer_ReadBatteryLevel();
@@ -193,7 +200,7 @@ void onSettings(const Report &report)
 
 // Other reports ------------------------------------------------------------------------------------------------------
 
-void onReset(const Report &)
+void onReset(const Report &report)
 {
     const DeviceAllInfo selected = SelectInfo().get();
     const QByteArray path = DevicePath().get();
@@ -209,6 +216,9 @@ void onReset(const Report &)
         UsbFinderC_SetLongRangeMode(path.constData(), longRange);
         postMsg()->postBlocking(&PostMsg::SigLongRangeMode, longRange == 1);
     }
+    // After the end of the link the next whole record is another mouse's, whose keys and macros are nobody's to clear.
+    if (report.generation != linkGeneration)
+        return;
     // The flags come first: the reply may be here before the call is back.
     ClearAfterReset = true;
     ResetFollowUp = true;
@@ -306,14 +316,26 @@ void dispatchReport(const std::uint8_t *header, int headerLength, const std::uin
 
 void startReportLink(const char *path)
 {
+    startReportLinkIf([] { return true; }, path);
+}
+
+bool startReportLinkIf(const std::function<bool()> &wanted, const char *path)
+{
+    const QMutexLocker locker(&linkMutex());
+    if (!wanted())
+        return false;
     ++linkGeneration;
     UsbServerC_Start(path, path, dispatchReport);
+    return true;
 }
 
 void endReportLink()
 {
+    const QMutexLocker locker(&linkMutex());
     ++linkGeneration;
     UsbServer_Exit();
+    ResetFollowUp = false;
+    ClearAfterReset = false;
 }
 
 bool isDispatching() { return dispatching > 0; }

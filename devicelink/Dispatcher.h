@@ -8,6 +8,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <functional>
 
 /**
  * The one callback that the report link has: every reply and every unprompted report of the mouse ends here, on a
@@ -19,7 +20,15 @@ void dispatchReport(const std::uint8_t *header, int headerLength, const std::uin
 
 /** Sends the reports of a path to the dispatcher, in place of the link before. */
 void startReportLink(const char *path);
-/** Ends the link without waiting. A report that is being shown may still run; it no longer changes the link state. */
+/**
+ * The same if `wanted()` still holds, looked at and done in one: no end of the link can come between.
+ * \return true if the link was started.
+ */
+bool startReportLinkIf(const std::function<bool()> &wanted, const char *path);
+/**
+ * Ends the link without waiting, and with it what a factory reset had still to do. A report that is being shown may
+ * still run; it no longer changes the link state.
+ */
 void endReportLink();
 /** True while a report is being handled. */
 bool isDispatching();

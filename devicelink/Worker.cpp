@@ -64,19 +64,16 @@ void Worker::startAgainIfRequested()
     start();
 }
 
-void Worker::setPolling(bool on)
-{
-    if (on)
-        checkTimer.start();
-    else
-        checkTimer.stop();
-}
-
 void Worker::SlotSelectMouseInfo(DeviceAllInfo selected)
 {
     LoadFileName().set(deviceCacheName(selected.Cid, selected.DeviceKind));
-    // A record that arrived for the device before must not be saved as this one's.
+    // What was told of the device before is not told of this one: its record must not be saved under this name, its
+    // pages are not this one's, and what it asked for is not to be done to this one.
     SaveFileName().set({});
+    clearPagesLoaded();
+    RereadPending = false;
+    ReconnectRequested = false;
+    OfflineWaiting = false;
     SelectInfo().set(selected);
     DevicePath().set(selected.Path.toUtf8());
     isNewSelection = true;
@@ -86,6 +83,8 @@ void Worker::SlotMainPageChange() { PreviousOnline = false; }
 
 void Worker::SlotCheckOnline()
 {
+    if (Wait::isEnding())
+        return;
     if (OfflineWaiting) {
         if (!DeviceWindowOpen) {
             if (SelectInfo().get().ReceiverClass != 0)
@@ -115,18 +114,19 @@ void Worker::run()
     if (!DeviceOnline)
         DeviceOnline = isOnline(path);
 
-    const bool nothingChanged = !isNewSelection.exchange(false) &&
-                                lastConnection == Connection{selected.Path, selected.ReceiverClass} &&
-                                PreviousOnline == DeviceOnline && !RereadPending;
-    if (!nothingChanged && DeviceWindowOpen) {
-        connectDevice(selected, path);
-        PreviousOnline = DeviceOnline.load();
+    if (DeviceWindowOpen) {
+        const bool isSame = lastConnection == Connection{selected.Path, selected.ReceiverClass};
+        const bool nothingChanged =
+            !isNewSelection.exchange(false) && isSame && PreviousOnline == DeviceOnline && !RereadPending;
+        if (!nothingChanged && connectDevice(selected, path))
+            PreviousOnline = DeviceOnline.load();
     }
     LinkUp = DeviceOnline.load();
     ConnectPending = false;
 }
 
-void Worker::connectDevice(const DeviceAllInfo &selected, const QByteArray &path)
+/** \return false if the user left meanwhile; then no link was started. */
+bool Worker::connectDevice(const DeviceAllInfo &selected, const QByteArray &path)
 {
     DeviceOnline = isOnline(path);
     SelectInfo().update([&selected](DeviceAllInfo &info) {
@@ -138,15 +138,20 @@ void Worker::connectDevice(const DeviceAllInfo &selected, const QByteArray &path
     else
         showCache();
     sendBatteryTable(selected);
+    const auto stillWanted = [&selected] { return DeviceWindowOpen && SelectInfo().get().Path == selected.Path; };
+    if (!startReportLinkIf(stillWanted, path.constData()))
+        return false;
     lastConnection = Connection{selected.Path, selected.ReceiverClass};
-    // Also when the mouse sleeps: the reply comes as soon as it can answer.
-    startReportLink(path.constData());
     UsbServer_SetPCDriverStatus(1);
+    // Also when the mouse sleeps: the reply comes as soon as it can answer.
     UsbServer_ReadAllFlashData();
+    return true;
 }
 
 void Worker::announceOnline()
 {
+    // Whatever the pages hold, it isn't yet the record that the wait is for.
+    clearPagesLoaded();
     if (RereadPending.exchange(false))
         postMsg()->post(&PostMsg::SigUpDataParam, 1);
     else if (!BulkUpdateActive)

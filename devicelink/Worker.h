@@ -27,9 +27,6 @@ public:
     /** Asks for a connect: sets `ConnectPending` and starts the thread. GUI thread only. */
     void request();
 
-    /** Stops and starts the poll for a sleeping mouse, round a factory reset. */
-    void setPolling(bool on);
-
 public Q_SLOTS:
     void SlotSelectMouseInfo(DeviceAllInfo SelectInfo);
     void SlotMainPageChange();
@@ -49,7 +46,7 @@ private:
         }
     };
 
-    void connectDevice(const DeviceAllInfo &selected, const QByteArray &path);
+    bool connectDevice(const DeviceAllInfo &selected, const QByteArray &path);
     void announceOnline();
     void showCache();
     void sendBatteryTable(const DeviceAllInfo &selected);

@@ -4,7 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDebug>
-#include <QSettings>
+#include <QFile>
 
 namespace portwire {
 
@@ -19,23 +19,32 @@ public:
     void setChangeNotice(std::function<void()>) override {}
 };
 
-QString chosenName()
+/** The file is read as lines: QSettings would unpack values of any type, with lengths that a damaged one makes up. */
+QByteArray chosenName()
 {
-    const QString usual = QStringLiteral("virtual");
-    if (!QCoreApplication::instance())
-        return usual;
-    const QString file = QCoreApplication::applicationDirPath() + QStringLiteral("/portwire.ini");
-    return QSettings(file, QSettings::IniFormat).value(QStringLiteral("bus"), usual).toString();
+    constexpr qint64 most = 4096; // bytes; the file has three lines
+    const QByteArray key("bus=");
+    if (QCoreApplication::instance()) {
+        QFile file(QCoreApplication::applicationDirPath() + QStringLiteral("/portwire.ini"));
+        if (file.open(QIODevice::ReadOnly)) {
+            const QList<QByteArray> lines = file.read(most).split('\n');
+            for (const QByteArray &line : lines) {
+                if (line.startsWith(key))
+                    return line.mid(key.size()).trimmed();
+            }
+        }
+    }
+    return QByteArray("virtual");
 }
 
 } // namespace
 
 std::shared_ptr<Channels> openChannelsOfChosenBus()
 {
-    const QString name = chosenName();
-    if (name == QLatin1String("virtual"))
+    const QByteArray name = chosenName();
+    if (name == "virtual")
         return VirtualWorld::open();
-    qWarning("portwire: there is no bus named '%s', so there are no devices", qPrintable(name));
+    qWarning("portwire: there is no bus named '%s', so there are no devices", name.constData());
     return std::make_shared<Channels>(std::make_shared<EmptyBus>());
 }
 

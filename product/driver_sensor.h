@@ -18,7 +18,7 @@
 #define SUPPORT_MOTION_SYNC	3395
 #define SUPPORT_MOUSEPAD_CAL	3395
 
-// 3311: one count is 100 DPI, and the scale starts at 4. Up to 1000 DPI in decimal, as the sensor's own table has them.
+// 3311: one count is 100 DPI, and the scale starts at 4. Values of the upper range are coded by their half.
 #define SENSOR_3311_DPI_100	4 //100dpi
 #define SENSOR_3311_DPI_200	5 //200dpi
 #define SENSOR_3311_DPI_300	6 //300dpi

@@ -57,13 +57,13 @@ bool LanguageFile::readSection(int index, const QString &section, const Apply &a
         qWarning() << "a language file could not be opened:" << file.fileName() << file.errorString();
         return false;
     }
-    const QString fault = readSection(file, section, apply);
+    const QString fault = readSectionFrom(file, section, apply);
     if (!fault.isEmpty())
         qWarning() << "a language file is damaged:" << file.fileName() << fault;
     return fault.isEmpty();
 }
 
-QString LanguageFile::readSection(QIODevice &xml, const QString &section, const Apply &apply)
+QString LanguageFile::readSectionFrom(QIODevice &xml, const QString &section, const Apply &apply)
 {
     QXmlStreamReader reader(&xml);
     if (reader.readNextStartElement()) {

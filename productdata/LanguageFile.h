@@ -28,6 +28,6 @@ using Apply = std::function<void(const QString &element, const QString &text)>;
 bool readSection(int index, const QString &section, const Apply &apply);
 
 /** The same from an open file or buffer. \return what is wrong with it and in which line; empty if nothing is. */
-QString readSection(QIODevice &xml, const QString &section, const Apply &apply);
+QString readSectionFrom(QIODevice &xml, const QString &section, const Apply &apply);
 
 } // namespace LanguageFile

@@ -21,16 +21,23 @@ UserSettings *UserSettings::instance()
     return settings;
 }
 
-UserSettings::UserSettings(const QString &path)
+UserSettings::UserSettings(const QString &file) : path(file), isDamaged(holdsBinaryValues(file))
 {
-    if (holdsBinaryValues(path)) {
-        const QString aside = path + QStringLiteral(".damaged");
-        QFile::remove(aside);
-        qWarning() << "the user settings are damaged and were put aside:" << aside << QFile::rename(path, aside);
-    }
-    store = std::make_unique<QSettings>(path, QSettings::IniFormat);
-    if (store->status() != QSettings::NoError)
+    if (isDamaged)
         qWarning() << "the user settings are damaged:" << path;
+    store = std::make_unique<QSettings>(isDamaged ? QString() : path, QSettings::IniFormat);
+}
+
+/** Before the first write over a damaged file, that file is put aside: it may hold what somebody wants back. */
+void UserSettings::putDamagedFileAside()
+{
+    if (!isDamaged)
+        return;
+    isDamaged = false;
+    const QString aside = path + QStringLiteral(".damaged");
+    QFile::remove(aside);
+    qWarning() << "the damaged user settings were put aside:" << aside << QFile::rename(path, aside);
+    store = std::make_unique<QSettings>(path, QSettings::IniFormat);
 }
 
 QSettings &UserSettings::settings() const
@@ -50,6 +57,7 @@ void UserSettings::save()
 void UserSettings::write(const QString &section, const QString &key, const QString &text)
 {
     const QMutexLocker locker(&mutex);
+    putDamagedFileAside();
     settings().setValue(section + QLatin1Char('/') + key, text);
     save();
 }
@@ -68,6 +76,7 @@ QStringList UserSettings::readList(const QString &section, const QString &key) c
 void UserSettings::remove(const QString &section, const QString &key)
 {
     const QMutexLocker locker(&mutex);
+    putDamagedFileAside();
     settings().remove(section + QLatin1Char('/') + key);
     save();
 }

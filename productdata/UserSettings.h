@@ -30,8 +30,11 @@ public:
 
 private:
     QSettings &settings() const;
+    void putDamagedFileAside();
     void save();
 
     mutable QMutex mutex;
+    const QString path;
+    bool isDamaged; ///< nothing is read from the file, and the first write puts it aside
     std::unique_ptr<QSettings> store;
 };

@@ -4,9 +4,6 @@
 
 namespace {
 
-/** Above any sensor; keeps sums and products of DPI values in an int. */
-constexpr int highestDpi = 1000000;
-
 bool readRow(const QStringList &list, int first, DpiRangeRow &row)
 {
     bool isMin = false;
@@ -14,7 +11,8 @@ bool readRow(const QStringList &list, int first, DpiRangeRow &row)
     bool isStep = false;
     row = {list.at(first).trimmed().toInt(&isMin), list.at(first + 1).trimmed().toInt(&isMax),
            list.at(first + 2).trimmed().toInt(&isStep)};
-    return isMin && isMax && isStep && row.min >= 0 && row.min <= row.max && row.max <= highestDpi && row.step > 0;
+    return isMin && isMax && isStep && row.min >= 0 && row.min <= row.max && row.max <= highestDpi && row.step > 0 &&
+           row.step <= highestDpi;
 }
 
 bool readTable(const QStringList &list, DpiRangeTable &table)

@@ -4,6 +4,9 @@
 
 #include <array>
 
+/** Above any sensor; keeps sums and products of DPI values in an int. */
+constexpr int highestDpi = 1000000;
+
 /** A stretch of DPI values that a sensor can have: from min to max in steps. */
 struct DpiRangeRow
 {
@@ -29,7 +32,7 @@ struct DpiRangeTable
 /**
  * Reads rows of Min, Max, Step in decimal and the flags in hexadecimal behind them.
  * \return false, with the table as it was and the reason in the log, if there are no rows or more than four, a number
- * is none, a step isn't above 0 or the rows don't rise.
+ * is none or above highestDpi, a step isn't above 0 or the rows don't rise.
  */
 bool parseDpiRange(const QStringList &list, DpiRangeTable &table);
 

@@ -1,5 +1,7 @@
 #include "sensor/DriverSensor.h"
 
+#include "sensor/DpiRange.h"
+
 #include <QCoreApplication>
 #include <QDebug>
 #include <QFile>
@@ -119,8 +121,10 @@ int DriverSensor::dpi(const QString &sensorName, int wantedCode) const
     for (int index = 0; index < DriverKeys.size(); ++index) {
         const QString &key = DriverKeys.at(index);
         // The value stands behind the I of "DPI" and its underscore, the first capital I of a key.
-        if (DriverValues.at(index) == wantedCode && key.contains(sensorName))
-            return key.midRef(key.indexOf(QLatin1Char('I')) + 2).toInt();
+        if (DriverValues.at(index) == wantedCode && key.contains(sensorName)) {
+            const int dpi = key.midRef(key.indexOf(QLatin1Char('I')) + 2).toInt();
+            return dpi >= 0 && dpi <= highestDpi ? dpi : 0;
+        }
     }
     return 0;
 }

@@ -23,7 +23,7 @@ struct DriverSensor
     bool hasKeysOf(const QString &sensorName) const;
     /** DPI code of a key of exactly this name, -1 without one. */
     int code(const QString &key) const;
-    /** DPI value of the first key of the sensor that has this code, 0 without one. */
+    /** DPI value of the first key of the sensor that has this code; 0 without one, or if its number is out of range. */
     int dpi(const QString &sensorName, int wantedCode) const;
 };
 

@@ -91,7 +91,15 @@ void SensorDPI::blockLevelList(bool block) { form.ChooseEvent->blockSignals(bloc
 void SensorDPI::addLevelItem(int index, const QString &text) { form.ChooseEvent->insertItem(index, text); }
 void SensorDPI::selectLevelItem(int lastLevel) { form.ChooseEvent->setCurrentIndex(lastLevel); }
 
-void SensorDPI::blockSlider(bool block) { form.horizontalSliderC->blockSignals(block); }
+void SensorDPI::blockSlider(bool block)
+{
+    form.horizontalSliderC->blockSignals(block);
+    // The change that selecting a level caused meanwhile went unheard. There is nothing left to swallow, and the next
+    // change is the user's own: it must not be shown and kept from the mouse.
+    if (!block)
+        valueChangeArmed = true;
+}
+
 void SensorDPI::enableSlider() { form.horizontalSliderC->setEnabled(true); }
 void SensorDPI::setSliderMinimum(int dpi) { form.horizontalSliderC->setMinimum(dpi); }
 void SensorDPI::setSliderMaximum(int dpi) { form.horizontalSliderC->setMaximum(dpi); }

@@ -79,9 +79,11 @@ void showRate(SensorForm &form, const FlashDataMap &record, const DeviceAllInfo 
 void showMode(SensorForm &form, const FlashDataMap &record, const DeviceAllInfo &device)
 {
     const bool onFastReceiver = device.ReceiverClass == receiver4K || device.ReceiverClass == receiver2K;
-    if (!SensorUpdate::hasSensorMode())
+    if (!SensorUpdate::hasSensorMode()) {
+        // Back to the first: the mode of the mouse before this one would be a false one.
+        SensorUpdate::offerSensorMode(form, 0);
         form.ModelChoose->setEnabled(false);
-    else if (device.IsCorded || (onFastReceiver && SensorRate::isHighRate(record.ReportRate)))
+    } else if (device.IsCorded || (onFastReceiver && SensorRate::isHighRate(record.ReportRate)))
         SensorUpdate::showCordedMode(form);
     else
         SensorUpdate::offerSensorMode(form, record.SensorMode);

@@ -1,46 +1,21 @@
 #include "app/PostMsg.h"
-#include "productdata/ConfigStore.h"
-#include "sensor/DpiCoding.h"
 #include "sensor/MarkerDrag.h"
-#include "sensor/Sensor.h"
 #include "sensor/SensorDPI.h"
-#include "support/ConnectedMouse.h"
-#include "support/SensorModel.h"
+#include "support/DpiBench.h"
 #include "support/TestHome.h"
 
 #include <QColorDialog>
 #include <QComboBox>
 #include <QDeadlineTimer>
-#include <QLabel>
-#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QSlider>
-#include <QSpinBox>
 #include <QToolButton>
 
-#include <memory>
-
-namespace {
-
-constexpr const char *cards[] = {"BlueButton",  "BrightRedButton", "RedButton",       "YellowButton",
-                                 "GreenButton", "PurpleButton",    "LightBlueButton", "LightYellowButton"};
-
-bool same(const FlashDataMap &one, const FlashDataMap &other) { return std::memcmp(&one, &other, sizeof one) == 0; }
-
-} // namespace
-
 /** The DPI editor on the page, driven with the mouse; what the virtual mouse then does is what counts. */
-class DpiEditorTest : public QObject
+class DpiEditorTest : public DpiBench
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void everyValueReachesTheSensor_data();
-    void everyValueReachesTheSensor();
-    void draggedSlider();
-    void stepButtons_data();
-    void stepButtons();
     void cardChoosesALevel();
     void barChoosesALevelAndOpensTheColours();
     void firstChangeAfterChoosing();
@@ -56,176 +31,7 @@ private Q_SLOTS:
     void silentWhileUpdating_data();
     void silentWhileUpdating();
     void selectedLevelStandsOut();
-
-private:
-    template<typename Widget>
-    Widget *find(const QString &name) const
-    {
-        auto *widget = page->findChild<Widget *>(name);
-        if (!widget)
-            qFatal("no %s", qPrintable(name));
-        return widget;
-    }
-    QToolButton *card(int level) const { return find<QToolButton>(cards[level]); }
-    QToolButton *bar(int level) const { return find<QToolButton>(QLatin1String(cards[level]) + QLatin1Char('A')); }
-    void connectModel(int model);
-    /** Levels in use with these values, the first active, in the mouse and on the page. */
-    void setLevels(int count, int active);
-    void click(QWidget *widget) { QTest::mouseClick(widget, Qt::LeftButton); }
-    void setSlider(int value) { find<QSlider>("horizontalSliderC")->setValue(value); }
-    /** A change that goes to the mouse; choosing a level swallows the one behind it. */
-    void arm();
-    int shownDpi() const { return find<QSpinBox>("spinBoxA")->value(); }
-    int dpiOfTheMouse() const { return VirtualMice::device(id)["dpi"].toInt(); }
-    void dragMarker(QPoint from, QPoint to);
-    QPoint marker() const { return find<QLabel>("label_8")->pos(); }
-    FlashDataMap held() const { return VirtualMice::record(id); }
-
-    std::unique_ptr<Sensor> page;
-    QString id;
 };
-
-void DpiEditorTest::init()
-{
-    VirtualMice::restoreScene();
-    page = std::make_unique<Sensor>();
-    page->show();
-    connectModel(0);
-}
-
-void DpiEditorTest::cleanup()
-{
-    ConnectedMouse::forget();
-    page.reset();
-}
-
-void DpiEditorTest::connectModel(int model)
-{
-    id = model == 0 ? "q1" : "q2";
-    ConnectedMouse::select(model);
-    QVERIFY(ConnectedMouse::read(true));
-}
-
-void DpiEditorTest::setLevels(int count, int active)
-{
-    WorkingRecord::instance().updateAndSend([=](FlashDataMap &record) {
-        record.DpiLevelCount = std::uint8_t(count);
-        record.DpiCurrentLevel = std::uint8_t(active);
-        for (int level = 0; level < 8; ++level)
-            record.DpiLevels[level] = {std::uint8_t(20 + level), std::uint8_t(20 + level), 0,
-                                       std::uint8_t(level),      std::uint8_t(2 * level),  std::uint8_t(3 * level)};
-    });
-    QVERIFY(ConnectedMouse::isWritten(id));
-    page->SlotUpDataSenSorUIB(WorkingRecord::instance().copy());
-}
-
-void DpiEditorTest::arm()
-{
-    auto *const slider = find<QSlider>("horizontalSliderC");
-    const int value = slider->value();
-    setSlider(value == slider->maximum() ? slider->minimum() : slider->maximum());
-    setSlider(value);
-}
-
-// Values -------------------------------------------------------------------------------------------------------------
-
-void DpiEditorTest::everyValueReachesTheSensor_data()
-{
-    QTest::addColumn<int>("model");
-    QTest::addColumn<int>("values");
-    QTest::newRow("Q1") << 0 << 360;
-    QTest::newRow("Q2") << 1 << 93;
-}
-
-/** Every DPI value that the slider can reach is what the sensor then runs at. A round gives one to each level. */
-void DpiEditorTest::everyValueReachesTheSensor()
-{
-    QFETCH(int, model);
-    QFETCH(int, values);
-    connectModel(model);
-    const auto *const slider = find<QSlider>("horizontalSliderC");
-    QList<int> reachable;
-    for (int dpi = slider->minimum(); dpi <= slider->maximum(); dpi += 50) {
-        if (Snap(sensorCoding().DpiRange, dpi).value == dpi)
-            reachable << dpi;
-    }
-    QCOMPARE(reachable.size(), values);
-    const int levels = held().DpiLevelCount;
-    for (int first = 0; first < values; first += levels) {
-        const QList<int> round = reachable.mid(first, levels);
-        for (int level = 0; level < round.size(); ++level) {
-            click(card(level));
-            arm();
-            setSlider(round.at(level));
-            QCOMPARE(shownDpi(), round.at(level));
-        }
-        QVERIFY(ConnectedMouse::isWritten(id));
-        QCOMPARE(dpiOfTheMouse(), round.last());
-        const FlashDataMap flash = held();
-        for (int level = 0; level < round.size(); ++level) {
-            const DpiLevel &stored = flash.DpiLevels[level];
-            QCOMPARE(dpiOnTheMouse(sensorCoding().SensorName, stored.CodeX, stored.Flags), round.at(level));
-            QCOMPARE(stored.CodeY, stored.CodeX);
-        }
-    }
-}
-
-/** A drag with the mouse: the number follows, the value is sent when the handle is let go, and the last one arrives. */
-void DpiEditorTest::draggedSlider()
-{
-    auto *const slider = find<QSlider>("horizontalSliderC");
-    setSlider(5000);
-    const int handle = (slider->width() - 5) * (5000 - slider->minimum()) / (slider->maximum() - slider->minimum()) + 2;
-    QTest::mousePress(slider, Qt::LeftButton, {}, {handle, 10});
-    QSet<int> seen;
-    for (int x = handle; x <= 400; x += 5) {
-        QMouseEvent move(QEvent::MouseMove, QPointF(x, 10), slider->mapToGlobal(QPoint(x, 10)), Qt::NoButton,
-                         Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(slider, &move);
-        QCOMPARE(shownDpi(), Snap(sensorCoding().DpiRange, slider->sliderPosition()).value);
-        seen << shownDpi();
-    }
-    QVERIFY(seen.size() > 40);
-    const int before = dpiOfTheMouse();
-    QTest::mouseRelease(slider, Qt::LeftButton, {}, {400, 10});
-    QTRY_COMPARE(dpiOfTheMouse(), shownDpi());
-    QVERIFY(shownDpi() > 17000 && shownDpi() < 20000 && before < 6000);
-    QCOMPARE(card(held().DpiCurrentLevel)->text(), QString::number(shownDpi()));
-    QVERIFY(ConnectedMouse::isWritten(id));
-}
-
-void DpiEditorTest::stepButtons_data()
-{
-    QTest::addColumn<int>("model");
-    QTest::addColumn<int>("from");
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<int>("to");
-    QTest::newRow("up") << 0 << 1600 << "AddLevelA" << 1650;
-    QTest::newRow("down") << 0 << 1600 << "ReduceLevelA" << 1550;
-    QTest::newRow("up over the gap") << 0 << 10000 << "AddLevelA" << 10100;
-    QTest::newRow("down over the gap") << 0 << 10100 << "ReduceLevelA" << 10000;
-    QTest::newRow("up at the end") << 0 << 26000 << "AddLevelA" << 26000;
-    QTest::newRow("down at the start") << 0 << 50 << "ReduceLevelA" << 50;
-    QTest::newRow("Q2 up over the gap") << 1 << 6200 << "AddLevelA" << 6400;
-    QTest::newRow("Q2 up in the upper row") << 1 << 6400 << "AddLevelA" << 6600;
-    QTest::newRow("Q2 down at the start") << 1 << 100 << "ReduceLevelA" << 100;
-}
-
-void DpiEditorTest::stepButtons()
-{
-    QFETCH(int, model);
-    QFETCH(int, from);
-    QFETCH(QString, button);
-    QFETCH(int, to);
-    connectModel(model);
-    arm();
-    setSlider(from);
-    QTRY_COMPARE(dpiOfTheMouse(), from);
-    click(find<QToolButton>(button));
-    QCOMPARE(shownDpi(), to);
-    QTRY_COMPARE(dpiOfTheMouse(), to);
-    QVERIFY(ConnectedMouse::isWritten(id));
-}
 
 // Levels -------------------------------------------------------------------------------------------------------------
 
@@ -295,24 +101,6 @@ void DpiEditorTest::firstChangeAfterChoosing()
 }
 
 // The marker ---------------------------------------------------------------------------------------------------------
-
-/** Takes the marker at `from` and lets it go at `to`, in coordinates of the editor. */
-void DpiEditorTest::dragMarker(QPoint from, QPoint to)
-{
-    auto *const editor = find<QWidget>("frameDpi");
-    const auto send = [editor](QEvent::Type type, QPoint point, Qt::MouseButton button, Qt::MouseButtons held) {
-        // What the window system sees is the child under the pointer; where the event ends is the program's affair.
-        QWidget *const under = type == QEvent::MouseMove ? nullptr : editor->childAt(point);
-        QWidget *const receiver = under ? under : editor;
-        QMouseEvent event(type, receiver->mapFrom(editor, point), editor->mapToGlobal(point), button, held,
-                          Qt::NoModifier);
-        QCoreApplication::sendEvent(receiver, &event);
-    };
-    send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
-    for (int part = 1; part <= 20; ++part)
-        send(QEvent::MouseMove, from + (to - from) * part / 20, Qt::NoButton, Qt::LeftButton);
-    send(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
-}
 
 void DpiEditorTest::markerDrag_data()
 {

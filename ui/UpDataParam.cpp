@@ -32,6 +32,7 @@ void UpDataParam::onTimeupDestroy()
     // A copy: the operation may serve the event loop, and so meet the next wait.
     if (const auto operation = timeUp)
         operation();
-    if (self && isVisible())
+    // Not over a wait that began meanwhile.
+    if (self && isVisible() && !isWaiting())
         accept();
 }

@@ -202,11 +202,12 @@ ControlResult fault(const Context &context)
 {
     const FaultKind kind = faultByName(context.arguments[1].toStdString());
     const int answers = numberAt(context, 2, 1);
+    const int after = numberAt(context, 3, 0);
     if (kind == FaultKind::None)
         return failure(QStringLiteral("the kind is none of drop, stall, garbage, short"));
-    if (answers < 0)
+    if (answers < 0 || after < 0)
         return failure(QStringLiteral("the number of answers isn't a number"));
-    return deviceOrFailure(context, context.bus.setFault(idOf(context), kind, answers));
+    return deviceOrFailure(context, context.bus.setFault(idOf(context), kind, answers, after));
 }
 
 ControlResult stats(const Context &context)
@@ -244,7 +245,7 @@ constexpr Command commands[] = {
     {"rate", "ID CODE", 2, 2, rate},
     {"profile", "ID N", 2, 2, profile},
     {"battery", "ID PERCENT [charging]", 2, 3, battery},
-    {"fault", "ID KIND [N]", 2, 3, fault},
+    {"fault", "ID KIND [N [AFTER]]", 2, 4, fault},
     {"stats", "", 0, 0, stats},
 };
 

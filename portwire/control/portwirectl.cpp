@@ -19,7 +19,7 @@ const char usage[] = "usage: portwirectl COMMAND [ARGUMENT...]\n"
                      "  rate ID CODE                     8, 4, 2, 1, 16, 32 for 125 to 4000 Hz\n"
                      "  profile ID N                     another stored profile, 0 to 3\n"
                      "  battery ID PERCENT [charging]    another charge\n"
-                     "  fault ID KIND [N]                the next N answers: drop, stall, garbage or short\n"
+                     "  fault ID KIND [N [AFTER]]        N answers, after AFTER good ones: drop, stall, garbage or short\n"
                      "  stats                            counts of reports\n";
 
 } // namespace

@@ -10,6 +10,10 @@ namespace {
 constexpr int maxTries = 3;
 constexpr std::chrono::milliseconds tryTime{10};
 
+/** A device that is back answers within two frames of the bus; one that is late by that is heard all the same. */
+constexpr std::chrono::milliseconds probeTime{2};
+constexpr std::chrono::milliseconds silenceTime{100};
+
 } // namespace
 
 Channel::Channel(std::unique_ptr<Endpoint> endpoint, std::shared_ptr<Statistics> statistics)
@@ -31,6 +35,22 @@ std::optional<Frame> Channel::ask(const Request &request)
             return answer;
     }
     return std::nullopt;
+}
+
+std::optional<Frame> Channel::probe(const Request &request)
+{
+    using Clock = std::chrono::steady_clock;
+    const unsigned heardBefore = reception->heard();
+    std::unique_lock lock(silenceMutex);
+    const bool isSilent = Clock::now() < silentUntil && silentSince == heardBefore;
+    lock.unlock();
+    auto answer = isSilent ? reception->ask(request, probeTime) : ask(request);
+    if (!answer) {
+        lock.lock();
+        silentUntil = Clock::now() + silenceTime;
+        silentSince = heardBefore;
+    }
+    return answer;
 }
 
 bool Channel::isGone() const { return reception->isGone(); }

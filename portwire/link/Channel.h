@@ -20,6 +20,12 @@ public:
      */
     std::optional<Frame> ask(const Request &request);
 
+    /**
+     * As ask(), for questions that are put again and again, as a scan does: after one that stayed without an answer,
+     * the next ones wait only 2 ms, until 100 ms have passed or the device has sent anything.
+     */
+    std::optional<Frame> probe(const Request &request);
+
     /** The device has left the bus; this channel never answers again. */
     bool isGone() const;
 
@@ -28,6 +34,10 @@ public:
 
 private:
     const std::shared_ptr<Reception> reception;
+
+    std::mutex silenceMutex;
+    std::chrono::steady_clock::time_point silentUntil{}; ///< a probe came to nothing a moment ago
+    unsigned silentSince = 0;                            ///< what the device had sent by then
 };
 
 } // namespace portwire

@@ -23,10 +23,12 @@ std::shared_ptr<Channel> Channels::find(const std::string &path)
 
 std::optional<Frame> Channels::ask(const std::string &path, const Request &request)
 {
+    // The two questions of a scan. A device that is dead would keep whoever scans waiting for each of them.
+    const bool isProbe = request.code == ReportCode::DeviceInfo || request.code == ReportCode::Online;
     auto channel = find(path);
     std::optional<Frame> answer;
     if (channel)
-        answer = channel->ask(request);
+        answer = isProbe ? channel->probe(request) : channel->ask(request);
     // A channel learns only from its reader thread or a request that the device has gone, maybe to come back since.
     if (channel && !answer && channel->isGone() && (channel = find(path)))
         answer = channel->ask(request);

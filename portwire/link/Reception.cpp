@@ -64,10 +64,13 @@ void Reception::drain()
     Report report;
     while (endpoint->takeReport(report)) {
         ++counters->received;
-        if (auto frame = decodeFrame(report))
-            sort(std::move(*frame));
-        else
+        auto frame = decodeFrame(report);
+        if (!frame) {
             ++counters->dropped;
+            continue;
+        }
+        ++heardReports;
+        sort(std::move(*frame));
     }
 }
 

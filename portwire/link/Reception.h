@@ -4,6 +4,7 @@
 #include "portwire/link/Statistics.h"
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
@@ -40,6 +41,8 @@ public:
     /** Ends run() and all waiting. */
     void close();
     bool isGone() const;
+    /** Number of whole reports that the device has sent. */
+    unsigned heard() const { return heardReports; }
     void setListener(std::shared_ptr<const ReportListener> newListener);
 
     Statistics &statistics() { return *counters; }
@@ -62,6 +65,7 @@ private:
     const std::unique_ptr<Endpoint> endpoint;
     const std::shared_ptr<Statistics> counters;
 
+    std::atomic<unsigned> heardReports{0};
     std::mutex drainMutex; ///< reports are taken and sorted by one thread at a time, so that their order stays
     mutable std::mutex mutex;
     std::array<Waiting *, 256> waitingBySequence{};

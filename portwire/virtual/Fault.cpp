@@ -31,9 +31,10 @@ Report Fault::shortened(Report answer) const
     return answer;
 }
 
-void Fault::set(FaultKind newKind, int answers)
+void Fault::set(FaultKind newKind, int answers, int after)
 {
     kind = newKind;
+    passing = std::max(after, 0);
     remaining = std::max(answers, 0);
 }
 
@@ -41,9 +42,10 @@ std::vector<Report> Fault::pass(Report answer)
 {
     std::vector<Report> arriving = std::move(stalled);
     stalled.clear();
-    const FaultKind now = remaining > 0 ? kind : FaultKind::None;
-    if (remaining > 0)
-        --remaining;
+    const FaultKind now = passing == 0 && remaining > 0 ? kind : FaultKind::None;
+    int &counted = passing > 0 ? passing : remaining;
+    if (counted > 0)
+        --counted;
     switch (now) {
     case FaultKind::Drop:
         return arriving;

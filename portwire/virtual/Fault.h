@@ -22,7 +22,8 @@ FaultKind faultByName(std::string_view name);
 class Fault
 {
 public:
-    void set(FaultKind newKind, int answers);
+    /** \param after answers that pass before the first spoiled one, to hit a step in the middle of a dialogue */
+    void set(FaultKind newKind, int answers, int after = 0);
 
     /** The reports that arrive when the device sends this answer: none, one or more. */
     std::vector<Report> pass(Report answer);
@@ -31,6 +32,7 @@ private:
     Report shortened(Report answer) const;
 
     FaultKind kind = FaultKind::None;
+    int passing = 0;
     int remaining = 0;
     std::vector<Report> stalled;
     std::uint32_t random = 0x2545F491; ///< any start but 0; the same bytes in each run

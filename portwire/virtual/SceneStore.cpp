@@ -21,6 +21,10 @@ const char flashMark[] = "PWFLASH1";
 constexpr int markSize = sizeof flashMark - 1;
 constexpr int flashFileSize = markSize + 2 + 1 + static_cast<int>(VirtualMouse::profileCount * FirmwareFlash::size);
 
+/** Far more than anyone plugs in; each mouse takes 27 KB of memory and of the folder. */
+constexpr std::size_t mostMice = 32;
+constexpr std::size_t mostReceivers = 32;
+
 /** An id is part of a file name, so nothing but this is taken from the file. */
 bool isGoodId(const QString &id)
 {
@@ -131,7 +135,7 @@ std::optional<Scene> SceneStore::load()
     Scene scene;
     for (const QJsonValue &value : root.value(QLatin1String("mice")).toArray()) {
         Scene::Mouse mouse = mouseFrom(value.toObject());
-        if (mouse.id.empty())
+        if (mouse.id.empty() || scene.mice.size() == mostMice)
             continue;
         mouse.stored.profiles.fill(FirmwareFlash::factory(mouse.model));
         loadFlash(mouse);
@@ -139,7 +143,7 @@ std::optional<Scene> SceneStore::load()
     }
     for (const QJsonValue &value : root.value(QLatin1String("receivers")).toArray()) {
         Scene::Receiver receiver = receiverFrom(value.toObject());
-        if (!receiver.id.empty())
+        if (!receiver.id.empty() && scene.receivers.size() < mostReceivers)
             scene.receivers.push_back(std::move(receiver));
     }
     return scene;

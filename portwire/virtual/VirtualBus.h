@@ -56,7 +56,7 @@ public:
     std::string changeRate(const std::string &id, int code);
     std::string changeProfile(const std::string &id, int index);
     std::string setBattery(const std::string &id, int percent, bool isCharging);
-    std::string setFault(const std::string &id, FaultKind kind, int answers);
+    std::string setFault(const std::string &id, FaultKind kind, int answers, int after = 0);
     /** Presses and lets go a button. \param events what comes of it */
     std::string press(const std::string &id, int slot, std::vector<HidEvent> &events);
     /** The 10,428 bytes that the mouse's active profile means. */

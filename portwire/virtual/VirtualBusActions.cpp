@@ -157,14 +157,14 @@ std::string VirtualBus::press(const std::string &id, int slot, std::vector<HidEv
     });
 }
 
-std::string VirtualBus::setFault(const std::string &id, FaultKind kind, int answers)
+std::string VirtualBus::setFault(const std::string &id, FaultKind kind, int answers, int after)
 {
     const std::lock_guard lock(mutex);
     Mouse *const mouse = findMouse(id);
     Receiver *const receiver = findReceiver(id);
     if (!mouse && !receiver)
         return noSuchDevice;
-    (mouse ? mouse->fault : receiver->fault).set(kind, answers);
+    (mouse ? mouse->fault : receiver->fault).set(kind, answers, after);
     return {};
 }
 
