@@ -190,8 +190,7 @@ void DialogChange::showEntry(int index)
     entry.setOfflineTip(offlineTip1 + QLatin1Char('\n') + offlineTip2);
 }
 
-// Devices that can't be told apart
-// -------------------------------------------------------------------------------------
+// Devices that can't be told apart -----------------------------------------------------------------------------------
 
 /**
  * Runs apart from the scan: a scan that stood in a prompt would not be called again, and could not see the cause go.

@@ -75,6 +75,7 @@ private Q_SLOTS:
     void dispatcherDropsRubbish();
     void ratesOfACordedMouse();
     void twoRereadsInThreeSeconds();
+    void resetOfOneMouseSparesTheNext();
     void cacheFile();
     void damagedCache_data();
     void damagedCache();
@@ -107,8 +108,7 @@ void DeviceLinkTest::connectMouse()
     QCOMPARE(bytesOf(WorkingRecord::instance().copy()), bytesOf(VirtualMice::record("q1")));
 }
 
-// Setters
-// --------------------------------------------------------------------------------------------------------------
+// Setters ------------------------------------------------------------------------------------------------------------
 
 void DeviceLinkTest::setter_data()
 {
@@ -230,8 +230,7 @@ void DeviceLinkTest::manyChangesOfOneField()
     QVERIFY2(written > 0 && written <= 60, qPrintable(QStringLiteral("%1 write reports").arg(written)));
 }
 
-// Identification
-// -------------------------------------------------------------------------------------------------------
+// Identification -----------------------------------------------------------------------------------------------------
 
 void DeviceLinkTest::identify_data()
 {
@@ -264,8 +263,7 @@ void DeviceLinkTest::identify()
     QCOMPARE(info.ModelIndex, 2);
 }
 
-// Reports
-// --------------------------------------------------------------------------------------------------------------
+// Reports ------------------------------------------------------------------------------------------------------------
 
 void DeviceLinkTest::dispatcherTakesChangesMadeOnTheMouse()
 {
@@ -342,8 +340,34 @@ void DeviceLinkTest::twoRereadsInThreeSeconds()
     QVERIFY(ReconnectRequested);
 }
 
-// Cache files
-// ----------------------------------------------------------------------------------------------------------
+/** The record that a reset waits for never comes, the user goes back and takes the other mouse. */
+void DeviceLinkTest::resetOfOneMouseSparesTheNext()
+{
+    const auto connectTo = [](const QString &mouse) {
+        select(mouse);
+        LinkUp = false;
+        startReportLink(DevicePath().get().constData());
+        UsbServer_ReadAllFlashData();
+        return QTest::qWaitFor([] { return LinkUp.load(); });
+    };
+    QVERIFY(connectTo("q2"));
+    QVERIFY(SetMacro(4, {6, 0, 1}, {2, "Ab", 2, {{0, 1, 4, 10}, {1, 1, 4, 0}}}));
+    QTRY_COMPARE(int{VirtualMice::record("q2").MacroSlots[4].EventCount}, 2);
+    endReportLink();
+
+    QVERIFY(connectTo("q1"));
+    VirtualMice::tell({"fault", "q1", "drop", "1000000"});
+    const std::array<std::uint8_t, 5> reset{0, 9, 0, 0, 0};
+    runOnThread([&reset] { dispatchReport(reset.data(), 5, nullptr, 0); });
+    endReportLink();
+
+    QVERIFY(connectTo("q2"));
+    QVERIFY(SetReportRate(4));
+    QTRY_COMPARE(int{VirtualMice::record("q2").ReportRate}, 4);
+    QCOMPARE(int{VirtualMice::record("q2").MacroSlots[4].EventCount}, 2);
+}
+
+// Cache files --------------------------------------------------------------------------------------------------------
 
 void DeviceLinkTest::cacheFile()
 {

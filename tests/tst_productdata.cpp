@@ -83,8 +83,7 @@ void ProductDataTest::settingsSurviveAnotherReader()
     QCOMPARE(settings->language(), 0);
 }
 
-// Damaged data beside the executable: a copy of this program is run in a folder of its own
-// ------------------------------
+// Damaged data beside the executable: a copy of this program is run in a folder of its own ---------------------------
 
 /** What the copy prints of what it could read. */
 void ProductDataTest::probe()

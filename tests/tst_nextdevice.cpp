@@ -1,0 +1,209 @@
+#include "app/ChooserList.h"
+#include "app/DialogMain.h"
+#include "app/Ending.h"
+#include "app/PostMsg.h"
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/SelectedDevice.h"
+#include "devicelink/WorkingRecord.h"
+#include "productdata/UserFolders.h"
+#include "support/Program.h"
+#include "support/TestHome.h"
+#include "support/VirtualMice.h"
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTimer>
+
+#include <cstring>
+
+/** What is left of one device must not be done to the next: going back, pulling, exits, in the middle of things. */
+class NextDeviceTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void clickOnADeviceThatWasJustPulled_data();
+    void clickOnADeviceThatWasJustPulled();
+    void filledPagesDontAnswerForTheNextMouse();
+    void aRereadIsNotTheNextMouses();
+    void goingBackEndsEverything();
+    void cableDuringTheWait();
+    void promptsOfTheGraceTime();
+    void closingTheWindowSavesTheRecord();
+};
+
+namespace {
+
+int entryOf(int kind) { return ChooserList::devices()[0].DeviceKind == kind ? 0 : 1; }
+
+QString cacheFile() { return UserFolders::path(UserFolders::Folder::DeviceInfo) + '/' + LoadFileName().get(); }
+
+} // namespace
+
+void NextDeviceTest::init()
+{
+    VirtualMice::restoreScene();
+    Program::forgetDevice();
+}
+
+void NextDeviceTest::clickOnADeviceThatWasJustPulled_data()
+{
+    QTest::addColumn<bool>("another");
+    QTest::newRow("the only one of its model") << false;
+    QTest::newRow("with a second receiver of its model") << true;
+}
+
+/** The picture is still there while the bus has not been quiet long enough for a new scan. */
+void NextDeviceTest::clickOnADeviceThatWasJustPulled()
+{
+    QFETCH(bool, another);
+    if (another)
+        VirtualMice::add("q1", "1k");
+    Program program;
+    QTRY_COMPARE(program.entryCount(), another ? 3 : 2);
+    const QString receiver = VirtualMice::receiverOf("q1");
+    int clicked = 0;
+    for (int index = 0; index < program.entryCount(); ++index) {
+        if (ChooserList::devices()[index].Path == VirtualMice::device(receiver)["path"].toString())
+            clicked = index;
+    }
+    VirtualMice::tell({"unplug", receiver});
+    program.click(QStringLiteral("btn%1").arg(clicked));
+    QTRY_COMPARE(program.entryCount(), another ? 2 : 1);
+    QVERIFY(!program.isDeviceWindowShown());
+    QVERIFY(!DeviceWindowOpen);
+    QVERIFY(program.connectEntry(0));
+}
+
+void NextDeviceTest::filledPagesDontAnswerForTheNextMouse()
+{
+    Program program;
+    QTRY_COMPARE(program.entryCount(), 2);
+    QVERIFY(program.connectEntry(entryOf(1)));
+    program.click("UpArrow");
+    QTRY_VERIFY(!program.isDeviceWindowShown());
+    SensorUiLoaded = LightUiLoaded = ButtonUiLoaded = true; // as a re-read leaves them
+    QTRY_COMPARE(program.entryCount(), 2);
+    VirtualMice::tell({"fault", "q2", "drop", "1000000"});
+    program.forgetPrompts();
+    program.whenShown("MouseOffLine", [&program] {
+        postMsg()->post(&PostMsg::SigCloseOffOnline);
+        program.clickSoon("UpArrow");
+    });
+    program.click(QStringLiteral("btn%1").arg(entryOf(2)));
+    QTRY_COMPARE(program.shownPrompts(), (QStringList{"UpDataParam", "MouseOffLine"}));
+    VirtualMice::tell({"fault", "q2", "drop", "0"});
+    QTRY_VERIFY(!program.isDeviceWindowShown());
+}
+
+void NextDeviceTest::aRereadIsNotTheNextMouses()
+{
+    Program program;
+    QTRY_COMPARE(program.entryCount(), 2);
+    QVERIFY(program.connectEntry(entryOf(1)));
+    RereadPending = true;
+    ReconnectRequested = true;
+    program.click("UpArrow");
+    QTRY_VERIFY(!program.isDeviceWindowShown());
+    QTRY_COMPARE(program.entryCount(), 2);
+    QSignalSpy waits(postMsg(), &PostMsg::SigUpDataParam);
+    QVERIFY(program.connectEntry(entryOf(2)));
+    QCOMPARE(waits.count(), 1);
+    QCOMPARE(waits.first().first().toInt(), 0);
+    QTRY_COMPARE(QFileInfo(cacheFile()).size(), 10432); // the first connect of a model makes its cache
+}
+
+/** However far the connect had come: on the chooser no report of the mouse reaches the pages any more. */
+void NextDeviceTest::goingBackEndsEverything()
+{
+    Program program;
+    QRandomGenerator random(20261124);
+    for (int round = 0; round < 20; ++round) {
+        QTRY_COMPARE(program.entryCount(), 2);
+        VirtualMice::tell({round % 3 == 2 ? "sleep" : "wake", "q1"});
+        const int moment = static_cast<int>(random.bounded(12));
+        // The wait prompt stands before the window, and the way back goes by its close button first.
+        program.whenShown("UpDataParam", [] {
+            if (QWidget *const prompt = QApplication::activeModalWidget())
+                prompt->close();
+        });
+        program.click(QStringLiteral("btn%1").arg(entryOf(1)));
+        QTest::qWait(moment);
+        program.click("UpArrow");
+        QTRY_VERIFY(!program.isDeviceWindowShown());
+        VirtualMice::tell({"wake", "q1"});
+        QTest::qWait(30); // a report that was being shown when the link ended may still finish
+        QSignalSpy reports(postMsg(), &PostMsg::SigBattery);
+        VirtualMice::tell({"battery", "q1", QString::number(20 + round)});
+        QTest::qWait(30);
+        QCOMPARE(reports.count(), 0);
+        QTRY_VERIFY(!program.isPromptShown());
+    }
+}
+
+void NextDeviceTest::cableDuringTheWait()
+{
+    Program program;
+    QTRY_COMPARE(program.entryCount(), 2);
+    bool isPlugged = false;
+    program.whenShown("UpDataParam", [&isPlugged] {
+        if (!std::exchange(isPlugged, true))
+            VirtualMice::tell({"plug", "q1"});
+    });
+    program.click(QStringLiteral("btn%1").arg(entryOf(1)));
+    QTRY_VERIFY(SelectInfo().get().IsCorded);
+    QTRY_VERIFY(program.isConnected());
+    QTest::qWait(Wait::scaled(11000)); // the time that a second, false wait would take
+    QVERIFY(!program.shownPrompts().contains("MouseOffLine"));
+    const FlashDataMap held = VirtualMice::record("q1");
+    const FlashDataMap shown = WorkingRecord::instance().copy();
+    QVERIFY(std::memcmp(&held, &shown, sizeof held) == 0);
+}
+
+/** A prompt that opened while the program is ending would hold the end up until the user answers it. */
+void NextDeviceTest::promptsOfTheGraceTime()
+{
+    Program program;
+    QTRY_COMPARE(program.entryCount(), 2);
+    QVERIFY(program.connectEntry(entryOf(1)));
+    program.forgetPrompts();
+    Wait::setScale(1.0); // the grace time in full
+    QTimer::singleShot(0, [&program] { Ending::begin(program.window()); });
+    for (const int moment : {0, 20, 150}) {
+        QTimer::singleShot(moment, [] {
+            postMsg()->post(&PostMsg::SigMouseOffLineo, 0);
+            postMsg()->post(&PostMsg::SigUpDataParam, 0);
+        });
+    }
+    QTimer rescue; // so that a failure doesn't take the test's whole time
+    rescue.setSingleShot(true);
+    connect(&rescue, &QTimer::timeout, [] {
+        while (QWidget *const prompt = QApplication::activeModalWidget())
+            prompt->close();
+    });
+    rescue.start(3000);
+    QElapsedTimer time;
+    time.start();
+    QApplication::exec();
+    Wait::setScale(0.02);
+    QCOMPARE(program.shownPrompts(), QStringList());
+    QVERIFY2(time.elapsed() < 2000, qPrintable(QString::number(time.elapsed())));
+}
+
+void NextDeviceTest::closingTheWindowSavesTheRecord()
+{
+    Program program;
+    QTRY_COMPARE(program.entryCount(), 2);
+    QVERIFY(program.connectEntry(entryOf(1)));
+    const QString cache = cacheFile();
+    QTRY_VERIFY(QFileInfo::exists(cache));
+    QFile::remove(cache);
+    QTimer::singleShot(0, [&program] { program.window()->close(); });
+    QApplication::exec();
+    QCOMPARE(QFileInfo(cache).size(), 10432);
+}
+
+HALVARION_TEST_MAIN(NextDeviceTest)
+#include "tst_nextdevice.moc"
