@@ -6,21 +6,22 @@
 
 namespace {
 
-const char usage[] = "usage: portwirectl COMMAND [ARGUMENT...]\n"
-                     "Drives the virtual bus of the program that runs. The output is JSON.\n\n"
-                     "  devices                          lists every device\n"
-                     "  record ID                        the 10,428-byte record as the mouse holds it, raw\n"
-                     "  add MODEL LINK                   q1, q2 or unknown on cable, 1k, 2k or 4k; gives the id\n"
-                     "  remove ID                        a mouse with its receiver, or a receiver, less\n"
-                     "  plug ID, unplug ID               a receiver, or the cable of a mouse\n"
-                     "  sleep ID, wake ID                the mouse\n"
-                     "  press ID SLOT                    a button of the mouse, 0 to 15; gives the events, one a line\n"
-                     "  dpi ID LEVEL                     another DPI level, from 0, chosen on the mouse\n"
-                     "  rate ID CODE                     8, 4, 2, 1, 16, 32 for 125 to 4000 Hz\n"
-                     "  profile ID N                     another stored profile, 0 to 3\n"
-                     "  battery ID PERCENT [charging]    another charge\n"
-                     "  fault ID KIND [N [AFTER]]        N answers, after AFTER good ones: drop, stall, garbage or short\n"
-                     "  stats                            counts of reports\n";
+const char usage[] =
+    "usage: portwirectl COMMAND [ARGUMENT...]\n"
+    "Drives the virtual bus of the program that runs. The output is JSON.\n\n"
+    "  devices                          lists every device\n"
+    "  record ID                        the 10,428-byte record as the mouse holds it, raw\n"
+    "  add MODEL LINK                   q1, q2 or unknown on cable, 1k, 2k or 4k; gives the id\n"
+    "  remove ID                        a mouse with its receiver, or a receiver, less\n"
+    "  plug ID, unplug ID               a receiver, or the cable of a mouse\n"
+    "  sleep ID, wake ID                the mouse\n"
+    "  press ID SLOT                    a button of the mouse, 0 to 15; gives the events, one a line\n"
+    "  dpi ID LEVEL                     another DPI level, from 0, chosen on the mouse\n"
+    "  rate ID CODE                     8, 4, 2, 1, 16, 32 for 125 to 4000 Hz\n"
+    "  profile ID N                     another stored profile, 0 to 3\n"
+    "  battery ID PERCENT [charging]    another charge\n"
+    "  fault ID KIND [N [AFTER]]        N answers, after AFTER good ones: drop, stall, garbage or short\n"
+    "  stats                            counts of reports\n";
 
 } // namespace
 
