@@ -34,9 +34,29 @@ ctl wake q1 >/dev/null
 check "it goes by itself, and the wait for the new record too" 25 no_prompt
 shot sensor-q1-awake
 
+echo "DPI by hand and by the mouse's own button"
+drag 258 182 500 182
+check "the dragged DPI is what the mouse uses" 3 device_says q1 '.level == 2 and .dpi > 10000 and .dpi < 16000'
+shot sensor-q1-dragged
+ctl dpi q1 4 >/dev/null
+check "the mouse's button changes its level" 2 device_says q1 '.level == 4'
+shot sensor-q1-level-5
+
 echo "The lighting page"
 lighting_page
 shot lighting-q1
+choose_effect 2
+check "the effect is in the mouse's flash" 3 byte_is q1 67 2
+hover 780 650
+shot lighting-q1-colours
+click 640 478
+check "a colour from the strip is in the flash" 3 device_says q1 \
+    '[.light.red, .light.green, .light.blue] | max == 255 and min == 0 and .[0] == 255 and .[1] > 50'
+hover 780 650
+shot lighting-q1-picked
+choose_effect 0
+check "the light is off, and its effect kept" 3 device_says q1 '.light.on == false and .light.mode == 2'
+shot lighting-q1-off
 sensor_page
 
 echo "The cable takes over"
