@@ -73,11 +73,11 @@ Dialog::~Dialog() = default;
 
 void Dialog::makePages()
 {
-    buttonPage = new Buttoninterface;
-    lightPage = new LampLight;
-    macroPage = new Macro;
-    sensorPage = new Sensor;
-    settingPage = new ::FormSetting;
+    buttonPage = new Buttoninterface(ui->stackedWidgetDialog);
+    lightPage = new LampLight(ui->stackedWidgetDialog);
+    macroPage = new Macro(ui->stackedWidgetDialog);
+    sensorPage = new Sensor(ui->stackedWidgetDialog);
+    settingPage = new ::FormSetting(ui->stackedWidgetDialog);
     for (QWidget *page : std::initializer_list<QWidget *>{buttonPage, sensorPage, macroPage, lightPage, settingPage})
         ui->stackedWidgetDialog->addWidget(page);
 }

@@ -38,8 +38,8 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     ui->setupUi(this);
     connect(postMsg(), &PostMsg::SigChangeLanguage, this, &DialogMain::SlotChangeLanguage);
     takeInstallersLanguage();
-    chooser = new DialogChange;
-    deviceWindow = new Dialog;
+    chooser = new DialogChange(ui->stackedWidget);
+    deviceWindow = new Dialog(ui->stackedWidget);
     ui->stackedWidget->addWidget(chooser);
     ui->stackedWidget->addWidget(deviceWindow);
     ui->stackedWidget->setCurrentIndex(chooserPage);

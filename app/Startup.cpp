@@ -8,6 +8,7 @@
 #include "ui/ExeIsRun.h"
 
 #include <QApplication>
+#include <QPixmapCache>
 
 int runProgram(int &argc, char **argv)
 {
@@ -19,6 +20,7 @@ int runProgram(int &argc, char **argv)
     QApplication application(argc, argv);
     // A prompt that closes while the window sits in the tray is, to Qt, the last window closed. The exit path quits.
     QApplication::setQuitOnLastWindowClosed(false);
+    QPixmapCache::setCacheLimit(32768);
     setUpFonts();
     if (!InstanceGuard::instance().take()) {
         ExeIsRun prompt;

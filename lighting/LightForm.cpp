@@ -17,11 +17,11 @@ namespace {
 
 struct LabelPlace
 {
-    QLabel *LightForm::*member;
-    const char *name;
-    const char *text;
+    QLabel *LightForm::*member = nullptr;
+    const char *name = "";
+    const char *text = "";
     QRect place;
-    bool inColourPanel;
+    bool inColourPanel = false;
 };
 
 constexpr LabelPlace labels[] = {

@@ -67,8 +67,8 @@ std::array<QPointF, lampCount> lamps()
         const QPointF at = side.pointAtPercent(percent);
         const qreal angle = qDegreesToRadians(side.angleAtPercent(percent));
         const QPointF outside = at + stripGap * QPointF(std::sin(angle), std::cos(angle));
-        points[std::size_t(half + number)] = outside;
-        points[std::size_t(half - 1 - number)] = mirrored(outside);
+        points[static_cast<std::size_t>(half) + static_cast<std::size_t>(number)] = outside;
+        points[static_cast<std::size_t>(half) - 1 - static_cast<std::size_t>(number)] = mirrored(outside);
     }
     return points;
 }

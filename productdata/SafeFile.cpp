@@ -8,18 +8,21 @@
 
 namespace {
 
-/** Reads the digits of an escape in an INI file, of any number, and moves `at` behind them. */
-char escapedCharacter(const QByteArray &content, int &at, int base)
+/** Appends the character of an escape of an INI file with any number of digits, and moves `at` behind them. */
+void appendEscaped(QByteArray &plain, const QByteArray &content, int &at, int base)
 {
+    const int first = at;
     unsigned value = 0;
-    for (bool isDigit = true; at < content.size(); ++at) {
+    for (; at < content.size(); ++at) {
+        bool isDigit = false;
         const unsigned digit = content.mid(at, 1).toUInt(&isDigit, base);
         if (!isDigit)
             break;
         value = value * static_cast<unsigned>(base) + digit;
     }
     value &= 0xffffU; // QSettings makes one UTF-16 unit of it
-    return value < 0x80U ? static_cast<char>(value) : '?';
+    if (at > first)   // and nothing of an escape without digits
+        plain += value < 0x80U ? static_cast<char>(value) : '?';
 }
 
 /**
@@ -36,7 +39,7 @@ QByteArray unescaped(const QByteArray &content)
             const char escape = content.at(at++);
             const bool isOctal = escape >= '0' && escape <= '7';
             if (isOctal || escape == 'x')
-                plain += escapedCharacter(content, isOctal ? --at : at, isOctal ? 8 : 16);
+                appendEscaped(plain, content, isOctal ? --at : at, isOctal ? 8 : 16);
             else if (escape != '\0' && std::strchr(named, escape))
                 plain += '?';
         } else if (character == '\xEF' && content.mid(at, 2) == "\xBB\xBF") {

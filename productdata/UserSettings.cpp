@@ -1,5 +1,6 @@
 #include "productdata/UserSettings.h"
 
+#include "productdata/LanguageFile.h"
 #include "productdata/SafeFile.h"
 #include "productdata/UserFolders.h"
 
@@ -81,6 +82,10 @@ void UserSettings::remove(const QString &section, const QString &key)
     save();
 }
 
-int UserSettings::language() const { return read(languageName, languageName).toInt(); }
+int UserSettings::language() const
+{
+    const int index = read(languageName, languageName).toInt();
+    return index >= 0 && index < LanguageFile::languageCount ? index : 0;
+}
 
 void UserSettings::setLanguage(int index) { write(languageName, languageName, QString::number(index)); }

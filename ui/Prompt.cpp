@@ -69,7 +69,7 @@ Prompt::Prompt(const PromptDescription &description, const char *element)
 Prompt::~Prompt()
 {
     // The base class hides what still shows, but then it is too late to give the keyboard back.
-    setVisible(false);
+    Prompt::setVisible(false);
 }
 
 void Prompt::addButtons(const PromptDescription &description)

@@ -104,7 +104,7 @@ private:
     QString labelElement;
     QFrame *pictureFrame;
     QLabel *textLabel;
-    QToolButton *closeButton;
+    QToolButton *closeButton = nullptr;
     QToolButton *confirmButton = nullptr;
 
     bool keyboardWanted = false;         ///< from showing until the window is on the screen

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr qint64 largestEntry = 64 * 1024; // bytes; ours has some 200
+constexpr qint64 largestEntry = qint64{64} * 1024; // bytes; ours has some 200
 
 QString entryFile()
 {

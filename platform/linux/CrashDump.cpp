@@ -35,7 +35,8 @@ constexpr Fault faults[] = {
 };
 
 constexpr char fileNameForm[] = "/yyyy_MM_dd_hh_mm_ss.dmp";
-constexpr std::size_t alternateStackSize = 128 * 1024; // the unwinder takes some 10 KiB, sanitizers several times that
+constexpr std::size_t alternateStackSize =
+    std::size_t{128} * 1024; // the unwinder takes some 10 KiB, sanitizers several times that
 constexpr int maximumFrames = 128;
 constexpr unsigned writeLimitSeconds = 5; // the symbol look-up takes the loader's lock, which may never come free
 

@@ -20,7 +20,7 @@ namespace {
 
 using platform::programName;
 
-constexpr qint64 largestFile = 16 * 1024 * 1024; // bytes; a file of some ten lines is usual
+constexpr qint64 largestFile = qint64{16} * 1024 * 1024; // bytes; a file of some ten lines is usual
 
 QMutex registryMutex;
 

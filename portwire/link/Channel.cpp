@@ -39,25 +39,35 @@ std::optional<Frame> Channel::ask(const Request &request)
 
 std::optional<Frame> Channel::probe(const Request &request)
 {
-    using Clock = std::chrono::steady_clock;
-    const unsigned heardBefore = reception->heard();
-    std::unique_lock lock(silenceMutex);
-    const bool isSilent = Clock::now() < silentUntil && silentSince == heardBefore;
-    lock.unlock();
-    auto answer = isSilent ? reception->ask(request, probeTime) : ask(request);
-    if (!answer) {
-        lock.lock();
-        silentUntil = Clock::now() + silenceTime;
-        silentSince = heardBefore;
-    }
+    const std::optional<std::chrono::milliseconds> onlyTry = timeOfProbe();
+    auto answer = onlyTry ? reception->ask(request, *onlyTry) : ask(request);
+    const std::lock_guard lock(silenceMutex);
+    silentUntil = answer ? Clock::time_point() : Clock::now() + silenceTime;
     return answer;
+}
+
+/** How long to wait for a device that didn't answer a moment ago; nothing for one that deserves all tries. */
+std::optional<std::chrono::milliseconds> Channel::timeOfProbe()
+{
+    const unsigned heard = reception->heard();
+    const std::lock_guard lock(silenceMutex);
+    if (Clock::now() >= silentUntil) {
+        silentSince = heard;
+        hasShownItself = false;
+        return std::nullopt;
+    }
+    // An answer that came too late may mean that it is back, so it gets time once more; but not each time it is late.
+    if (hasShownItself || heard == silentSince)
+        return probeTime;
+    hasShownItself = true;
+    return tryTime;
 }
 
 bool Channel::isGone() const { return reception->isGone(); }
 
-void Channel::setListener(std::shared_ptr<const ReportListener> listener)
+void Channel::setListener(std::shared_ptr<const ReportListener> listener, std::function<void()> goneNotice)
 {
-    reception->setListener(std::move(listener));
+    reception->setListener(std::move(listener), std::move(goneNotice));
 }
 
 } // namespace portwire

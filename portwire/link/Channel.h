@@ -22,7 +22,7 @@ public:
 
     /**
      * As ask(), for questions that are put again and again, as a scan does: after one that stayed without an answer,
-     * the next ones wait only 2 ms, until 100 ms have passed or the device has sent anything.
+     * the next ones are sent once and wait for 2 ms, until 100 ms have passed since the last of them.
      */
     std::optional<Frame> probe(const Request &request);
 
@@ -30,14 +30,19 @@ public:
     bool isGone() const;
 
     /** Replaces the listener. A call of the one before that is running isn't waited for. */
-    void setListener(std::shared_ptr<const ReportListener> listener);
+    void setListener(std::shared_ptr<const ReportListener> listener, std::function<void()> goneNotice);
 
 private:
     const std::shared_ptr<Reception> reception;
 
+    using Clock = std::chrono::steady_clock;
+
+    std::optional<std::chrono::milliseconds> timeOfProbe();
+
     std::mutex silenceMutex;
-    std::chrono::steady_clock::time_point silentUntil{}; ///< a probe came to nothing a moment ago
-    unsigned silentSince = 0;                            ///< what the device had sent by then
+    Clock::time_point silentUntil{}; ///< a probe came to nothing a moment ago
+    unsigned silentSince = 0;        ///< what the device had sent when that began
+    bool hasShownItself = false;     ///< it has sent something since
 };
 
 } // namespace portwire

@@ -1,5 +1,6 @@
 #include "portwire/link/Delivery.h"
 
+#include <algorithm>
 #include <set>
 #include <thread>
 
@@ -34,10 +35,29 @@ void Delivery::start()
 void Delivery::post(Item item)
 {
     const std::lock_guard lock(mutex);
+    append(std::move(item));
+}
+
+void Delivery::append(Item item)
+{
     if (isEnded)
         return;
     items.push_back(std::move(item));
     changed.notify_one();
+}
+
+void Delivery::postFlags(Item item)
+{
+    const std::lock_guard lock(mutex);
+    const auto waiting = std::find_if(items.begin(), items.end(), [&item](const Item &each) {
+        return each.header[1] == item.header[1] && each.payload.size() == item.payload.size();
+    });
+    if (waiting == items.end()) {
+        append(std::move(item));
+        return;
+    }
+    std::transform(item.payload.begin(), item.payload.end(), waiting->payload.begin(), waiting->payload.begin(),
+                   [](std::uint8_t one, std::uint8_t other) { return static_cast<std::uint8_t>(one | other); });
 }
 
 void Delivery::end()

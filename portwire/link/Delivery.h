@@ -35,10 +35,16 @@ public:
     /** Starts the thread, which keeps this object alive until end(). */
     void start();
     void post(Item item);
+    /**
+     * Posts a report of changed flags. While one of the same code waits, its flags are added to that one: a mouse that
+     * changes faster than the pages can show must not leave a growing backlog behind.
+     */
+    void postFlags(Item item);
     /** From now on no callback begins. */
     void end();
 
 private:
+    void append(Item item);
     void run();
     void call(Item &item);
 

@@ -2,6 +2,7 @@
 
 #include <QDebug>
 
+#include <algorithm>
 #include <thread>
 
 namespace portwire {
@@ -13,8 +14,28 @@ constexpr std::chrono::milliseconds offlinePause{250};
 /** After requests that nobody answered: they took some 30 ms already. */
 constexpr std::chrono::milliseconds silencePause{50};
 
+/** A mouse that answers other requests but never this one doesn't know it. */
+constexpr int maxTimesIgnored = 20;
+
 /** A whole record is read anew while the mouse keeps changing it, but not for ever. */
 constexpr int maxReadings = 4;
+
+/**
+ * Whether the same read waits already, with nothing but reads behind it, so that its answer serves both: a sleeping
+ * mouse must not collect them without end. The first one may be under way, too early for what has changed since.
+ */
+bool isAsked(const std::deque<Job> &jobs, const Job &job)
+{
+    if (job.kind != Job::Kind::Read)
+        return false;
+    for (std::size_t i = jobs.size(); i > 1 && jobs[i - 1].kind == Job::Kind::Read; --i) {
+        const Request &other = jobs[i - 1].request;
+        if (other.code == job.request.code && other.selector == job.request.selector &&
+            other.payload == job.request.payload)
+            return true;
+    }
+    return false;
+}
 
 } // namespace
 
@@ -27,6 +48,10 @@ std::shared_ptr<Link> Link::start(std::shared_ptr<Channels> onChannels, const st
         if (const auto strong = weak.lock())
             strong->arrived(frame);
     });
+    link->goneNotice = [weak] {
+        if (const auto strong = weak.lock())
+            strong->wentAway();
+    };
     link->delivery->start();
     link->openChannel();
     std::thread([link] { link->run(); }).detach();
@@ -51,7 +76,10 @@ void Link::end()
 void Link::add(Job job)
 {
     const std::lock_guard lock(mutex);
-    (job.isForReceiver ? receiverJobs : mouseJobs).push_back(std::move(job));
+    std::deque<Job> &jobs = job.isForReceiver ? receiverJobs : mouseJobs;
+    if (isAsked(jobs, job))
+        return;
+    jobs.push_back(std::move(job));
     changed.notify_one();
 }
 
@@ -74,7 +102,17 @@ void Link::arrived(const Frame &frame)
         pausedUntil = {};
         changed.notify_one();
     }
-    delivery->post({frame.header(), frame.payload});
+    if (frame.code == ReportCode::StatusChanged)
+        delivery->postFlags({frame.header(), frame.payload});
+    else
+        delivery->post({frame.header(), frame.payload});
+}
+
+/** What it changes on itself from now on is not announced. */
+void Link::wentAway()
+{
+    const std::lock_guard lock(mutex);
+    changed.notify_one();
 }
 
 void Link::run()
@@ -98,9 +136,21 @@ void Link::run()
             runJob(mouseJobs, lock);
         else if (due)
             changed.wait_until(lock, *due);
+        else if (isAway())
+            lookForDevice(lock);
         else
             changed.wait(lock);
     }
+}
+
+/** Nothing is to be asked, but the reports of the device need an open channel. */
+void Link::lookForDevice(std::unique_lock<std::mutex> &lock)
+{
+    lock.unlock();
+    const bool isBack = openChannel() != nullptr;
+    lock.lock();
+    if (!isBack && !isEnded)
+        changed.wait_for(lock, offlinePause);
 }
 
 void Link::runJob(std::deque<Job> &jobs, std::unique_lock<std::mutex> &lock)
@@ -111,7 +161,9 @@ void Link::runJob(std::deque<Job> &jobs, std::unique_lock<std::mutex> &lock)
     const Outcome outcome = perform(job);
     lock.lock();
     const bool isOver = outcome == Outcome::Done || outcome == Outcome::Refused;
-    if (isOver || job.kind == Job::Kind::Read || job.isForReceiver)
+    const bool isIgnored =
+        job.kind == Job::Kind::Read && outcome == Outcome::NoAnswer && ++jobs.front().timesIgnored >= maxTimesIgnored;
+    if (isOver || isIgnored || job.isForReceiver)
         jobs.pop_front();
     else
         pauseAfter(outcome, wakesBefore);
@@ -138,14 +190,28 @@ void Link::pauseAfter(Outcome outcome, unsigned wakesBefore)
     pausedUntil = Clock::now() + (outcome == Outcome::NoAnswer ? silencePause : offlinePause);
 }
 
-/** The channel of the device, opened again if the device was away. */
+/**
+ * The channel of the device, opened again if the device was away. What was changed on it meanwhile was announced to
+ * nobody, so the record is read anew.
+ */
 std::shared_ptr<Channel> Link::openChannel()
 {
     if (channel && !channel->isGone())
         return channel;
-    channel = channels->find(devicePath);
-    if (channel)
-        channel->setListener(listener);
+    const bool wasAway = channel != nullptr;
+    auto opened = channels->find(devicePath);
+    if (!opened)
+        return nullptr;
+    channel = std::move(opened);
+    channel->setListener(listener, goneNotice);
+    if (wasAway) {
+        ++changes; // a record that is being read now starts over
+        const std::lock_guard lock(mutex);
+        const bool isAskedFor = std::any_of(mouseJobs.begin(), mouseJobs.end(),
+                                            [](const Job &job) { return job.kind == Job::Kind::WholeRecord; });
+        if (!isAskedFor)
+            mouseJobs.push_back({Job::Kind::WholeRecord, {ReportCode::ReadFlash, 0, 0, {}, 0}});
+    }
     return channel;
 }
 

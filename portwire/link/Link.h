@@ -11,13 +11,14 @@ struct Job
 {
     enum class Kind {
         Tell,        ///< the answer is for the link only; waits for a mouse that sleeps
-        Read,        ///< the answer goes to the callback; dropped when nothing answers
+        Read,        ///< the answer goes to the callback; waits for the mouse, but not for one that ignores it
         Order,       ///< both: waits for the mouse, the answer goes to the callback
         WholeRecord, ///< reads the device image; waits for the mouse
     };
     Kind kind = Kind::Tell;
     Request request{};
     bool isForReceiver = false; ///< the receiver answers it alone: neither a sleeping mouse nor writes are in the way
+    int timesIgnored = 0;
 };
 
 /**
@@ -54,10 +55,12 @@ private:
     enum class Outcome { Done, MouseOffline, NoAnswer, Refused };
 
     void run();
+    void lookForDevice(std::unique_lock<std::mutex> &lock);
     void runJob(std::deque<Job> &jobs, std::unique_lock<std::mutex> &lock);
     void runBatch(const WriteQueue::Batch &batch, std::unique_lock<std::mutex> &lock);
     void pauseAfter(Outcome outcome, unsigned wakesBefore);
 
+    bool isAway() const { return channel && channel->isGone(); }
     std::shared_ptr<Channel> openChannel();
     std::pair<Outcome, std::optional<Frame>> ask(const Request &request);
     Outcome perform(const Job &job);
@@ -66,12 +69,14 @@ private:
     Outcome write(const WriteQueue::Batch &batch);
     void deliver(const Frame &frame, std::vector<std::uint8_t> payload, std::uint64_t sinceSerial);
     void arrived(const Frame &frame);
+    void wentAway();
 
     const std::shared_ptr<Channels> channels;
     const std::string devicePath;
     const std::shared_ptr<WriteQueue> writes;
     const std::shared_ptr<Delivery> delivery;
     std::shared_ptr<const ReportListener> listener;
+    std::function<void()> goneNotice;
 
     std::shared_ptr<Channel> channel; ///< used by the thread of this link, and before it starts
 

@@ -110,13 +110,19 @@ void Reception::close() { endpoint->close(); }
 
 void Reception::failAll()
 {
-    const std::lock_guard lock(mutex);
-    gone = true;
-    listener.reset();
-    for (Waiting *waiting : waitingBySequence) {
-        if (waiting)
-            waiting->arrived.notify_one();
+    std::function<void()> notice;
+    {
+        const std::lock_guard lock(mutex);
+        gone = true;
+        listener.reset();
+        notice.swap(goneNotice);
+        for (Waiting *waiting : waitingBySequence) {
+            if (waiting)
+                waiting->arrived.notify_one();
+        }
     }
+    if (notice)
+        notice();
 }
 
 bool Reception::isGone() const
@@ -125,10 +131,11 @@ bool Reception::isGone() const
     return gone;
 }
 
-void Reception::setListener(std::shared_ptr<const ReportListener> newListener)
+void Reception::setListener(std::shared_ptr<const ReportListener> newListener, std::function<void()> newGoneNotice)
 {
     const std::lock_guard lock(mutex);
     listener = std::move(newListener);
+    goneNotice = std::move(newGoneNotice);
 }
 
 } // namespace portwire

@@ -43,7 +43,8 @@ public:
     bool isGone() const;
     /** Number of whole reports that the device has sent. */
     unsigned heard() const { return heardReports; }
-    void setListener(std::shared_ptr<const ReportListener> newListener);
+    /** \param newGoneNotice called once, on any thread, when the device leaves the bus under this listener */
+    void setListener(std::shared_ptr<const ReportListener> newListener, std::function<void()> newGoneNotice = {});
 
     Statistics &statistics() { return *counters; }
 
@@ -72,6 +73,7 @@ private:
     std::uint8_t lastSequence = 0;
     bool gone = false;
     std::shared_ptr<const ReportListener> listener;
+    std::function<void()> goneNotice;
 };
 
 } // namespace portwire

@@ -1,1 +1,0 @@
-#include "sensor/SensorDPI.h"
