@@ -80,7 +80,16 @@ void Program::clickSoon(const QString &objectName) const
     QTimer::singleShot(0, top, [this, objectName] { click(objectName); });
 }
 
-int Program::entryCount() const { return top->findChildren<QToolButton *>(QRegularExpression("^btn\\d+$")).size(); }
+int Program::entryCount() const
+{
+    // Pages of the scan before may still wait for their deletion; they are in the stack no more.
+    const QList<QToolButton *> buttons = top->findChildren<QToolButton *>(QRegularExpression("^btn\\d+$"));
+    return static_cast<int>(std::count_if(buttons.begin(), buttons.end(), [](const QToolButton *button) {
+        QWidget *const page = button->parentWidget();
+        const auto *const stack = qobject_cast<QStackedWidget *>(page->parentWidget());
+        return stack && stack->indexOf(page) >= 0;
+    }));
+}
 
 bool Program::isDeviceWindowShown() const
 {
