@@ -154,6 +154,7 @@ void Dialog::on_UpArrow_clicked()
     if (!DeviceWindowOpen)
         return; // a second click while the first one's wait serves the event loop
     DeviceWindowOpen = false;
+    DeviceWritesEnabled = false; // a click during the wait is no change any more; the change of the page ends this
     UsbServer_SetPCDriverStatus(0);
     saveRecord();
     ui->ButtonMain->setChecked(true);

@@ -191,6 +191,10 @@ void DialogMain::changeEvent(QEvent *event)
 
 void DialogMain::SlotMouseOffLine(int index)
 {
+    // Nobody polls a device that isn't shown any more, so the prompt would stand until the user closed it, with the way
+    // back that he had chosen underneath.
+    if (!DeviceWindowOpen)
+        return;
     OfflineWaiting = true;
     ReconnectRequested = true;
     // One is enough, whoever noticed it second. One that was closed may still stand further down the stack.

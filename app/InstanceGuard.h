@@ -13,5 +13,7 @@ public:
 
 private:
     InstanceGuard();
+    bool isHeld();
+
     QSharedMemory segment;
 };

@@ -46,6 +46,7 @@ struct Report
     const std::uint8_t *payload;
     std::uint32_t payloadLength;
     unsigned generation;
+    unsigned recordVersion; ///< of the working record when the report came
 
     std::uint8_t headerByte(int index) const { return header && index < headerLength ? header[index] : 0; }
     /** The beginning of the payload, filled up with zeros, for decoders that read a fixed number of bytes. */
@@ -64,6 +65,44 @@ void onBattery(const Report &report)
     GetDeviceBatteryStatus(report.padded().data(), status.data());
     const int percent = std::min<int>(status[0], 100);
     postMsg()->postBlocking(&PostMsg::SigBattery, status[1] != 0, percent, ShowBatteryValue == 1);
+}
+
+/**
+ * Shows the working record, and shows it again when it was changed while the report stood in line for the GUI thread: a
+ * click that was served in between would otherwise be painted over by the value from before it, and the mouse would
+ * hold what the screen doesn't show. Each turn takes another change by the user, so this comes to an end.
+ */
+template<typename Show>
+void showRecord(const Report &report, Show show)
+{
+    const WorkingRecord &record = WorkingRecord::instance();
+    unsigned shown = 0;
+    do {
+        shown = record.version();
+        show(record.copy());
+    } while (record.version() != shown && report.generation == linkGeneration);
+}
+
+/** Hands the record to the library if it is still that of the mouse which sent the report. */
+void sendAgain(const Report &report)
+{
+    const QMutexLocker locker(&linkMutex());
+    if (report.generation == linkGeneration)
+        WorkingRecord::instance().sendAgain();
+}
+
+/**
+ * Puts what a report tells in the working record. The library has brought the report up to date with what was set until
+ * then; a setter that came in between has its value on the way to the mouse while the record now holds another, so the
+ * mouse is told again. Nothing is sent otherwise: reading a mouse must not write to it.
+ */
+template<typename Change>
+void takeOver(const Report &report, Change change)
+{
+    WorkingRecord &record = WorkingRecord::instance();
+    record.update(change);
+    if (record.version() != report.recordVersion + 1)
+        sendAgain(report);
 }
 
 // Settings replies ---------------------------------------------------------------------------------------------------
@@ -107,7 +146,7 @@ void onWholeRecord(const Report &report)
 {
     FlashDataMap record{};
     ProtocolDataParser(report.payload, &record);
-    WorkingRecord::instance().update([&record](FlashDataMap &working) { working = record; });
+    takeOver(report, [&record](FlashDataMap &working) { working = record; });
 
     const DeviceAllInfo selected = SelectInfo().get();
     // Not of an ended link: it would be the old device's record under the new one's name.
@@ -124,10 +163,9 @@ void onWholeRecord(const Report &report)
         clearKeysAndMacros();
 
     clearPagesLoaded();
-    record = WorkingRecord::instance().copy();
-    postMsg()->postBlocking(&PostMsg::SigUpDataLightUIButton, record);
-    postMsg()->postBlocking(&PostMsg::SigUpDataLightLight, record);
-    postMsg()->postBlocking(&PostMsg::SigUpDataLightSensor, record);
+    for (const auto page :
+         {&PostMsg::SigUpDataLightUIButton, &PostMsg::SigUpDataLightLight, &PostMsg::SigUpDataLightSensor})
+        showRecord(report, [page](const FlashDataMap &current) { postMsg()->postBlocking(page, current); });
     postMsg()->postBlocking(&PostMsg::SigForm);
     // While the pages were blocking us the user may have gone back and selected another device: the end of this record
     // must not pass for the end of that connect.
@@ -142,30 +180,34 @@ void onReportRate(const Report &report)
     const std::uint8_t code = report.payload[0];
     if (SelectInfo().get().IsCorded && code >= 16)
         return; // a cable carries 1000 Hz at the most; the code belongs to a receiver
-    WorkingRecord::instance().update([code](FlashDataMap &record) { record.ReportRate = code; });
-    postMsg()->postBlocking(&PostMsg::SigUpDataReportRate, int{code});
-    WorkingRecord::instance().sendAgain();
+    takeOver(report, [code](FlashDataMap &record) { record.ReportRate = code; });
+    showRecord(report, [](const FlashDataMap &current) {
+        postMsg()->postBlocking(&PostMsg::SigUpDataReportRate, int{current.ReportRate});
+    });
+    sendAgain(report);
 }
 
 void onCurrentDpi(const Report &report)
 {
     const std::uint8_t level = report.payload[0];
-    WorkingRecord::instance().update([level](FlashDataMap &record) { record.DpiCurrentLevel = level; });
-    postMsg()->postBlocking(&PostMsg::SigUpDataDPI, int{level});
+    takeOver(report, [level](FlashDataMap &record) { record.DpiCurrentLevel = level; });
+    showRecord(report, [](const FlashDataMap &current) {
+        postMsg()->postBlocking(&PostMsg::SigUpDataDPI, int{current.DpiCurrentLevel});
+    });
 }
 
 void onDpiLed(const Report &report)
 {
-    WorkingRecord::instance().update(
-        [&report](FlashDataMap &record) { BufferToDPILed(report.payload, &record.DpiLedMode); });
-    postMsg()->postBlocking(&PostMsg::SigUpDataDPILed, WorkingRecord::instance().copy());
+    takeOver(report, [&report](FlashDataMap &record) { BufferToDPILed(report.payload, &record.DpiLedMode); });
+    showRecord(report,
+               [](const FlashDataMap &current) { postMsg()->postBlocking(&PostMsg::SigUpDataDPILed, current); });
 }
 
 void onLedBar(const Report &report)
 {
-    WorkingRecord::instance().update(
-        [&report](FlashDataMap &record) { BufferToLedBar(report.payload, &record.LightMode); });
-    postMsg()->postBlocking(&PostMsg::SigUpDataLightLight, WorkingRecord::instance().copy());
+    takeOver(report, [&report](FlashDataMap &record) { BufferToLedBar(report.payload, &record.LightMode); });
+    showRecord(report,
+               [](const FlashDataMap &current) { postMsg()->postBlocking(&PostMsg::SigUpDataLightLight, current); });
 }
 
 using Handler = void (*)(const Report &);
@@ -304,7 +346,9 @@ void dispatchReport(const std::uint8_t *header, int headerLength, const std::uin
                     std::uint32_t payloadLength)
 {
     ++dispatching;
-    const Report report{header, headerLength, payload, payload ? payloadLength : 0, linkGeneration};
+    const Report report{header,         headerLength,
+                        payload,        payload ? payloadLength : 0,
+                        linkGeneration, WorkingRecord::instance().version()};
     for (const ReportKind &kind : reportKinds) {
         if (kind.code == report.headerByte(1)) {
             kind.handle(report);

@@ -4,6 +4,8 @@
 
 #include <QMutex>
 
+#include <atomic>
+
 /**
  * The working record: what the connected mouse holds. Setters on the GUI thread and the report callback write it, so
  * one lock guards it, held for a copy or a change of fields and never across a signal or a library call that can call
@@ -20,12 +22,16 @@ public:
 
     FlashDataMap copy() const;
 
+    /** Counts the changes: a copy that was made at the same count is still true. */
+    unsigned version() const { return changes; }
+
     /** Changes fields in place, without telling the mouse. */
     template<typename Change>
     void update(Change change)
     {
         const QMutexLocker locker(&mutex);
         change(record);
+        ++changes;
     }
 
     /** Changes fields and hands the whole record to the library, which sends what differs. */
@@ -47,4 +53,5 @@ private:
     mutable QMutex mutex;
     QMutex handOver;
     FlashDataMap record{};
+    std::atomic<unsigned> changes{0};
 };

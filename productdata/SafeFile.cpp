@@ -56,7 +56,8 @@ QByteArray unescaped(const QByteArray &content)
 bool replaceFile(const QString &path, const QByteArray &content)
 {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit()) {
+    // Flushed by hand: commit() would not notice that the last bytes found no room, and rename what there is.
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush() || !file.commit()) {
         qWarning() << "a file could not be written:" << path << file.errorString();
         return false;
     }

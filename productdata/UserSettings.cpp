@@ -6,11 +6,20 @@
 
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
+#include <QTemporaryFile>
 #include <QTextCodec>
 
 namespace {
+
 const QString languageName = QStringLiteral("Language"); // both the section and the key
-}
+
+/** Bytes that one more value may take. */
+constexpr qint64 roomToSpare = 4096;
+
+QString keyOf(const QString &section, const QString &key) { return section + QLatin1Char('/') + key; }
+
+} // namespace
 
 UserSettings *UserSettings::instance()
 {
@@ -47,19 +56,41 @@ QSettings &UserSettings::settings() const
     return *store;
 }
 
-/** Writes through at once: a choice must survive a crash a moment later. QSettings replaces the file in one step. */
+/**
+ * QSettings replaces the file in one step, but doesn't notice when what it wrote beside it stayed empty for want of
+ * room, and loses the old file. So it is only let at it when as much can be written there.
+ */
+bool UserSettings::hasRoom() const
+{
+    QTemporaryFile probe(path + QStringLiteral(".XXXXXX"));
+    const QByteArray content(static_cast<int>(QFileInfo(path).size() + roomToSpare), ' ');
+    return probe.open() && probe.write(content) == content.size() && probe.flush();
+}
+
+/** Writes through at once: a choice must survive a crash a moment later. */
 void UserSettings::save()
 {
+    if (!hasRoom()) {
+        qWarning() << "there is no room for the user settings:" << path;
+        return;
+    }
+    putDamagedFileAside();
+    for (auto entry = unsaved.cbegin(); entry != unsaved.cend(); ++entry) {
+        if (entry.value())
+            settings().setValue(entry.key(), *entry.value());
+        else
+            settings().remove(entry.key());
+    }
     store->sync();
     if (store->status() != QSettings::NoError)
         qWarning() << "the user settings could not be written:" << store->fileName();
+    unsaved.clear(); // what QSettings could not write it still holds itself
 }
 
 void UserSettings::write(const QString &section, const QString &key, const QString &text)
 {
     const QMutexLocker locker(&mutex);
-    putDamagedFileAside();
-    settings().setValue(section + QLatin1Char('/') + key, text);
+    unsaved[keyOf(section, key)] = text;
     save();
 }
 
@@ -71,14 +102,16 @@ QString UserSettings::read(const QString &section, const QString &key) const
 QStringList UserSettings::readList(const QString &section, const QString &key) const
 {
     const QMutexLocker locker(&mutex);
-    return settings().value(section + QLatin1Char('/') + key).toStringList();
+    const auto entry = unsaved.constFind(keyOf(section, key));
+    if (entry == unsaved.constEnd())
+        return settings().value(keyOf(section, key)).toStringList();
+    return *entry ? QStringList{**entry} : QStringList{};
 }
 
 void UserSettings::remove(const QString &section, const QString &key)
 {
     const QMutexLocker locker(&mutex);
-    putDamagedFileAside();
-    settings().remove(section + QLatin1Char('/') + key);
+    unsaved[keyOf(section, key)] = std::nullopt;
     save();
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QHash>
 #include <QMutex>
 #include <QSettings>
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 /**
  * The per-user settings, "Macro.ini" of the per-user folder. In spite of the file's name it holds no macros.
@@ -31,10 +33,12 @@ public:
 private:
     QSettings &settings() const;
     void putDamagedFileAside();
+    bool hasRoom() const;
     void save();
 
     mutable QMutex mutex;
     const QString path;
     bool isDamaged; ///< nothing is read from the file, and the first write puts it aside
     std::unique_ptr<QSettings> store;
+    QHash<QString, std::optional<QString>> unsaved; ///< new values, without one for a key to remove; as a rule empty
 };

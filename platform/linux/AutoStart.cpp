@@ -100,5 +100,5 @@ bool platform::setStartsWithSystem(bool on, const std::string &executable)
                                         "TryExec=") +
                          entryText(path) + QStringLiteral("\nExec=") + entryText(commandLine(path)) + QLatin1Char('\n');
     entry.write(text.toUtf8());
-    return entry.commit() || fails(entry);
+    return (entry.flush() && entry.commit()) || fails(entry); // commit() alone takes a file without room for written
 }

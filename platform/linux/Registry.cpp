@@ -87,7 +87,7 @@ public:
         if (readable && file.open(QIODevice::WriteOnly)) {
             for (const QByteArray &line : qAsConst(lines))
                 file.write(line + '\n');
-            if (file.commit())
+            if (file.flush() && file.commit()) // commit() alone renames a file for which there was no room
                 return true;
         }
         qWarning("%s can't be written", qUtf8Printable(path));

@@ -13,6 +13,9 @@ constexpr std::chrono::milliseconds tryTime{10};
 /** A device that is back answers within two frames of the bus; one that is late by that is heard all the same. */
 constexpr std::chrono::milliseconds probeTime{2};
 constexpr std::chrono::milliseconds silenceTime{100};
+/** A scan puts some twenty questions to each device, and the user waits for the sum: after these it hurries. */
+constexpr int patientProbes = 4;
+constexpr std::chrono::milliseconds shortProbeTime{1};
 
 } // namespace
 
@@ -43,6 +46,7 @@ std::optional<Frame> Channel::probe(const Request &request)
     auto answer = onlyTry ? reception->ask(request, *onlyTry) : ask(request);
     const std::lock_guard lock(silenceMutex);
     silentUntil = answer ? Clock::time_point() : Clock::now() + silenceTime;
+    unanswered = answer ? 0 : unanswered + 1;
     return answer;
 }
 
@@ -54,11 +58,12 @@ std::optional<std::chrono::milliseconds> Channel::timeOfProbe()
     if (Clock::now() >= silentUntil) {
         silentSince = heard;
         hasShownItself = false;
+        unanswered = 0;
         return std::nullopt;
     }
     // An answer that came too late may mean that it is back, so it gets time once more; but not each time it is late.
     if (hasShownItself || heard == silentSince)
-        return probeTime;
+        return unanswered > patientProbes ? shortProbeTime : probeTime;
     hasShownItself = true;
     return tryTime;
 }

@@ -22,7 +22,7 @@ public:
 
     /**
      * As ask(), for questions that are put again and again, as a scan does: after one that stayed without an answer,
-     * the next ones are sent once and wait for 2 ms, until 100 ms have passed since the last of them.
+     * the next ones are sent once and wait for 2 ms, later 1 ms, until 100 ms have passed since the last of them.
      */
     std::optional<Frame> probe(const Request &request);
 
@@ -43,6 +43,7 @@ private:
     Clock::time_point silentUntil{}; ///< a probe came to nothing a moment ago
     unsigned silentSince = 0;        ///< what the device had sent when that began
     bool hasShownItself = false;     ///< it has sent something since
+    int unanswered = 0;              ///< probes since then
 };
 
 } // namespace portwire

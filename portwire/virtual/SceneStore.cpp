@@ -207,7 +207,7 @@ void SceneStore::write(const QString &name, const QByteArray &content)
         return;
     QDir().mkpath(path);
     QSaveFile file(path + QLatin1Char('/') + name);
-    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit()) {
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush() && file.commit()) {
         written[name] = content;
         isComplaintMade = false;
     } else if (!isComplaintMade) {

@@ -1,0 +1,144 @@
+#include "support/FaultBench.h"
+
+#include "app/ChooserList.h"
+#include "app/DialogMain.h"
+#include "app/PostMsg.h"
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/Dispatcher.h"
+#include "devicelink/SelectedDevice.h"
+#include "devicelink/Worker.h"
+#include "devicelink/WorkingRecord.h"
+#include "support/Screen.h"
+#include "support/VirtualMice.h"
+
+#include <QApplication>
+#include <QDeadlineTimer>
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <cstring>
+
+FaultBench::FaultBench(const std::function<void()> &prepare)
+{
+    VirtualMice::restoreScene();
+    if (prepare)
+        prepare();
+    Program::forgetDevice();
+    shown = std::make_unique<Program>();
+    beat.restart();
+}
+
+void FaultBench::hand(const QStringList &words)
+{
+    beat.aside([&] { VirtualMice::tell(words); });
+}
+
+void FaultBench::spoil(const QString &id, const QString &kind, int count, int after)
+{
+    hand({"fault", id, kind, QString::number(count), QString::number(after)});
+}
+
+FlashDataMap FaultBench::held()
+{
+    FlashDataMap record{};
+    beat.aside([&] { record = VirtualMice::record("q1"); });
+    return record;
+}
+
+bool FaultBench::openQ1()
+{
+    const auto indexOfQ1 = [] {
+        const QList<DeviceAllInfo> &devices = ChooserList::devices();
+        for (int index = 0; index < devices.size(); ++index) {
+            if (devices[index].DeviceKind == 1)
+                return index;
+        }
+        return -1;
+    };
+    if (!waitFor([&] { return indexOfQ1() >= 0 && shown->entryCount() == ChooserList::devices().size(); }))
+        return false;
+    shown->click(QStringLiteral("btn%1").arg(indexOfQ1()));
+    return true;
+}
+
+void FaultBench::dismiss(const QString &className)
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        if (window->isVisible() && window->metaObject()->className() == className)
+            QTest::keyClick(window, Qt::Key_Escape);
+    }
+}
+
+bool FaultBench::goBack()
+{
+    shown->click("UpArrow");
+    return waitFor([this] { return !shown->isDeviceWindowShown(); });
+}
+
+QString FaultBench::unsettled(bool isCorded)
+{
+    if (!shown->isDeviceWindowShown())
+        return QStringLiteral("the device window has gone");
+    if (shown->isPromptShown())
+        return QStringLiteral("a prompt is up");
+    if (!LinkUp || OfflineWaiting || ReconnectRequested || isConnecting() || isDispatching())
+        return QStringLiteral("a connect is under way");
+    const FlashDataMap inMouse = held();
+    const FlashDataMap working = WorkingRecord::instance().copy();
+    if (std::memcmp(&inMouse, &working, sizeof working) != 0)
+        return QStringLiteral("the working record isn't what the mouse holds");
+    return screenDifferences(shown->window(), inMouse, isCorded).join(QStringLiteral("; "));
+}
+
+QString FaultBench::settle(int milliseconds)
+{
+    QString left;
+    const bool isSettled = waitFor(
+        [&] {
+            left = unsettled();
+            return left.isEmpty();
+        },
+        milliseconds);
+    return isSettled ? QString() : left;
+}
+
+bool FaultBench::waitFor(const std::function<bool()> &condition, int milliseconds)
+{
+    const QDeadlineTimer deadline(milliseconds);
+    while (true) {
+        bool isMet = false;
+        beat.aside([&] { isMet = condition(); });
+        if (isMet || deadline.hasExpired())
+            return isMet;
+        QTest::qWait(3);
+    }
+}
+
+void FaultBench::measureHealthyTurn()
+{
+    beat.restart();
+    if (!openQ1() || !settle().isEmpty())
+        qFatal("there is no connection even without a fault");
+    for (const char *page : {"SensorButton", "LightsButton", "MacroButton", "FormSetting", "ButtonMain"}) {
+        shown->click(page);
+        QTest::qWait(10);
+    }
+    for (const int language : {4, 0}) {
+        postMsg()->post(&PostMsg::SigChangeLanguage, language);
+        QTest::qWait(10);
+    }
+    Heartbeat::setHealthyTurn(beat.longest());
+    qInfo("longest turn without a fault: %lld ms, allowed with one: %lld ms", beat.longest(), beat.allowed());
+    goBack();
+    beat.restart();
+}
+
+quint32 faultSeed()
+{
+    bool isNumber = false;
+    const int given = qEnvironmentVariableIntValue("HALVARION_SEED", &isNumber);
+    const quint32 seed = isNumber ? static_cast<quint32>(given) : QRandomGenerator::global()->generate() & 0x7fffffffU;
+    qInfo("seed %u (HALVARION_SEED)", seed);
+    return seed;
+}

@@ -1,0 +1,102 @@
+#include "support/Heartbeat.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+/** What a user doesn't notice, in ms. */
+constexpr qint64 unnoticed = 100;
+/** Longest turn of the program in a plain build, in ms: filling the three pages with a record. */
+constexpr qint64 plainTurn = 50;
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+
+double slowness = 1;
+
+} // namespace
+
+Heartbeat::Heartbeat() : statistics(open("/proc/thread-self/schedstat", O_RDONLY | O_CLOEXEC))
+{
+    clock.start();
+    connect(&timer, &QTimer::timeout, this, &Heartbeat::tick);
+    timer.start(2);
+    bystander = std::thread([this] { watchMachine(); });
+}
+
+Heartbeat::~Heartbeat()
+{
+    ending = true;
+    bystander.join();
+    if (statistics >= 0)
+        close(statistics);
+}
+
+/** Time in ms less what this thread spent waiting for a processor. */
+qint64 Heartbeat::served() const
+{
+    char text[96]{};
+    unsigned long long waited = 0; // ns; the second number, behind the time on a processor
+    if (statistics >= 0 && pread(statistics, text, sizeof text - 1, 0) > 0)
+        std::sscanf(text, "%*u %llu", &waited);
+    return clock.elapsed() - static_cast<qint64>(waited / 1000000);
+}
+
+void Heartbeat::restart()
+{
+    last = served();
+    longestGap = 0;
+    longestOversleep = 0;
+}
+
+void Heartbeat::aside(const std::function<void()> &work)
+{
+    tick();
+    work();
+    last = served();
+}
+
+void Heartbeat::tick()
+{
+    const qint64 now = served();
+    longestGap = std::max(longestGap, now - last);
+    last = now;
+}
+
+void Heartbeat::watchMachine()
+{
+    constexpr std::chrono::milliseconds nap{2};
+    while (!ending) {
+        const auto before = std::chrono::steady_clock::now();
+        std::this_thread::sleep_for(nap);
+        const auto over = std::chrono::steady_clock::now() - before - nap;
+        const qint64 milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(over).count();
+        longestOversleep = std::max(longestOversleep.load(), milliseconds);
+    }
+}
+
+qint64 Heartbeat::longest() const { return std::max(longestGap, served() - last); }
+
+qint64 Heartbeat::allowed() const { return static_cast<qint64>(unnoticed * slowness) + longestOversleep; }
+
+QString Heartbeat::complaint() const
+{
+    const qint64 measured = longest();
+    const qint64 bound = allowed();
+    if (measured <= bound)
+        return {};
+    return QStringLiteral("the GUI thread didn't answer for %1 ms, %2 are allowed").arg(measured).arg(bound);
+}
+
+void Heartbeat::setHealthyTurn(qint64 milliseconds)
+{
+    if (isSanitized)
+        slowness = std::max(1.0, static_cast<double>(milliseconds) / plainTurn);
+}

@@ -1,0 +1,141 @@
+#include "support/Screen.h"
+
+#include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QComboBox>
+#include <QSpinBox>
+#include <QWidget>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr std::array<const char *, 8> cards = {"BlueButton",      "BrightRedButton",  "RedButton",
+                                               "YellowButton",    "GreenButton",      "PurpleButton",
+                                               "LightBlueButton", "LightYellowButton"};
+
+struct Rate
+{
+    const char *button;
+    int code;
+};
+constexpr std::array<Rate, 6> rates = {{{"Button125HZ", 8},
+                                        {"Button250HZ", 4},
+                                        {"Button500HZ", 2},
+                                        {"Button1000HZ", 1},
+                                        {"Button2000HZ", 16},
+                                        {"Button4000HZ", 32}}};
+constexpr int code1000Hz = 1;
+constexpr int cordedMode = 2;
+
+/** Times that the lists offer, in units of 10 s. */
+constexpr std::array<int, 10> performanceTimes = {3, 6, 30, 60, 90, 120, 150, 180, 210, 240};
+constexpr std::array<int, 11> idleTimes = {1, 3, 6, 30, 60, 90, 120, 150, 180, 210, 240};
+
+template<typename Table>
+int indexIn(const Table &table, int value)
+{
+    return static_cast<int>(std::find(table.begin(), table.end(), value) - table.begin());
+}
+
+/** DPI of a level of the 3395 sensor, by the wire protocol. */
+int dpiOf(const DpiLevel &level)
+{
+    const int step = (level.Flags & 0x22) != 0 ? 100 : 50;
+    const int range = (level.Flags & 0x11) != 0 ? 2 : 1;
+    return (level.CodeX + 256 * (level.Flags >> 6) + 1) * step * range;
+}
+
+class Comparison
+{
+public:
+    explicit Comparison(const QWidget *shownPage) : page(shownPage) {}
+
+    template<typename Widget>
+    const Widget *find(const char *name) const
+    {
+        const auto *widget = page->findChild<Widget *>(QLatin1String(name));
+        if (!widget)
+            qFatal("there is no %s", name);
+        return widget;
+    }
+    void compare(const QString &what, int shown, int held)
+    {
+        if (shown != held)
+            differences << QStringLiteral("%1 shows %2, the mouse holds %3").arg(what).arg(shown).arg(held);
+    }
+    void choice(const char *name, int held) { compare(name, find<QComboBox>(name)->currentIndex(), held); }
+    void slider(const char *name, int held) { compare(name, find<QAbstractSlider>(name)->value(), held); }
+    void number(const char *name, int held) { compare(name, find<QSpinBox>(name)->value(), held); }
+    void button(const char *name, bool held) { compare(name, find<QAbstractButton>(name)->isChecked(), held); }
+
+    QStringList differences;
+
+private:
+    const QWidget *page;
+};
+
+void compareLevels(Comparison &sensor, const FlashDataMap &held)
+{
+    sensor.choice("ChooseEvent", held.DpiLevelCount - 1);
+    for (int index = 0; index < held.DpiLevelCount; ++index) {
+        const char *const name = cards[static_cast<std::size_t>(index)];
+        const DpiLevel &level = held.DpiLevels[index];
+        sensor.button(name, index == held.DpiCurrentLevel);
+        sensor.compare(name, sensor.find<QAbstractButton>(name)->text().toInt(), dpiOf(level));
+        const QString bar = QLatin1String(name) + QLatin1Char('A');
+        const QString colour = QStringLiteral("rgb(%1,%2,%3)").arg(level.Red).arg(level.Green).arg(level.Blue);
+        const auto *const shown = sensor.find<QAbstractButton>(bar.toLatin1().constData());
+        if (!shown->styleSheet().contains(colour))
+            sensor.differences << QStringLiteral("%1 isn't %2").arg(bar, colour);
+    }
+    const int dpi = dpiOf(held.DpiLevels[held.DpiCurrentLevel % 8]);
+    sensor.slider("horizontalSliderC", dpi);
+    sensor.number("spinBoxA", dpi);
+}
+
+QStringList sensorDifferences(const QWidget *page, const FlashDataMap &held, bool isCorded)
+{
+    Comparison sensor(page);
+    const bool isHighRate = held.ReportRate >= 16;
+    const int rate = isCorded && isHighRate ? code1000Hz : held.ReportRate;
+    for (const Rate &each : rates)
+        sensor.button(each.button, each.code == rate);
+    sensor.choice("LOD", held.Lod - 1);
+    sensor.choice("ModelChoose", isCorded || isHighRate ? cordedMode : held.SensorMode);
+    sensor.button("Performance", held.Performance != 0);
+    sensor.choice("PerformanceOpen", indexIn(performanceTimes, held.PerformanceTime));
+    sensor.button("RippeControl_2", held.RippeControl != 0);
+    sensor.button("StraightLine_2", held.StraightLine != 0);
+    sensor.button("MotionSync_2", held.MotionSync != 0);
+    compareLevels(sensor, held);
+    return sensor.differences;
+}
+
+QStringList lightDifferences(const QWidget *page, const FlashDataMap &held)
+{
+    Comparison light(page);
+    light.choice("LightMod", held.LightOn != 0 ? held.LightMode : 0);
+    light.slider("horizontalLight", held.LightBrightness + 1);
+    light.slider("horizontalSpeed", held.LightSpeed + 1);
+    light.number("LightSpinBox_2", held.LightBrightness + 1);
+    light.number("SpeedSpinBox_2", held.LightSpeed + 1);
+    light.number("RSpinBox", held.LightRed);
+    light.number("GSpinBox", held.LightGreen);
+    light.number("BSpinBox", held.LightBlue);
+    light.button("RippeControl", held.LightRippeControl != 0);
+    light.choice("StopClose", indexIn(idleTimes, held.StopCloseTime));
+    return light.differences;
+}
+
+} // namespace
+
+QStringList screenDifferences(const QWidget *window, const FlashDataMap &held, bool isCorded)
+{
+    const auto *const sensor = window->findChild<QWidget *>(QStringLiteral("SenSorPage"));
+    const auto *const light = window->findChild<QWidget *>(QStringLiteral("LampLight"));
+    if (!sensor || !light)
+        qFatal("a page is missing");
+    return sensorDifferences(sensor, held, isCorded) + lightDifferences(light, held);
+}

@@ -1,0 +1,242 @@
+#include "app/DialogMain.h"
+#include "app/PostMsg.h"
+#include "devicelink/DeviceFlags.h"
+#include "support/FaultBench.h"
+#include "support/TestHome.h"
+#include "support/VirtualMice.h"
+
+#include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QColor>
+#include <QComboBox>
+#include <QSpinBox>
+
+#include <array>
+#include <cstring>
+
+namespace {
+
+constexpr std::array<const char *, 4> faultKinds = {"drop", "stall", "garbage", "short"};
+
+/** A moment of a connect, named by the answer that gets spoiled. */
+struct Step
+{
+    const char *name;
+    const char *device; ///< who gives the answer: the receiver for itself, or the mouse over the air
+    int after;          ///< its good answers before
+};
+
+// The mouse answers the battery curve, the status, 128 reads, and what follows the record. The receiver answers the
+// device watch (who, online), the connect (online twice), and the two questions after the record.
+constexpr std::array<Step, 13> steps = {{
+    {"identification", "q1-4k", 0},
+    {"first online test", "q1-4k", 2},
+    {"second online test", "q1-4k", 3},
+    {"receiver light", "q1-4k", 4},
+    {"long range", "q1-4k", 5},
+    {"battery curve", "q1", 0},
+    {"program status", "q1", 1},
+    {"first read", "q1", 2},
+    {"a read in the middle", "q1", 66},
+    {"last read", "q1", 129},
+    {"indicator", "q1", 130},
+    {"battery", "q1", 131},
+    {"version and profile", "q1", 132},
+}};
+
+/** Something that a user sets, given what the mouse holds, so that it is a change. */
+struct Control
+{
+    const char *page;
+    const char *name;
+    void (*change)(Program &program, const FlashDataMap &held);
+};
+
+template<typename Widget>
+Widget *in(Program &program, const char *page, const char *name)
+{
+    auto *const widget = program.window()->findChild<QWidget *>(page)->findChild<Widget *>(name);
+    if (!widget)
+        qFatal("there is no %s", name);
+    return widget;
+}
+
+void choose(Program &program, const char *page, const char *name, int index)
+{
+    auto *const list = in<QComboBox>(program, page, name);
+    list->setCurrentIndex(index);
+    Q_EMIT list->activated(index);
+}
+
+void press(Program &program, const char *page, const char *name)
+{
+    auto *const button = in<QAbstractButton>(program, page, name);
+    QTest::mouseClick(button, Qt::LeftButton);
+}
+
+const char *const sensor = "SenSorPage";
+const char *const light = "LampLight";
+
+constexpr std::array<Control, 20> controls = {{
+    {"SensorButton", "rate",
+     [](Program &p, const FlashDataMap &held) {
+         press(p, sensor, held.ReportRate == 2 ? "Button250HZ" : "Button500HZ");
+     }},
+    {"SensorButton", "lift-off", [](Program &p, const FlashDataMap &held) { choose(p, sensor, "LOD", 2 - held.Lod); }},
+    {"SensorButton", "sensor mode",
+     [](Program &p, const FlashDataMap &held) { choose(p, sensor, "ModelChoose", 1 - held.SensorMode); }},
+    {"SensorButton", "performance", [](Program &p, const FlashDataMap &) { press(p, sensor, "Performance"); }},
+    {"SensorButton", "performance time",
+     [](Program &p, const FlashDataMap &held) {
+         choose(p, sensor, "PerformanceOpen", held.PerformanceTime == 30 ? 5 : 2);
+     }},
+    {"SensorButton", "ripple", [](Program &p, const FlashDataMap &) { press(p, sensor, "RippeControl_2"); }},
+    {"SensorButton", "straight line", [](Program &p, const FlashDataMap &) { press(p, sensor, "StraightLine_2"); }},
+    {"SensorButton", "motion sync", [](Program &p, const FlashDataMap &) { press(p, sensor, "MotionSync_2"); }},
+    {"SensorButton", "level",
+     [](Program &p, const FlashDataMap &held) {
+         press(p, sensor, held.DpiCurrentLevel == 1 ? "RedButton" : "BrightRedButton");
+     }},
+    {"SensorButton", "DPI step", [](Program &p, const FlashDataMap &) { press(p, sensor, "AddLevelA"); }},
+    {"SensorButton", "DPI slider",
+     [](Program &p, const FlashDataMap &) {
+         auto *const slider = in<QAbstractSlider>(p, sensor, "horizontalSliderC");
+         slider->setValue(slider->value() < 5000 ? slider->value() + 1050 : 700);
+     }},
+    {"SensorButton", "level count",
+     [](Program &p, const FlashDataMap &held) { choose(p, sensor, "ChooseEvent", held.DpiLevelCount == 8 ? 6 : 7); }},
+    {"SensorButton", "level count below the level",
+     [](Program &p, const FlashDataMap &held) {
+         choose(p, sensor, "ChooseEvent", held.DpiCurrentLevel > 0 ? held.DpiCurrentLevel - 1 : 3);
+     }},
+    {"SensorButton", "level colour",
+     [](Program &p, const FlashDataMap &held) {
+         const int red = held.DpiLevels[held.DpiCurrentLevel].Red ^ 0x55;
+         QMetaObject::invokeMethod(in<QWidget>(p, sensor, "frameDpi"), "SetColor", Q_ARG(QColor, QColor(red, 20, 30)));
+     }},
+    {"LightsButton", "effect",
+     [](Program &p, const FlashDataMap &held) { choose(p, light, "LightMod", held.LightMode == 2 ? 3 : 2); }},
+    {"LightsButton", "brightness",
+     [](Program &p, const FlashDataMap &held) {
+         in<QAbstractSlider>(p, light, "horizontalLight")->setValue(held.LightBrightness == 4 ? 8 : 5);
+     }},
+    {"LightsButton", "speed",
+     [](Program &p, const FlashDataMap &held) {
+         in<QAbstractSlider>(p, light, "horizontalSpeed")->setValue(held.LightSpeed == 4 ? 8 : 5);
+     }},
+    {"LightsButton", "ripple light", [](Program &p, const FlashDataMap &) { press(p, light, "RippeControl"); }},
+    {"LightsButton", "preset colour",
+     [](Program &p, const FlashDataMap &held) {
+         press(p, light, held.LightBlue == 255 ? "toolButtonColorA" : "toolButtonColorB");
+     }},
+    {"LightsButton", "idle time",
+     [](Program &p, const FlashDataMap &held) { choose(p, light, "StopClose", held.StopCloseTime == 60 ? 3 : 4); }},
+}};
+
+bool isSame(const FlashDataMap &one, const FlashDataMap &other) { return std::memcmp(&one, &other, sizeof one) == 0; }
+
+} // namespace
+
+/** Each kind of fault at each step of a connect and under each control: the screen tells the truth or a prompt is up.
+ */
+class FaultsTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void atEachStepOfAConnect_data();
+    void atEachStepOfAConnect();
+    void underEachControl_data();
+    void underEachControl();
+    void cleanupTestCase() { qInfo("%d faults", tried); }
+
+private:
+    int tried = 0;
+};
+
+void FaultsTest::initTestCase() { FaultBench().measureHealthyTurn(); }
+
+void FaultsTest::atEachStepOfAConnect_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("count");
+    for (const char *kind : faultKinds) {
+        for (const int count : {1, 3, 40})
+            QTest::addRow("%s %d", kind, count) << kind << count;
+    }
+}
+
+void FaultsTest::atEachStepOfAConnect()
+{
+    QFETCH(QString, kind);
+    QFETCH(int, count);
+    FaultBench bench;
+    for (const Step &step : steps) {
+        const QString where = step.name;
+        // A whole identification is lost with the largest number. The link waits 50 ms after each request that the
+        // mouse leaves without an answer, which is slow enough with fewer.
+        const bool isMouse = step.device == QLatin1String("q1");
+        bench.spoil(step.device, kind, isMouse ? qMin(count, 7) : count, step.after);
+        QVERIFY2(bench.openQ1(), qPrintable(where));
+        const QString left = bench.settle();
+        QVERIFY2(left.isEmpty(), qPrintable(where + ": " + left));
+        const QString slow = bench.heartbeat().complaint();
+        QVERIFY2(slow.isEmpty(), qPrintable(where + ": " + slow));
+        bench.spoil(step.device, kind, 0);
+        QVERIFY(bench.goBack());
+        bench.heartbeat().restart();
+        ++tried;
+    }
+}
+
+void FaultsTest::underEachControl_data()
+{
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("after");
+    for (const char *kind : faultKinds) {
+        for (const int count : {1, 4}) {
+            QTest::addRow("online test, %s %d", kind, count) << "q1-4k" << kind << count << 0;
+            QTest::addRow("write, %s %d", kind, count) << "q1" << kind << count << 0;
+        }
+    }
+    // Controls that write several values ask before each.
+    for (const int after : {1, 2, 3})
+        QTest::addRow("online test %d, drop 3", after + 1) << "q1-4k"
+                                                           << "drop" << 3 << after;
+}
+
+void FaultsTest::underEachControl()
+{
+    QFETCH(QString, device);
+    QFETCH(QString, kind);
+    QFETCH(int, count);
+    QFETCH(int, after);
+    FaultBench bench;
+    QVERIFY(bench.openQ1());
+    QCOMPARE(bench.settle(), QString());
+    for (const Control &control : controls) {
+        const QString where = control.name;
+        bench.program().click(control.page);
+        const FlashDataMap before = bench.held();
+        bench.program().forgetPrompts();
+        bench.spoil(device, kind, count, after);
+        bench.heartbeat().restart();
+        control.change(bench.program(), before);
+        const QString left = bench.settle();
+        QVERIFY2(left.isEmpty(), qPrintable(where + ": " + left));
+        // A write that gets lost is repeated; only a mouse that doesn't answer the online test keeps its old value.
+        const bool isRefused = bench.program().shownPrompts().contains("MouseOffLine");
+        QVERIFY2(isRefused || !isSame(bench.held(), before),
+                 qPrintable(where + ": the change was lost without a word"));
+        QVERIFY2(device != "q1" || !isRefused, qPrintable(where + ": a prompt for a lost write"));
+        const QString slow = bench.heartbeat().complaint();
+        QVERIFY2(slow.isEmpty(), qPrintable(where + ": " + slow));
+        bench.spoil(device, kind, 0);
+        ++tried;
+    }
+}
+
+HALVARION_TEST_MAIN(FaultsTest)
+#include "tst_faults.moc"

@@ -1,0 +1,391 @@
+#include "app/ChooserList.h"
+#include "app/DialogMain.h"
+#include "app/PostMsg.h"
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/SelectedDevice.h"
+#include "devicelink/WorkingRecord.h"
+#include "portwire/control/ControlClient.h"
+#include "support/FaultBench.h"
+#include "support/Screen.h"
+#include "support/TestHome.h"
+#include "support/VirtualMice.h"
+
+#include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QElapsedTimer>
+#include <QProgressBar>
+#include <QRandomGenerator>
+
+#include <array>
+#include <atomic>
+#include <cstring>
+#include <thread>
+
+namespace {
+
+bool isSame(const FlashDataMap &one, const FlashDataMap &other) { return std::memcmp(&one, &other, sizeof one) == 0; }
+
+/** What a hand does to the bus, in words of portwirectl. */
+QStringList randomHand(QRandomGenerator &random)
+{
+    static const std::array<const char *, 4> kinds = {"drop", "stall", "garbage", "short"};
+    static const std::array<const char *, 4> rates = {"1", "2", "4", "32"};
+    const QString digit = QString::number(random.bounded(4));
+    switch (random.bounded(12)) {
+    case 0:
+    case 1:
+        return {"unplug", "q1-4k"};
+    case 2:
+        return {"plug", "q1-4k"};
+    case 3:
+        return {"plug", "q1"};
+    case 4:
+        return {"unplug", "q1"};
+    case 5:
+        return {"sleep", "q1"};
+    case 6:
+        return {"wake", "q1"};
+    case 7:
+        return {"dpi", "q1", digit};
+    case 8:
+        return {"rate", "q1", rates[random.bounded(4U)]};
+    case 9:
+        return {"profile", "q1", digit};
+    default:
+        return {"fault", random.bounded(2) == 0 ? "q1" : "q1-4k", kinds[random.bounded(4U)],
+                QString::number(random.bounded(1, 9))};
+    }
+}
+
+/** What a user does, as far as the program lets him: a prompt takes everything but its own buttons. */
+void randomClick(FaultBench &bench, quint32 choice)
+{
+    static const std::array<const char *, 5> pages = {"SensorButton", "LightsButton", "MacroButton", "FormSetting",
+                                                      "ButtonMain"};
+    static const std::array<const char *, 6> settings = {"Button125HZ",    "Button500HZ",  "Performance",
+                                                         "StraightLine_2", "MotionSync_2", "AddLevelA"};
+    Program &program = bench.program();
+    if (program.isPromptShown()) {
+        if (choice % 3 == 0)
+            bench.dismiss(QStringLiteral("MouseOffLine"));
+    } else if (!program.isDeviceWindowShown()) {
+        const auto entries = static_cast<quint32>(ChooserList::devices().size());
+        if (entries > 0 && !DuplicateDevices)
+            program.click(QStringLiteral("btn%1").arg(choice % entries));
+    } else if (choice % 5 == 0) {
+        program.click(pages[choice / 5 % pages.size()]);
+    } else if (choice % 7 == 0) {
+        program.click("UpArrow");
+    } else {
+        program.click(settings[choice / 7 % settings.size()]);
+    }
+}
+
+} // namespace
+
+/** What happens to a mouse in a hand, at the worst moments: the program lives, answers, and shows what is so. */
+class FaultsBusTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { FaultBench().measureHealthyTurn(); }
+    void deadReceiverOnTheChooser_data();
+    void deadReceiverOnTheChooser();
+    void handsAtRandomMoments();
+    void sleepBetweenWriteAndAcknowledgement_data();
+    void sleepBetweenWriteAndAcknowledgement();
+    void announcedChangeThatCannotBeRead_data();
+    void announcedChangeThatCannotBeRead();
+    void mouseLostForGood();
+    void pulledForAMoment();
+    void reportStorm();
+};
+
+void FaultsBusTest::deadReceiverOnTheChooser_data()
+{
+    QTest::addColumn<QString>("kind");
+    for (const char *kind : {"drop", "stall", "garbage", "short"})
+        QTest::newRow(kind) << kind;
+}
+
+void FaultsBusTest::deadReceiverOnTheChooser()
+{
+    QFETCH(QString, kind);
+    FaultBench bench([&] { VirtualMice::tell({"unplug", "q1-4k"}); });
+    QVERIFY(bench.waitFor([&] { return bench.program().entryCount() == 1; }));
+    bench.spoil("q1-4k", kind, 1000000);
+    bench.hand({"plug", "q1-4k"});
+    QVERIFY(bench.waitFor([&] { return bench.program().entryCount() == 2; }));
+    QCOMPARE(bench.heartbeat().complaint(), QString());
+    const int dead = ChooserList::devices()[0].Path.contains("q1") ? 0 : 1;
+    const QString picture = QStringLiteral("btn%1").arg(dead);
+    QVERIFY(bench.program().find(picture)->styleSheet().contains("Unknow.png"));
+    bench.program().click(picture);
+    QTest::qWait(20);
+    QVERIFY(!bench.program().isDeviceWindowShown());
+
+    // Cured, and looked at again as the pointer does.
+    bench.spoil("q1-4k", kind, 0);
+    QEvent enter(QEvent::Enter);
+    QCoreApplication::sendEvent(bench.program().find(picture), &enter);
+    QVERIFY(bench.program().find(picture)->styleSheet().contains("OnLine0.png"));
+    QVERIFY(bench.openQ1());
+    QCOMPARE(bench.settle(), QString());
+}
+
+void FaultsBusTest::handsAtRandomMoments()
+{
+    const int rounds = qMax(40, qEnvironmentVariableIntValue("HALVARION_ROUNDS"));
+    QRandomGenerator random(faultSeed());
+    FaultBench bench;
+    constexpr int roundTime = 80;
+    int hands = 0;
+    for (int round = 0; round < rounds; ++round) {
+        // A second change of profile within 3 s is not read anew, as the status gate wants it.
+        QTest::qWait(Wait::scaled(3000));
+        bool isProfileChanged = false;
+        // By timers: a click may open a prompt, whose event loop then runs what comes next.
+        const auto later = [&](auto action) {
+            QTimer::singleShot(static_cast<int>(random.bounded(roundTime)), bench.program().window(), action);
+        };
+        QStringList story;
+        for (int index = static_cast<int>(random.bounded(2, 8)); index > 0; --index, ++hands) {
+            QStringList words = randomHand(random);
+            if (std::exchange(isProfileChanged, isProfileChanged || words[0] == "profile") && words[0] == "profile")
+                words = QStringList{"wake", "q1"};
+            story << words.join(' ');
+            later([&bench, words] {
+                // There may be no such level in the profile that is active now; a hand can't press it then.
+                bench.heartbeat().aside([&] { portwire::ControlClient().call(words); });
+            });
+        }
+        for (int index = static_cast<int>(random.bounded(1, 6)); index > 0; --index, ++hands) {
+            const quint32 choice = random.bounded(1000U);
+            story << QStringLiteral("click %1").arg(choice);
+            later([&bench, choice] { randomClick(bench, choice); });
+        }
+        bool isOver = false;
+        QTimer::singleShot(roundTime + 20, bench.program().window(), [&] {
+            for (const QStringList &cure : {QStringList{"fault", "q1", "drop", "0"},
+                                            {"fault", "q1-4k", "drop", "0"},
+                                            {"unplug", "q1"},
+                                            {"plug", "q1-4k"},
+                                            {"wake", "q1"}})
+                bench.hand(cure);
+            isOver = true;
+        });
+        const QString told = QStringLiteral("round %1: %2").arg(round).arg(story.join(", "));
+        QVERIFY2(bench.waitFor([&] { return isOver; }), qPrintable(told));
+        // A change of the bus may still be on its way to the program, which then goes back to the chooser once more.
+        QString left = QStringLiteral("the Q1 isn't on the chooser");
+        for (int attempt = 0; attempt < 4 && !left.isEmpty(); ++attempt) {
+            const auto isOther = [] { return SelectInfo().get().DeviceKind != 1; };
+            const auto isAtRest = [&] {
+                if (!bench.program().isDeviceWindowShown())
+                    return bench.program().entryCount() == 2;
+                return isOther() || bench.unsettled().isEmpty();
+            };
+            bench.waitFor(isAtRest, 3000);
+            if (isOther() && bench.program().isDeviceWindowShown())
+                bench.goBack();
+            if (bench.program().isDeviceWindowShown() || bench.openQ1())
+                left = bench.settle(3000);
+        }
+        QVERIFY2(left.isEmpty(), qPrintable(told + ": " + left));
+        const QString slow = bench.heartbeat().complaint();
+        QVERIFY2(slow.isEmpty(), qPrintable(told + ": " + slow));
+        bench.heartbeat().restart();
+    }
+    qInfo("%d rounds, %d hands and clicks", rounds, hands);
+}
+
+void FaultsBusTest::sleepBetweenWriteAndAcknowledgement_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("moment"); ///< ms from the hand-over to the sleep
+    for (const char *kind : {"drop", "stall", "garbage", "short"}) {
+        for (const int moment : {0, 5, 15, 40})
+            QTest::addRow("%s, asleep after %d ms", kind, moment) << kind << moment;
+    }
+}
+
+void FaultsBusTest::sleepBetweenWriteAndAcknowledgement()
+{
+    QFETCH(QString, kind);
+    QFETCH(int, moment);
+    FaultBench bench;
+    QVERIFY(bench.openQ1());
+    QCOMPARE(bench.settle(), QString());
+    bench.program().click("SensorButton");
+    for (int round = 0; round < 4; ++round) {
+        bench.program().forgetPrompts();
+        const FlashDataMap before = bench.held();
+        bench.spoil("q1", kind, 3 + round);
+        bench.program().click(round % 2 == 0 ? "Button250HZ" : "Button500HZ");
+        const FlashDataMap wanted = WorkingRecord::instance().copy();
+        QVERIFY(!isSame(wanted, before));
+        bool isAwakeAgain = false;
+        QTimer::singleShot(moment, bench.program().window(), [&] {
+            bench.hand({"sleep", "q1"});
+            bench.spoil("q1", kind, 0);
+        });
+        QTimer::singleShot(moment + 30 * round, bench.program().window(), [&] {
+            bench.hand({"wake", "q1"});
+            isAwakeAgain = true;
+        });
+        QVERIFY(bench.waitFor([&] { return isAwakeAgain; }));
+        QCOMPARE(bench.settle(), QString());
+        QVERIFY2(isSame(bench.held(), wanted), "the change was lost in the sleep");
+        QCOMPARE(bench.heartbeat().complaint(), QString());
+    }
+}
+
+void FaultsBusTest::announcedChangeThatCannotBeRead_data()
+{
+    QTest::addColumn<QStringList>("change");
+    QTest::addColumn<QString>("kind"); ///< of the fault; empty for a mouse that falls asleep before it was read
+    const std::pair<const char *, QStringList> changes[] = {
+        {"level", {"dpi", "q1", "4"}}, {"rate", {"rate", "q1", "4"}}, {"profile", {"profile", "q1", "2"}}};
+    for (const auto &[name, change] : changes) {
+        for (const char *kind : {"drop", "stall", "garbage", "short", ""})
+            QTest::addRow("%s, %s", name, *kind ? kind : "asleep") << change << kind;
+    }
+}
+
+/** The mouse says that something changed on it, and then its answer to what it is gets lost. */
+void FaultsBusTest::announcedChangeThatCannotBeRead()
+{
+    QFETCH(QStringList, change);
+    QFETCH(QString, kind);
+    // A profile that differs from the active one.
+    FaultBench bench([] {
+        VirtualMice::tell({"profile", "q1", "2"});
+        VirtualMice::tell({"rate", "q1", "8"});
+        VirtualMice::tell({"profile", "q1", "0"});
+    });
+    QVERIFY(bench.openQ1());
+    QCOMPARE(bench.settle(), QString());
+    QTest::qWait(Wait::scaled(3000) + 20); // a re-read is let through again
+    const FlashDataMap before = bench.held();
+    bench.spoil("q1", kind.isEmpty() ? "drop" : kind, 5);
+    bench.hand(change);
+    if (kind.isEmpty()) {
+        bench.hand({"sleep", "q1"});
+        bench.spoil("q1", "drop", 0);
+        QTest::qWait(50);
+        bench.hand({"wake", "q1"});
+    }
+    QVERIFY(!isSame(bench.held(), before));
+    QCOMPARE(bench.settle(), QString());
+    QCOMPARE(bench.heartbeat().complaint(), QString());
+}
+
+void FaultsBusTest::mouseLostForGood()
+{
+    FaultBench bench;
+    Program &program = bench.program();
+    QVERIFY(bench.openQ1());
+    QCOMPARE(bench.settle(), QString());
+    program.click("SensorButton");
+    const FlashDataMap last = bench.held();
+    bench.hand({"sleep", "q1"});
+    int stayed = 0;
+    program.whenShown("MouseOffLine", [&] {
+        // Some polls of the mouse that never answers.
+        QTimer::singleShot(60, program.window(), [&] {
+            stayed += program.isPromptShown("MouseOffLine") ? 1 : 0;
+            bench.dismiss("MouseOffLine");
+        });
+    });
+    for (const char *setting : {"Button250HZ", "MotionSync_2", "AddLevelA"}) {
+        program.click(setting);
+        QVERIFY(bench.waitFor([&] { return !program.isPromptShown(); }));
+    }
+    QCOMPARE(stayed, 3);
+    QVERIFY(isSame(WorkingRecord::instance().copy(), last));
+    QVERIFY(bench.goBack());
+
+    // Its receiver is still there: the last known settings, and no wait for what never comes.
+    program.forgetPrompts();
+    QVERIFY(bench.openQ1());
+    QVERIFY(bench.waitFor([&] { return OfflineWaiting && allPagesLoaded(); }));
+    QTest::qWait(Wait::scaled(4500 + 6000) + 50);
+    QCOMPARE(program.shownPrompts(), QStringList());
+    QCOMPARE(screenDifferences(program.window(), last), QStringList());
+
+    // With the offline prompt up the receiver goes as well.
+    program.whenShown("MouseOffLine", [&] { bench.hand({"remove", "q1"}); });
+    program.click("SensorButton");
+    program.click("Button250HZ");
+    QCOMPARE(program.shownPrompts(), QStringList{"MouseOffLine"});
+    QVERIFY(bench.waitFor([&] { return !program.isDeviceWindowShown() && program.entryCount() == 1; }));
+    QVERIFY(bench.waitFor([&] { return !program.isPromptShown(); }));
+    QCOMPARE(bench.heartbeat().complaint(), QString());
+}
+
+/** Out and in again before the program looks: it stays on the device, and so must what it shows. */
+void FaultsBusTest::pulledForAMoment()
+{
+    FaultBench bench;
+    QVERIFY(bench.openQ1());
+    QCOMPARE(bench.settle(), QString());
+    bench.heartbeat().restart();
+    for (int round = 0; round < 6; ++round) {
+        bench.heartbeat().aside([&] {
+            VirtualMice::tell({"unplug", "q1-4k"});
+            VirtualMice::tell({"rate", "q1", round % 2 == 0 ? "4" : "2"});
+            VirtualMice::tell({"plug", "q1-4k"});
+        });
+        QCOMPARE(bench.settle(), QString());
+        // Its reports arrive again without anything being asked.
+        bench.hand({"dpi", "q1", QString::number(round % 5)});
+        QCOMPARE(bench.settle(), QString());
+        QCOMPARE(bench.heartbeat().complaint(), QString());
+    }
+}
+
+/** Changes on the mouse as fast as they can be made, while the user clicks through pages and languages. */
+void FaultsBusTest::reportStorm()
+{
+    FaultBench bench;
+    Program &program = bench.program();
+    QVERIFY(bench.openQ1());
+    QCOMPARE(bench.settle(), QString());
+    std::atomic<bool> isOver{false};
+    std::atomic<int> changes{0};
+    std::thread storm([&] {
+        const portwire::ControlClient client;
+        for (int index = 0; !isOver; ++index) {
+            client.call({"dpi", "q1", QString::number(index % 5)});
+            client.call({"rate", "q1", index % 2 == 0 ? "2" : "4"});
+            client.call({"battery", "q1", QString::number(index % 101)});
+            changes += 3;
+        }
+    });
+    QElapsedTimer time;
+    time.start();
+    bench.heartbeat().restart();
+    int clicks = 0;
+    for (; time.elapsed() < 3000; ++clicks) {
+        static const std::array<const char *, 5> pages = {"SensorButton", "LightsButton", "MacroButton", "FormSetting",
+                                                          "ButtonMain"};
+        program.click(pages[static_cast<std::size_t>(clicks) % pages.size()]);
+        if (clicks % 5 == 4)
+            postMsg()->post(&PostMsg::SigChangeLanguage, clicks / 5 % 6);
+        QTest::qWait(10);
+    }
+    postMsg()->post(&PostMsg::SigChangeLanguage, 0);
+    isOver = true;
+    storm.join();
+    const qint64 milliseconds = time.elapsed();
+    qInfo("%d changes, %lld a second; %d clicks", changes.load(), changes * 1000 / milliseconds, clicks);
+    QCOMPARE(bench.heartbeat().complaint(), QString());
+    // No backlog: what is shown a moment after the last change is what the mouse holds.
+    QCOMPARE(bench.settle(1000), QString());
+    const int charge = VirtualMice::device("q1")["battery"].toInt();
+    QVERIFY(bench.waitFor([&] { return program.find<QProgressBar>("progressBar")->value() == charge; }, 1000));
+    QVERIFY2(changes * 1000 / milliseconds > 300, "that was no storm");
+}
+
+HALVARION_TEST_MAIN(FaultsBusTest)
+#include "tst_faults_bus.moc"

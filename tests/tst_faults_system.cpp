@@ -1,0 +1,238 @@
+#include "devicelink/DeviceCache.h"
+#include "devicelink/SelectedDevice.h"
+#include "productdata/UserFolders.h"
+#include "productdata/UserSettings.h"
+#include "support/FaultBench.h"
+#include "support/Screen.h"
+#include "support/TestHome.h"
+#include "support/VirtualMice.h"
+
+#include <QComboBox>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <csignal>
+#include <linux/capability.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+const char *const scenarioName = "HALVARION_DISK";
+
+QString registryFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/halvarion/registry.ini";
+}
+
+QString cacheOfQ1() { return UserFolders::path(UserFolders::Folder::DeviceInfo) + "/Device_CID12_MID01.bin"; }
+
+void putFile(const QString &path, const QByteArray &content)
+{
+    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+    QFile file(path);
+    QVERIFY2(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(), qPrintable(path));
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("can't be read");
+}
+
+/** No file of this process grows beyond so many bytes, as on a full disk. */
+void limitFiles(rlim_t bytes)
+{
+    signal(SIGXFSZ, SIG_IGN); // a full disk sends no signal, a limit does
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = bytes;
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+/** The home may be read and nothing more. Root may write everywhere, unless it gives that right away. */
+void sealHome()
+{
+    UserFolders::prepare();
+    if (geteuid() == 0) {
+        __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+        __user_cap_data_struct rights[_LINUX_CAPABILITY_U32S_3]{};
+        QVERIFY(syscall(SYS_capget, &header, rights) == 0);
+        rights[0].effective &= ~(1U << CAP_DAC_OVERRIDE);
+        QVERIFY(syscall(SYS_capset, &header, rights) == 0);
+    }
+    for (const QString &folder :
+         {UserFolders::path(UserFolders::Folder::DeviceInfo), QDir::homePath() + "/AppData",
+          QFileInfo(UserFolders::settingsFile()).path(),
+          QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), QDir::homePath()}) {
+        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+        QVERIFY(!QFile(folder + "/new").open(QIODevice::WriteOnly));
+    }
+}
+
+/** What a test finds in its home, and what it does to it. */
+struct Disk
+{
+    const char *name;
+    void (*before)();      ///< before the first window
+    void (*during)();      ///< while the first device is open
+    bool isLanguageStored; ///< the file of the settings can be written
+};
+
+void nothing() {}
+
+constexpr Disk disks[] = {
+    {"the home is read-only", sealHome, nothing, false},
+    {"no room from the start", [] { limitFiles(0); }, nothing, false},
+    {"no room later on", nothing, [] { limitFiles(0); }, false},
+    {"room for a part of the cache", nothing, [] { limitFiles(5000); }, true},
+    {"a file in place of all folders",
+     [] {
+         QVERIFY(QDir(QDir::homePath() + "/AppData").removeRecursively());
+         putFile(QDir::homePath() + "/AppData", "mine");
+     },
+     nothing, false},
+    {"a file in place of the cache folder", [] { putFile(UserFolders::path(UserFolders::Folder::DeviceInfo), "mine"); },
+     nothing, true},
+    {"a folder in place of the cache file", [] { QVERIFY(QDir().mkpath(cacheOfQ1() + "/in")); }, nothing, true},
+    {"a folder in place of the settings file",
+     [] {
+         QVERIFY(QFile::remove(UserFolders::settingsFile()));
+         QVERIFY(QDir().mkpath(UserFolders::settingsFile() + "/in"));
+     },
+     nothing, false},
+    {"a folder in place of the registry", [] { QVERIFY(QDir().mkpath(registryFile() + "/in")); }, nothing, true},
+};
+
+/** Files and folders that stand where the program wants something else are somebody's. */
+bool isInTheWay(const QString &path)
+{
+    return QFileInfo(path + "/in").isDir() || (QFileInfo(path).isFile() && contentOf(path) == "mine");
+}
+
+} // namespace
+
+/** What the machine does to the program: no room, no right, something in the way, a second copy. */
+class FaultsSystemTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void badDisk_data();
+    void badDisk();
+    void userOnBadDisk();
+    void twoAtOnce();
+};
+
+void FaultsSystemTest::badDisk_data()
+{
+    QTest::addColumn<QString>("disk");
+    for (const Disk &disk : disks)
+        QTest::newRow(disk.name) << disk.name;
+}
+
+/** Each disk has a process and a home of its own: the limit and the rights are the process's. */
+void FaultsSystemTest::badDisk()
+{
+    QFETCH(QString, disk);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(scenarioName), disk);
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationFilePath(), {"userOnBadDisk"});
+    QVERIFY2(process.waitForFinished(120000), "the program hangs");
+    const QByteArray said = process.readAllStandardOutput() + process.readAllStandardError();
+    QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0, said.constData());
+    QVERIFY2(said.contains("QWARN"), "the log must tell what could not be kept");
+}
+
+/** Runs in the process that badDisk starts: a user who sees nothing of it but that nothing is kept on the PC. */
+void FaultsSystemTest::userOnBadDisk()
+{
+    const QString name = qEnvironmentVariable(scenarioName);
+    if (name.isEmpty())
+        QSKIP("runs in the process that badDisk starts");
+    const Disk *disk =
+        std::find_if(std::begin(disks), std::end(disks), [&](const Disk &each) { return name == each.name; });
+    putFile(UserFolders::settingsFile(), "[AutoStart]\nEnable=1\n");
+    disk->before();
+    const QStringList places = {QDir::homePath() + "/AppData", UserFolders::path(UserFolders::Folder::DeviceInfo),
+                                cacheOfQ1(), UserFolders::settingsFile(), registryFile()};
+    QStringList inTheWay;
+    std::copy_if(places.begin(), places.end(), std::back_inserter(inTheWay), isInTheWay);
+    {
+        FaultBench bench;
+        QVERIFY(bench.openQ1());
+        QCOMPARE(bench.settle(), QString());
+        const QList<QByteArray> before = {contentOf(cacheOfQ1()), contentOf(UserFolders::settingsFile()),
+                                          contentOf(registryFile())};
+        disk->during();
+
+        bench.program().click("SensorButton");
+        const FlashDataMap held = bench.held();
+        bench.program().click("MotionSync_2");
+        QVERIFY(bench.waitFor([&] { return bench.held().MotionSync != held.MotionSync; }));
+        QCOMPARE(bench.settle(), QString());
+        QVERIFY(bench.goBack());
+        constexpr int chinese = 1;
+        auto *const list = bench.program().find<QComboBox>("comboBox");
+        list->setCurrentIndex(chinese);
+        Q_EMIT list->activated(chinese);
+        // It holds at least until the program ends, and the device can be opened anew.
+        QCOMPARE(UserSettings::instance()->language(), chinese);
+        QVERIFY(bench.openQ1());
+        QCOMPARE(bench.settle(), QString());
+        QVERIFY(bench.held().MotionSync != held.MotionSync);
+
+        // What can't be replaced stays as it was; nothing is left cut off.
+        FlashDataMap kept{};
+        QVERIFY(contentOf(cacheOfQ1()) == before[0] || LoadDeviceCache(LoadFileName().get(), kept));
+        const QByteArray settings = contentOf(UserFolders::settingsFile());
+        QVERIFY2(settings == before[1] || (settings.contains("Enable=1") && settings.contains("Language=1")),
+                 settings.constData());
+        const QByteArray registry = contentOf(registryFile());
+        QVERIFY2(registry == before[2] || registry.contains("MouseVer"), registry.constData());
+        QCOMPARE(settings.contains("Language=1"), disk->isLanguageStored);
+    }
+    limitFiles(RLIM_INFINITY);
+    for (const QString &place : qAsConst(inTheWay))
+        QVERIFY2(isInTheWay(place), qPrintable(place + " was somebody's and has gone"));
+}
+
+/** Two copies that start in the same moment in the same home: one runs, the other says so and goes. */
+void FaultsSystemTest::twoAtOnce()
+{
+    constexpr int rounds = 4;
+    constexpr int startTime = 400; // ms until both wait for the moment
+    for (int round = 0; round < rounds; ++round) {
+        const QString moment = QString::number(QDateTime::currentMSecsSinceEpoch() + startTime);
+        QProcess copies[2];
+        QByteArray said[2];
+        for (QProcess &copy : copies)
+            copy.start(PROGRAM_CHILD, {moment});
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [&] {
+                for (int index = 0; index < 2; ++index)
+                    said[index] += copies[index].readAllStandardOutput();
+                return !said[0].isEmpty() && !said[1].isEmpty();
+            }(),
+            30000);
+        const int first = said[0] == "WINDOW\n" ? 0 : 1;
+        QCOMPARE(said[first], QByteArray("WINDOW\n"));
+        QCOMPARE(said[1 - first], QByteArray("REFUSED\n"));
+        const auto hasEnded = [](QProcess &copy) {
+            return copy.state() == QProcess::NotRunning || copy.waitForFinished();
+        };
+        QVERIFY(hasEnded(copies[1 - first]));
+        QCOMPARE(copies[1 - first].exitCode(), 0);
+        QCOMPARE(copies[first].state(), QProcess::Running);
+        copies[first].closeWriteChannel();
+        QVERIFY(hasEnded(copies[first]));
+        QCOMPARE(copies[first].exitStatus(), QProcess::NormalExit);
+        QVERIFY2(copies[first].exitCode() == 0, copies[first].readAllStandardError().constData());
+    }
+}
+
+HALVARION_TEST_MAIN(FaultsSystemTest)
+#include "tst_faults_system.moc"
