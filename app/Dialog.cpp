@@ -17,6 +17,7 @@
 #include "productdata/Theme.h"
 #include "productdata/UserFolders.h"
 #include "sensor/Sensor.h"
+#include "ui/LateStyle.h"
 #include "ui/UpDataParam.h"
 #include "ui_Dialog.h"
 
@@ -85,8 +86,8 @@ void Dialog::makePages()
 void Dialog::setUpTheme()
 {
     const QString folder = Theme::pictureFolder("Dialog");
-    ui->frame_2->setStyleSheet(
-        Theme::frameBackground(folder, QStringLiteral("frame_2"), QStringLiteral("BackGround.png")));
+    new LateStyle(ui->frame_2,
+                  Theme::frameBackground(folder, QStringLiteral("frame_2"), QStringLiteral("BackGround.png")));
     const auto pageButton = [&folder](QToolButton *button, const QString &name, const QString &checked) {
         button->setStyleSheet(Theme::pageButton(folder, name + ".png", name + "Hover.png", name + checked + ".png"));
     };

@@ -5,6 +5,7 @@
 #include "devicelink/Worker.h"
 #include "portwire/portwire.h"
 #include "productdata/Theme.h"
+#include "ui/LateStyle.h"
 
 #include <QFrame>
 #include <QLabel>
@@ -15,7 +16,7 @@ Buttoninterface::Buttoninterface(QWidget *parent)
     setFixedSize(883, 630);
     background->setObjectName(QStringLiteral("ButtonPage"));
     background->setGeometry(rect());
-    background->setStyleSheet(Theme::frameBackground(Theme::pictureFolder("Buttoninterface"), background->objectName(),
+    new LateStyle(background, Theme::frameBackground(Theme::pictureFolder("Buttoninterface"), background->objectName(),
                                                      QStringLiteral("BackGround.png")));
     mousePicture->setObjectName(QStringLiteral("MousePicture"));
     mousePicture->setGeometry(225, 129, 432, 356);

@@ -1,6 +1,7 @@
 #include "lighting/LampLight.h"
 #include "lighting/LightTables.h"
 #include "productdata/Theme.h"
+#include "ui/LateStyle.h"
 #include "ui/MyConmboBox.h"
 
 #include <QAbstractItemView>
@@ -29,8 +30,8 @@ void LampLight::setStyles()
     using Theme::Colour;
     const QString accent = Theme::rgb(Colour::SliderColor);
     setAttribute(Qt::WA_StyledBackground);
-    setStyleSheet(Theme::frameBackground(pictures, objectName(), QStringLiteral("BackGround.png")) + Theme::label() +
-                  QLatin1String(lines));
+    new LateStyle(this, Theme::frameBackground(pictures, objectName(), QStringLiteral("BackGround.png")) +
+                            Theme::label() + QLatin1String(lines));
 
     form.LightMod->setStyleSheet(Theme::comboBox(pictures) + QString::fromLatin1(comboStates).arg(accent));
     form.LightMod->view()->setStyleSheet(Theme::comboBoxList());

@@ -2,14 +2,11 @@
 
 #include "app/Wait.h"
 
-#include <QImage>
 #include <QLinearGradient>
 #include <QPainter>
-#include <QRadialGradient>
 #include <QtMath>
 
 #include <array>
-#include <utility>
 
 namespace {
 
@@ -17,10 +14,6 @@ namespace {
 constexpr int frameTime = 40;
 /** Lights of the strip. */
 constexpr int lampCount = 40;
-/** Reach of a lamp's glow in pixels. */
-constexpr qreal glowReach = 88;
-/** The glow is drawn this many times smaller: it has no detail, and so costs a sixteenth. */
-constexpr int glowScale = 4;
 /** Pixels between the tail of the mouse and the foot of the stage, where the stage isn't high enough for the whole. */
 constexpr int footRoom = 48;
 constexpr int mouseLength = 372;
@@ -56,33 +49,37 @@ QPainterPath bodyPath()
 }
 
 /** Where the lamps are, from the left flank to the right one. */
-std::array<QPointF, lampCount> lamps()
+QVector<QPointF> placeLamps()
 {
     QPainterPath side(outline[0]);
     side.cubicTo(outline[1], outline[2], outline[3]);
-    std::array<QPointF, lampCount> points;
+    QVector<QPointF> points(lampCount);
     constexpr int half = lampCount / 2;
     for (int number = 0; number < half; ++number) {
         const qreal percent = side.percentAtLength(side.length() * (number + 0.5) / half);
         const QPointF at = side.pointAtPercent(percent);
         const qreal angle = qDegreesToRadians(side.angleAtPercent(percent));
         const QPointF outside = at + stripGap * QPointF(std::sin(angle), std::cos(angle));
-        points[static_cast<std::size_t>(half) + static_cast<std::size_t>(number)] = outside;
-        points[static_cast<std::size_t>(half) - 1 - static_cast<std::size_t>(number)] = mirrored(outside);
+        points[half + number] = outside;
+        points[half - 1 - number] = mirrored(outside);
     }
     return points;
 }
 
-/** How the glow of one lamp falls off: part of its reach, and what is left of the light there. */
-constexpr std::array<std::pair<qreal, qreal>, 4> glowFall = {{{0.0, 0.16}, {0.3, 0.075}, {0.6, 0.022}, {1.0, 0.0}}};
+/** The same for every picture; to walk along the outline takes longer than to draw what is on it. */
+const QVector<QPointF> &lamps()
+{
+    static const QVector<QPointF> places = placeLamps();
+    return places;
+}
 
-/** The full colour, as transparent as the lamp is dim. */
-QColor glowing(const QColor &lamp, qreal strength)
+/** The colour of a lamp at its brightest. */
+QColor full(const QColor &lamp)
 {
     const qreal level = lamp.valueF();
     if (level <= 0)
-        return Qt::transparent;
-    return QColor::fromRgbF(lamp.redF() / level, lamp.greenF() / level, lamp.blueF() / level, strength * level);
+        return Qt::black;
+    return QColor::fromRgbF(lamp.redF() / level, lamp.greenF() / level, lamp.blueF() / level);
 }
 
 QColor mixed(const QColor &from, const QColor &to, qreal part)
@@ -97,7 +94,7 @@ QColor mixed(const QColor &from, const QColor &to, qreal part)
 LightStage::LightStage(QWidget *parent) : QWidget(parent)
 {
     frames.setInterval(qMax(Wait::scaled(frameTime), frameTime / 4));
-    connect(&frames, &QTimer::timeout, this, QOverload<>::of(&QWidget::update));
+    connect(&frames, &QTimer::timeout, this, [this] { update(glow.area()); });
     running.start();
 }
 
@@ -134,21 +131,43 @@ void LightStage::hideEvent(QHideEvent *event)
 
 void LightStage::paintEvent(QPaintEvent *)
 {
+    const qreal scale = devicePixelRatioF();
+    if (well.size() != size() * scale) {
+        well = drawn(&LightStage::paintWell);
+        mouse = drawn(&LightStage::paintMouse);
+        QVector<QPointF> places = lamps();
+        for (QPointF &place : places)
+            place += tail();
+        glow = LightGlow(places);
+    }
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QLinearGradient well(0, 0, 0, height());
-    well.setColorAt(0, QColor(wellTop));
-    well.setColorAt(1, QColor(wellBottom));
-    painter.setPen(QColor(hairline));
-    painter.setBrush(well);
-    const QRectF frame = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.drawRoundedRect(frame, 4, 4);
-    QPainterPath inside;
-    inside.addRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), 3.5, 3.5);
-    painter.setClipPath(inside);
-    painter.translate(tail());
+    painter.drawPixmap(0, 0, well);
+    painter.setClipRect(QRectF(rect()).adjusted(1, 1, -1, -1)); // the light stays inside of the edge
     paintLight(painter);
-    paintMouse(painter);
+    painter.drawPixmap(0, 0, mouse);
+}
+
+/** What stands still is drawn once. */
+QPixmap LightStage::drawn(void (LightStage::*paint)(QPainter &) const) const
+{
+    const qreal scale = devicePixelRatioF();
+    QPixmap picture(size() * scale);
+    picture.setDevicePixelRatio(scale);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    (this->*paint)(painter);
+    return picture;
+}
+
+void LightStage::paintWell(QPainter &painter) const
+{
+    QLinearGradient depth(0, 0, 0, height());
+    depth.setColorAt(0, QColor(wellTop));
+    depth.setColorAt(1, QColor(wellBottom));
+    painter.setPen(QColor(hairline));
+    painter.setBrush(depth);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
 }
 
 QPointF LightStage::tail() const
@@ -158,6 +177,7 @@ QPointF LightStage::tail() const
 
 void LightStage::paintMouse(QPainter &painter) const
 {
+    painter.translate(tail());
     const QPainterPath body = bodyPath();
     const QRectF box = body.boundingRect();
     QLinearGradient shell(box.topLeft(), box.bottomLeft());
@@ -181,40 +201,31 @@ void LightStage::paintMouse(QPainter &painter) const
 void LightStage::paintLight(QPainter &painter) const
 {
     const double seconds = double(running.elapsed()) / 1000;
-    const std::array<QPointF, lampCount> places = lamps();
-    std::array<QColor, lampCount> colours;
-    for (std::size_t number = 0; number < lampCount; ++number)
-        colours[number] = LightPattern::colourAt(shown, double(number) / (lampCount - 1), seconds);
+    const QVector<QPointF> &places = lamps();
+    QVector<QColor> colours;
+    for (int number = 0; number < lampCount; ++number)
+        colours << LightPattern::colourAt(shown, double(number) / (lampCount - 1), seconds);
 
-    QImage glow(size() / glowScale, QImage::Format_ARGB32_Premultiplied);
-    glow.fill(Qt::transparent);
-    QPainter glowPainter(&glow);
-    glowPainter.setCompositionMode(QPainter::CompositionMode_Plus);
-    glowPainter.setPen(Qt::NoPen);
-    const QPointF origin = tail();
-    for (std::size_t number = 0; number < lampCount; ++number) {
-        const QPointF centre = (origin + places[number]) / glowScale;
-        QRadialGradient light(centre, glowReach / glowScale);
-        for (const auto &[distance, alpha] : glowFall)
-            light.setColorAt(distance, glowing(colours[number], alpha));
-        glowPainter.setBrush(light);
-        glowPainter.drawEllipse(centre, glowReach / glowScale, glowReach / glowScale);
-    }
-    glowPainter.end();
     painter.save();
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.setCompositionMode(QPainter::CompositionMode_Plus);
-    painter.drawImage(QRectF(-origin, QSizeF(size())), glow);
+    painter.drawImage(glow.area(), glow.picture(colours));
     painter.restore();
 
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(tail());
     const auto drawStrip = [&](qreal thickness, const QColor &unlit, qreal whiteness) {
-        for (std::size_t number = 0; number + 1 < lampCount; ++number) {
-            const QColor lit = mixed(glowing(colours[number], 1), Qt::white, whiteness);
+        for (int number = 0; number + 1 < lampCount; ++number) {
+            const QColor lit = mixed(full(colours[number]), Qt::white, whiteness);
             const QColor colour = mixed(unlit, lit, colours[number].valueF());
-            painter.setPen(QPen(colour, thickness, Qt::SolidLine, Qt::RoundCap));
+            // Round where it ends; between two pieces that overlap nobody sees it, and it costs half of the drawing.
+            const bool isEnd = number == 0 || number + 2 == lampCount;
+            painter.setPen(QPen(colour, thickness, Qt::SolidLine, isEnd ? Qt::RoundCap : Qt::SquareCap));
             painter.drawLine(places[number], places[number + 1]);
         }
     };
     drawStrip(5, QColor(darkLamp), 0);
     drawStrip(2, QColor(darkLamp), 0.6);
+    painter.restore();
 }

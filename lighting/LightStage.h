@@ -1,9 +1,11 @@
 #pragma once
 
+#include "lighting/LightGlow.h"
 #include "lighting/LightPattern.h"
 
 #include <QElapsedTimer>
 #include <QPainterPath>
+#include <QPixmap>
 #include <QTimer>
 #include <QWidget>
 
@@ -28,10 +30,15 @@ protected:
 private:
     void startOrStop();
     QPointF tail() const;
+    QPixmap drawn(void (LightStage::*paint)(QPainter &) const) const;
+    void paintWell(QPainter &painter) const;
     void paintMouse(QPainter &painter) const;
     void paintLight(QPainter &painter) const;
 
     LightLook shown;
     QTimer frames;
     QElapsedTimer running;
+    QPixmap well;
+    QPixmap mouse;
+    LightGlow glow;
 };

@@ -1,6 +1,7 @@
 #include "macro/Macro.h"
 
 #include "productdata/Theme.h"
+#include "ui/LateStyle.h"
 
 #include <QFrame>
 
@@ -10,6 +11,6 @@ Macro::Macro(QWidget *parent) : QWidget(parent)
     auto *const background = new QFrame(this);
     background->setObjectName(QStringLiteral("MacroPage"));
     background->setGeometry(rect());
-    background->setStyleSheet(Theme::frameBackground(Theme::pictureFolder("Macro"), background->objectName(),
+    new LateStyle(background, Theme::frameBackground(Theme::pictureFolder("Macro"), background->objectName(),
                                                      QStringLiteral("BackGround.png")));
 }

@@ -1,6 +1,7 @@
 #include "maintenance/FormSetting.h"
 
 #include "productdata/Theme.h"
+#include "ui/LateStyle.h"
 
 #include <QFrame>
 
@@ -10,6 +11,6 @@ FormSetting::FormSetting(QWidget *parent) : QWidget(parent)
     auto *const background = new QFrame(this);
     background->setObjectName(QStringLiteral("SettingPage"));
     background->setGeometry(rect());
-    background->setStyleSheet(Theme::frameBackground(Theme::pictureFolder("FormSetting"), background->objectName(),
+    new LateStyle(background, Theme::frameBackground(Theme::pictureFolder("FormSetting"), background->objectName(),
                                                      QStringLiteral("BackGround.png")));
 }

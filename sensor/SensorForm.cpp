@@ -10,6 +10,7 @@
 #include "sensor/SensorLOD.h"
 #include "sensor/SensorRate.h"
 #include "sensor/StraightLine.h"
+#include "ui/LateStyle.h"
 #include "ui/MyConmboBox.h"
 
 #include <QCheckBox>
@@ -46,7 +47,7 @@ SensorForm::SensorForm(QWidget *page)
     page->setFixedSize(pageSize);
     page->setStyleSheet(Theme::toolTip());
     place(SenSorPage, "SenSorPage", QRect(QPoint(0, 0), pageSize));
-    SenSorPage->setStyleSheet(backgroundStyle(false));
+    new LateStyle(SenSorPage, backgroundStyle(false));
     makeFrames();
     makeModeControls();
     makePerformance();

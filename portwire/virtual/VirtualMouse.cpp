@@ -3,6 +3,7 @@
 #include "portwire/virtual/ids.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace portwire {
 
@@ -134,7 +135,8 @@ void VirtualMouse::setCorded(bool isNowCorded)
     charging = isNowCorded;
     awake = true;
     touched();
-    tell(batteryChanged);
+    // What it announced on the cable went to a program that may never have opened it there.
+    tell(batteryChanged | std::exchange(changedOnCable, std::uint8_t{0}));
 }
 
 bool VirtualMouse::changeLevel(int level)
@@ -207,6 +209,8 @@ void VirtualMouse::setContent(const Stored &content)
 
 void VirtualMouse::tell(std::uint8_t statusFlags)
 {
+    if (corded)
+        changedOnCable |= statusFlags;
     if (announce)
         announce({10, 0, 0, 0, {statusFlags}});
 }

@@ -99,6 +99,7 @@ private:
 
     bool awake = true;
     bool corded = false;
+    std::uint8_t changedOnCable = 0; ///< flags of all announcements since the cable was plugged
     bool programShown = false;
     int percent = 80;
     bool charging = false;

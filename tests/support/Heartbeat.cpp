@@ -39,20 +39,20 @@ Heartbeat::~Heartbeat()
         close(statistics);
 }
 
-/** Time in ms less what this thread spent waiting for a processor. */
-qint64 Heartbeat::served() const
+Heartbeat::Times Heartbeat::times() const
 {
     char text[96]{};
-    unsigned long long waited = 0; // ns; the second number, behind the time on a processor
+    unsigned long long busy = 0; // ns, as the next one
+    unsigned long long waited = 0;
     if (statistics >= 0 && pread(statistics, text, sizeof text - 1, 0) > 0)
-        std::sscanf(text, "%*u %llu", &waited);
-    return clock.elapsed() - static_cast<qint64>(waited / 1000000);
+        std::sscanf(text, "%llu %llu", &busy, &waited);
+    return {clock.elapsed() - static_cast<qint64>(waited / 1000000), static_cast<qint64>(busy / 1000000)};
 }
 
 void Heartbeat::restart()
 {
-    last = served();
-    longestGap = 0;
+    last = times();
+    longestGap = {};
     longestOversleep = 0;
 }
 
@@ -60,13 +60,14 @@ void Heartbeat::aside(const std::function<void()> &work)
 {
     tick();
     work();
-    last = served();
+    last = times();
 }
 
 void Heartbeat::tick()
 {
-    const qint64 now = served();
-    longestGap = std::max(longestGap, now - last);
+    const Times now = times();
+    if (now.served - last.served > longestGap.served)
+        longestGap = {now.served - last.served, now.busy - last.busy};
     last = now;
 }
 
@@ -82,7 +83,7 @@ void Heartbeat::watchMachine()
     }
 }
 
-qint64 Heartbeat::longest() const { return std::max(longestGap, served() - last); }
+qint64 Heartbeat::longest() const { return std::max(longestGap.served, times().served - last.served); }
 
 qint64 Heartbeat::allowed() const { return static_cast<qint64>(unnoticed * slowness) + longestOversleep; }
 
@@ -92,7 +93,10 @@ QString Heartbeat::complaint() const
     const qint64 bound = allowed();
     if (measured <= bound)
         return {};
-    return QStringLiteral("the GUI thread didn't answer for %1 ms, %2 are allowed").arg(measured).arg(bound);
+    return QStringLiteral("the GUI thread didn't answer for %1 ms, %2 of them at work; %3 are allowed")
+        .arg(measured)
+        .arg(longestGap.busy)
+        .arg(bound);
 }
 
 void Heartbeat::setHealthyTurn(qint64 milliseconds)

@@ -44,13 +44,18 @@ public:
 private:
     void tick();
     void watchMachine();
-    qint64 served() const;
+    struct Times
+    {
+        qint64 served = 0; ///< ms less what this thread spent waiting for a processor
+        qint64 busy = 0;   ///< ms on a processor
+    };
+    Times times() const;
 
     QTimer timer;
     QElapsedTimer clock;
     const int statistics; ///< of this thread, by the kernel; -1 where it keeps none
-    qint64 last = 0;
-    qint64 longestGap = 0;
+    Times last;
+    Times longestGap;
     std::atomic<bool> ending{false};
     std::atomic<qint64> longestOversleep{0};
     std::thread bystander;

@@ -1,7 +1,8 @@
 /**
- * bench FILE: measures the program beside it, prints the figures as a table and writes them to FILE as JSON, with every
- * sample. Wants an X display with nobody at its keyboard, and a HOME of its own. Exits with 1 when something could not
- * be measured; an aim that is missed stands in the table.
+ * bench FILE [PART...]: measures the program beside it, prints the figures as a table and writes them to FILE as JSON,
+ * with every sample. Parts are start, inside (parts of the program, each by itself) and use; all without a name. Wants
+ * an X display with nobody at its keyboard, and a HOME of its own. Exits with 1 when something could not be measured;
+ * an aim that is missed stands in the table.
  */
 #include "bench/Figure.h"
 #include "bench/Screen.h"
@@ -53,15 +54,23 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     QTextStream errors(stderr);
-    if (argc != 2) {
-        errors << "usage: bench FILE\n";
+    const QStringList known = {QStringLiteral("start"), QStringLiteral("inside"), QStringLiteral("use")};
+    const QStringList parts = QCoreApplication::arguments().mid(2);
+    const auto isKnown = [&known](const QString &part) { return known.contains(part); };
+    if (argc < 2 || !std::all_of(parts.begin(), parts.end(), isKnown)) {
+        errors << "usage: bench FILE [" << known.join(QLatin1Char('|')) << "...]\n";
         return 1;
     }
+    const auto isWanted = [&parts](const char *part) { return parts.isEmpty() || parts.contains(QLatin1String(part)); };
     const QString folder = QCoreApplication::applicationDirPath();
     Screen screen;
-    QVector<Figure> figures = Sessions::measureStart(screen, folder);
-    figures += measureInside(folder);
-    figures += Sessions::measureUse(screen, folder);
+    QVector<Figure> figures;
+    if (isWanted("start"))
+        figures += Sessions::measureStart(screen, folder);
+    if (isWanted("inside"))
+        figures += measureInside(folder);
+    if (isWanted("use"))
+        figures += Sessions::measureUse(screen, folder);
 
     QTextStream(stdout) << tableOf(figures);
     const auto missed = std::count_if(figures.begin(), figures.end(), [](const Figure &one) { return !one.isMet(); });
