@@ -10,9 +10,13 @@
 #include "support/TestHome.h"
 #include "support/VirtualMice.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTimer>
+
+#include <array>
+#include <utility>
 
 /** Exit at any moment: the windows go, nothing hangs, and nobody who waits for this thread is left behind. */
 class EndingTest : public QObject
@@ -21,14 +25,129 @@ class EndingTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        QApplication::setQuitOnLastWindowClosed(false); // as at the start of the program
         UserFolders::prepare();
         VirtualMice::restoreScene();
     }
+    void atEachMoment_data();
+    void atEachMoment();
     void atRandomMoments();
 
 private:
+    enum class Exit { WindowButton, TrayMenu, Desktop };
+    static constexpr std::array<Exit, 3> exits = {Exit::WindowButton, Exit::TrayMenu, Exit::Desktop};
+    static void leave(DialogMain *window, Exit way);
+    static void finish(DialogMain *window);
     static void runOnce(QRandomGenerator &random, int round);
 };
+
+void EndingTest::leave(DialogMain *window, Exit way)
+{
+    switch (way) {
+    case Exit::WindowButton:
+        postMsg()->post(&PostMsg::SigChangeSize, 1);
+        break;
+    case Exit::TrayMenu:
+        window->slotActionExitApp();
+        break;
+    case Exit::Desktop:
+        window->close();
+        break;
+    }
+}
+
+/** After the event loop is over. */
+void EndingTest::finish(DialogMain *window)
+{
+    Ending::finish(window);
+    Wait::setEnding(false);
+    QVERIFY(!isConnecting());
+    QVERIFY(!isDispatching());
+}
+
+void EndingTest::atEachMoment_data()
+{
+    QTest::addColumn<QString>("moment");
+    QTest::addColumn<int>("way");
+    for (const char *moment : {"the connect thread in its signal", "a report in its signal", "the wait prompt open",
+                               "the offline prompt open", "on the way back"}) {
+        for (const auto &[way, name] : {std::pair(Exit::WindowButton, "button"), std::pair(Exit::TrayMenu, "tray"),
+                                        std::pair(Exit::Desktop, "desktop")})
+            QTest::addRow("%s, %s", moment, name) << moment << int(way);
+    }
+}
+
+/** The moments at which somebody waits for this thread, each reached for sure, with each way out. */
+void EndingTest::atEachMoment()
+{
+    QFETCH(QString, moment);
+    QFETCH(int, way);
+    Program::forgetDevice();
+    QDir(UserFolders::path(UserFolders::Folder::DeviceInfo))
+        .removeRecursively(); // an asleep mouse then resets the pages
+    UserFolders::prepare();
+    auto *const window = new DialogMain;
+    window->show();
+    bool isReached = false;
+    QObject context;
+    const auto end = [&] {
+        if (std::exchange(isReached, true))
+            return;
+        leave(window, Exit(way));
+    };
+    const auto clickSoon = [window](int delay, const QString &name) {
+        QTimer::singleShot(delay, window, [window, name] {
+            const QList<QWidget *> found = window->findChildren<QWidget *>(name);
+            for (QWidget *widget : found) {
+                if (widget->isVisible())
+                    QTest::mouseClick(widget, Qt::LeftButton);
+            }
+        });
+    };
+    const auto whenShown = [&](const QString &prompt) {
+        auto *const look = new QTimer(&context);
+        QObject::connect(look, &QTimer::timeout, &context, [&, prompt] {
+            const QWidgetList windows = QApplication::topLevelWidgets();
+            for (const QWidget *each : windows) {
+                if (each->isVisible() && each->metaObject()->className() == prompt)
+                    end();
+            }
+        });
+        look->start(1);
+    };
+    clickSoon(0, ChooserList::devices()[0].DeviceKind == 1 ? "btn0" : "btn1");
+    if (moment.startsWith("the connect thread")) {
+        VirtualMice::tell({"sleep", "q1"});
+        connect(postMsg(), &PostMsg::SigFormReset, &context, end, Qt::BlockingQueuedConnection);
+    } else if (moment.startsWith("a report")) {
+        connect(postMsg(), &PostMsg::SigUpDataLightSensor, &context, end, Qt::BlockingQueuedConnection);
+    } else if (moment.startsWith("the wait")) {
+        whenShown("UpDataParam");
+    } else {
+        auto *const look = new QTimer(&context);
+        QObject::connect(look, &QTimer::timeout, &context, [&, look] {
+            if (!LinkUp || !window->findChild<QWidget *>("SensorButton")->isVisible() ||
+                QApplication::activeModalWidget())
+                return;
+            look->stop();
+            if (moment == "on the way back") {
+                QTimer::singleShot(0, &context, [&] { QTimer::singleShot(1, &context, end); });
+                clickSoon(0, "UpArrow");
+            } else {
+                VirtualMice::tell({"sleep", "q1"});
+                whenShown("MouseOffLine");
+                clickSoon(0, "SensorButton");
+                clickSoon(5, "Button250HZ");
+            }
+        });
+        look->start(1);
+    }
+    QTimer::singleShot(20000, &context, [] { QCoreApplication::quit(); }); // the moment never came
+    QApplication::exec();
+    QVERIFY(isReached);
+    finish(window);
+    VirtualMice::tell({"wake", "q1"});
+}
 
 /** One life of the program, from its first window to the deleted one, with everything going on. */
 void EndingTest::runOnce(QRandomGenerator &random, int round)
@@ -57,23 +176,10 @@ void EndingTest::runOnce(QRandomGenerator &random, int round)
     }
     QTimer::singleShot(moment, [&, window] {
         reports.stop();
-        switch (round % 3) {
-        case 0:
-            postMsg()->post(&PostMsg::SigChangeSize, 1);
-            break; // the device window's button
-        case 1:
-            window->slotActionExitApp();
-            break; // the tray's menu
-        default:
-            window->close();
-            break; // the desktop's own way
-        }
+        leave(window, exits[static_cast<std::size_t>(round) % exits.size()]);
     });
     QApplication::exec();
-    Ending::finish(window);
-    Wait::setEnding(false);
-    QVERIFY(!isConnecting());
-    QVERIFY(!isDispatching());
+    finish(window);
     VirtualMice::tell({"wake", "q1"});
 }
 
@@ -85,7 +191,6 @@ void EndingTest::atRandomMoments()
     const int rounds = qMax(200, qEnvironmentVariableIntValue("HALVARION_ROUNDS"));
     qInfo("seed %u (HALVARION_SEED), %d exits", seed, rounds);
     QRandomGenerator random(seed);
-    QApplication::setQuitOnLastWindowClosed(false);
     qint64 longest = 0;
     for (int round = 0; round < rounds; ++round) {
         QElapsedTimer time;

@@ -306,6 +306,7 @@ private Q_SLOTS:
     void writesComeBeforeReading();
     void undeliveredWritesOutliveALinkToTheSameDevice();
     void changeInMidReadStartsOver();
+    void writesAfterAChangeOfProfileCarryNothingAlong();
     void unpluggedInMidRead();
     void endedLinkCallsNoMore();
     void replacedCallbackTakesEffectAtOnce();
@@ -540,6 +541,35 @@ void tst_portwire_link::changeInMidReadStartsOver()
     QVERIFY(read);
     QCOMPARE(int{read->ReportRate}, 8);
     QVERIFY(isSame(*read, bench.flash()));
+}
+
+/** Two values that change with one between them that doesn't go out as one report, as far as that one is known. */
+void tst_portwire_link::writesAfterAChangeOfProfileCarryNothingAlong()
+{
+    Bench bench;
+    bench.bus->changeProfile("q1", 1);
+    bench.readAll();
+    bench.record = bench.awaitRecord().value();
+    FlashDataMap other = bench.record;
+    other.LightGreen = 77;
+    bench.change(other);
+    QVERIFY(bench.awaitInFlash(other));
+    bench.bus->changeProfile("q1", 0);
+    First::reset();
+    bench.readAll();
+    bench.record = bench.awaitRecord().value();
+    QVERIFY(bench.record.LightGreen != 77);
+
+    First::reset();
+    bench.bus->changeProfile("q1", 1);
+    QVERIFY(First::await(10));
+    FlashDataMap wanted = bench.record;
+    wanted.LightRed = 11;
+    wanted.LightBlue = 12;
+    bench.change(wanted);
+    other.LightRed = 11;
+    other.LightBlue = 12;
+    QVERIFY(bench.awaitInFlash(other));
 }
 
 void tst_portwire_link::unpluggedInMidRead()

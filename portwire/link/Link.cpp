@@ -1,5 +1,7 @@
 #include "portwire/link/Link.h"
 
+#include "portwire/link/StatusPayload.h"
+
 #include <QDebug>
 
 #include <algorithm>
@@ -96,6 +98,9 @@ void Link::arrived(const Frame &frame)
 {
     if (frame.code == ReportCode::StatusChanged)
         ++changes;
+    // A write may carry bytes along that it doesn't change. From here on they would be those of the profile before.
+    if (frame.code == ReportCode::StatusChanged && !frame.payload.empty() && frame.payload[0] & anotherProfile)
+        writes->forget();
     {
         const std::lock_guard lock(mutex);
         ++wakes;

@@ -4,6 +4,9 @@
 
 namespace portwire {
 
+/** Bit in the payload of a status report: another profile is active. */
+constexpr std::uint8_t anotherProfile = 1U << 2;
+
 /** Percent, cut to 100; 1 while charging, else 0; two reserved zero bytes. */
 void decodeBattery(const std::uint8_t *payload, std::uint8_t *out4);
 

@@ -64,6 +64,12 @@ void WriteQueue::merge(std::size_t address, std::vector<std::uint8_t> &bytes, st
     }
 }
 
+void WriteQueue::forget()
+{
+    const std::lock_guard lock(mutex);
+    known &= queued;
+}
+
 bool WriteQueue::isEmpty() const
 {
     const std::lock_guard lock(mutex);

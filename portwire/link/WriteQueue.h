@@ -51,6 +51,9 @@ public:
      */
     void merge(std::size_t address, std::vector<std::uint8_t> &bytes, std::uint64_t sinceSerial);
 
+    /** The mouse has another profile active: what is not queued is no longer known to be what it holds. */
+    void forget();
+
     bool isEmpty() const;
 
     /**
