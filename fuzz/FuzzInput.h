@@ -42,7 +42,7 @@ public:
     /** All that is left. */
     QByteArray rest()
     {
-        const QByteArray left(reinterpret_cast<const char *>(at), static_cast<int>(end - at));
+        QByteArray left(reinterpret_cast<const char *>(at), static_cast<int>(end - at));
         at = end;
         return left;
     }

@@ -38,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     content.truncate(std::max(length, 0));
     FuzzHome::write(path, content);
 
-    FlashDataMap record;
+    FlashDataMap record{};
     std::memset(&record, 0xA5, sizeof record);
     const FlashDataMap before = record;
     const bool isRead = LoadDeviceCache(name, record);

@@ -33,7 +33,7 @@ void requireCounts(const FlashDataMap &record)
 
 void readImage(const FirmwareFlash &flash)
 {
-    FlashDataMap record;
+    FlashDataMap record{};
     std::memset(&record, 0xA5, sizeof record); // a byte that isn't filled shows
     decodeImage(flash.bytes, record);
     requireCounts(record);
@@ -50,7 +50,7 @@ void readImage(const FirmwareFlash &flash)
 
 void writeRecord(const RecordBytes &bytes)
 {
-    FlashDataMap record;
+    FlashDataMap record{};
     std::memcpy(&record, bytes.data(), sizeof record);
     DeviceImage image{};
     encodeImage(record, image);

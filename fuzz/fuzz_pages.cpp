@@ -72,7 +72,7 @@ FlashDataMap recordFrom(FuzzInput &input)
     const auto head = input.bytes();
     std::copy(head.begin(), head.end(), bytes.begin());
     input.patch(bytes);
-    FlashDataMap record;
+    FlashDataMap record{};
     std::memcpy(&record, bytes.data(), sizeof record);
     return record;
 }

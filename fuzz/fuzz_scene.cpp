@@ -67,6 +67,7 @@ bool isSame(const Scene &one, const Scene &other)
 } // namespace
 
 /** Qt's JSON reader loses an array whose key stands twice in an object. */
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer calls it by this name.
 extern "C" __attribute__((visibility("default"))) const char *__lsan_default_suppressions()
 {
     return "leak:libQt5Core";

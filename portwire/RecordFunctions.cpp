@@ -10,7 +10,7 @@ void ProtocolDataUpdate(const struct FlashDataMap *record)
     if (!record)
         return;
     // The working record is global data of the program; a copy doesn't change under the comparison.
-    FlashDataMap copy;
+    FlashDataMap copy{};
     std::memcpy(&copy, record, sizeof copy);
     Library::instance().update(copy);
 }

@@ -26,7 +26,7 @@ bool isServed(const QString &socketPath)
 QStringList wordsIn(const QByteArray &line)
 {
     QStringList words;
-    for (const QJsonValue &value : QJsonDocument::fromJson(line).array())
+    for (const auto &value : QJsonDocument::fromJson(line).array())
         words.append(value.toString());
     return words;
 }

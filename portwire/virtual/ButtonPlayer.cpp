@@ -98,7 +98,7 @@ void ButtonPlayer::fire(int intervalMs, int count)
 void ButtonPlayer::playSequence(int slot)
 {
     const std::uint8_t *sequence = &mouse.flash().bytes[256 + 32 * static_cast<std::size_t>(slot)];
-    for (int i = 0; i < std::min<int>(sequence[0], 6); ++i)
+    for (std::size_t i = 0; i < std::min<std::size_t>(sequence[0], 6); ++i)
         playEvent(sequence + 1 + 5 * i);
 }
 
@@ -108,7 +108,7 @@ void ButtonPlayer::playMacro(int slot, int repeatCode)
     const std::uint8_t *macro = &mouse.flash().bytes[768 + 384 * static_cast<std::size_t>(slot)];
     const int times = repeatCode >= 1 && repeatCode <= 250 ? repeatCode : 1;
     for (int time = 0; time < times; ++time) {
-        for (int i = 0; i < std::min<int>(macro[31], 70); ++i)
+        for (std::size_t i = 0; i < std::min<std::size_t>(macro[31], 70); ++i)
             playEvent(macro + 32 + 5 * i);
     }
 }

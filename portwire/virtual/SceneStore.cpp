@@ -133,7 +133,7 @@ std::optional<Scene> SceneStore::load()
         return std::nullopt;
     }
     Scene scene;
-    for (const QJsonValue &value : root.value(QLatin1String("mice")).toArray()) {
+    for (const auto &value : root.value(QLatin1String("mice")).toArray()) {
         Scene::Mouse mouse = mouseFrom(value.toObject());
         if (mouse.id.empty() || scene.mice.size() == mostMice)
             continue;
@@ -141,7 +141,7 @@ std::optional<Scene> SceneStore::load()
         loadFlash(mouse);
         scene.mice.push_back(std::move(mouse));
     }
-    for (const QJsonValue &value : root.value(QLatin1String("receivers")).toArray()) {
+    for (const auto &value : root.value(QLatin1String("receivers")).toArray()) {
         Scene::Receiver receiver = receiverFrom(value.toObject());
         if (!receiver.id.empty() && scene.receivers.size() < mostReceivers)
             scene.receivers.push_back(std::move(receiver));
@@ -192,7 +192,7 @@ void SceneStore::save(const Scene &scene)
 QByteArray SceneStore::read(const QString &name) const
 {
     // Ten times the largest file that is ever written: what is bigger isn't of this store.
-    constexpr qint64 most = 10 * flashFileSize;
+    constexpr qint64 most = qint64{10} * flashFileSize;
     QFile file(path + QLatin1Char('/') + name);
     if (!file.open(QIODevice::ReadOnly))
         return {};
