@@ -65,7 +65,8 @@ int main(int argc, char *argv[])
 {
     if (argc != 3)
         return 2;
-    const rlimit stackLimit = {1024 * 1024, 1024 * 1024};
+    constexpr rlim_t megabyte = 1 << 20;
+    const rlimit stackLimit = {megabyte, megabyte};
     setrlimit(RLIMIT_STACK, &stackLimit);
     platform::installCrashDump(argv[2]);
     const char *way = argv[1];

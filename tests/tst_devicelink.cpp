@@ -115,8 +115,8 @@ void DeviceLinkTest::setter_data()
     QTest::addColumn<Setter>("set");
     QTest::addColumn<int>("offset");
     QTest::addColumn<QByteArray>("bytes");
-    const auto row = [](const char *name, int offset, const char *hex, Setter set) {
-        QTest::newRow(name) << std::move(set) << offset << QByteArray::fromHex(hex);
+    const auto row = [](const char *name, int offset, const char *hex, const Setter &set) {
+        QTest::newRow(name) << set << offset << QByteArray::fromHex(hex);
     };
     row("ReportRate", 0, "02", [] { return SetReportRate(2); });
     row("DpiLevelCount", 1, "03", [] { return SetDpiLevelCount(3); });

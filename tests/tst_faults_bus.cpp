@@ -378,13 +378,14 @@ void FaultsBusTest::reportStorm()
     isOver = true;
     storm.join();
     const qint64 milliseconds = time.elapsed();
-    qInfo("%d changes, %lld a second; %d clicks", changes.load(), changes * 1000 / milliseconds, clicks);
+    const qint64 pace = qint64{1000} * changes / milliseconds;
+    qInfo("%d changes, %lld a second; %d clicks", changes.load(), pace, clicks);
     QCOMPARE(bench.heartbeat().complaint(), QString());
     // No backlog: what is shown a moment after the last change is what the mouse holds.
     QCOMPARE(bench.settle(1000), QString());
     const int charge = VirtualMice::device("q1")["battery"].toInt();
     QVERIFY(bench.waitFor([&] { return program.find<QProgressBar>("progressBar")->value() == charge; }, 1000));
-    QVERIFY2(changes * 1000 / milliseconds > 300, "that was no storm");
+    QVERIFY2(pace > 300, "that was no storm");
 }
 
 HALVARION_TEST_MAIN(FaultsBusTest)
