@@ -58,6 +58,7 @@ QJsonObject toJson(const DeviceDescription &device)
         object["light"] = QJsonObject{{"mode", device.receiverLightMode}};
     } else {
         object["receiver"] = text(device.partner);
+        object["program"] = device.isProgramShown;
         object["light"] = toJson(device.light);
     }
     return object;

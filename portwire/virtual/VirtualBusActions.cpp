@@ -198,6 +198,7 @@ DeviceDescription VirtualBus::describe(Mouse &mouse)
     device.path = mouse.path();
     device.isPlugged = device.isCorded = mouse.device.isCorded();
     device.isAwake = mouse.device.isAwake();
+    device.isProgramShown = mouse.device.isProgramShown();
     device.partner = receiver ? receiver->id : std::string();
     device.address = mouse.address();
     device.batteryPercent = mouse.device.batteryPercent();
