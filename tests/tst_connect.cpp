@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QSignalSpy>
+#include <QSystemTrayIcon>
 #include <QTimer>
 #include <QToolButton>
 
@@ -27,6 +28,17 @@ bool isShown(const FlashDataMap &held)
 {
     const FlashDataMap shown = WorkingRecord::instance().copy();
     return std::memcmp(&held, &shown, sizeof held) == 0;
+}
+
+/** A text of the prompt about a mouse that doesn't answer. */
+QString promptText(const QString &wanted)
+{
+    QString found;
+    LanguageFile::readSection(0, "MouseOffLine", [&](const QString &element, const QString &text) {
+        if (element == wanted)
+            found = text;
+    });
+    return found;
 }
 
 } // namespace
@@ -52,7 +64,10 @@ private Q_SLOTS:
     void pulledInMidRead();
     void noAnswerToTheRecord();
     void changesMadeOnTheMouse();
+    void mouseIsToldWhetherTheWindowShows();
+    void lossDuringTheConnectShowsTheCache();
     void goingBackSavesTheRecord();
+    void closingSavesTheRecord();
     void languageChangesEverywhere();
     void keysOfTheWindow();
 };
@@ -334,12 +349,7 @@ void ConnectTest::noAnswerToTheRecord()
     VirtualMice::tell({"fault", "q1", "drop", "1000000"});
     program.click(ChooserList::devices()[0].DeviceKind == 1 ? "btn0" : "btn1");
     QTRY_VERIFY(!told.isEmpty());
-    QString expected;
-    LanguageFile::readSection(0, "MouseOffLine", [&](const QString &element, const QString &text) {
-        if (element == "Timeout")
-            expected = text;
-    });
-    QCOMPARE(told, expected);
+    QCOMPARE(told, promptText("Timeout"));
     QTRY_VERIFY(!program.isPromptShown());
     VirtualMice::tell({"fault", "q1", "drop", "0"});
     program.click("UpArrow");
@@ -366,6 +376,68 @@ void ConnectTest::changesMadeOnTheMouse()
     QTRY_VERIFY(isShown(VirtualMice::record("q1")));
 }
 
+/** A mouse behaves differently while nobody looks at its page. Offscreen there is no tray; the window is minimised. */
+void ConnectTest::mouseIsToldWhetherTheWindowShows()
+{
+    const auto isTold = [] { return VirtualMice::device("q1")["program"].toBool(); };
+    Program program;
+    QTRY_COMPARE(program.entryCount(), 2);
+    QVERIFY(program.connectEntry(ChooserList::devices()[0].DeviceKind == 1 ? 0 : 1));
+    QTRY_VERIFY(isTold());
+    program.click("MinButton");
+    QVERIFY(program.window()->isMinimized());
+    QTRY_VERIFY(!isTold());
+    program.window()->showNormal(); // as the task bar does
+    QTRY_VERIFY(isTold());
+    program.click("MinButton");
+    QTRY_VERIFY(!isTold());
+    program.window()->on_activatedSysTrayIcon(QSystemTrayIcon::Trigger);
+    QVERIFY(!program.window()->isMinimized());
+    QTRY_VERIFY(isTold());
+    program.click("UpArrow");
+    QTRY_VERIFY(!program.isDeviceWindowShown());
+    QVERIFY(!isTold());
+    // On the chooser there is nobody to tell.
+    program.click("MinButton");
+    program.window()->on_activatedSysTrayIcon(QSystemTrayIcon::DoubleClick);
+    QVERIFY(!program.window()->isMinimized());
+    QVERIFY(!isTold());
+}
+
+/**
+ * The mouse changes its profile while the wait for its record stands, and is asleep when it is asked for the new one:
+ * the user sees what is known of it, and learns why.
+ */
+void ConnectTest::lossDuringTheConnectShowsTheCache()
+{
+    Program program;
+    QTRY_COMPARE(program.entryCount(), 2);
+    const QString entry = ChooserList::devices()[0].DeviceKind == 1 ? "btn0" : "btn1";
+    QVERIFY(program.connectEntry(entry == "btn0" ? 0 : 1));
+    program.click("SensorButton");
+    program.click("Button250HZ");
+    QTRY_COMPARE(int{VirtualMice::record("q1").ReportRate}, 4);
+    program.click("UpArrow");
+    QTRY_VERIFY(!program.isDeviceWindowShown());
+    VirtualMice::tell({"rate", "q1", "2"});
+    QTest::qWait(Wait::scaled(3000) + 20); // changes on the mouse count from then on
+    program.whenShown("UpDataParam", [] {
+        VirtualMice::tell({"profile", "q1", "3"});
+        VirtualMice::tell({"sleep", "q1"});
+    });
+    QString told;
+    program.whenShown("MouseOffLine", [&told] {
+        QWidget *const prompt = QApplication::activeModalWidget();
+        told = prompt->findChild<QLabel *>("label")->text();
+        QTest::keyClick(prompt, Qt::Key_Escape);
+    });
+    program.click(entry);
+    QTRY_COMPARE(told, promptText("label"));
+    program.click("SensorButton");
+    QTRY_VERIFY(program.find<QToolButton>("Button250HZ")->isChecked());
+    QVERIFY(!LinkUp);
+}
+
 void ConnectTest::goingBackSavesTheRecord()
 {
     Program program;
@@ -378,6 +450,20 @@ void ConnectTest::goingBackSavesTheRecord()
     program.click("UpArrow"); // a second click during the first one's wait
     QTRY_VERIFY(!program.isDeviceWindowShown());
     QCOMPARE(QFileInfo(cache).size(), 10432);
+}
+
+void ConnectTest::closingSavesTheRecord()
+{
+    Program program;
+    QTRY_COMPARE(program.entryCount(), 2);
+    QVERIFY(program.connectEntry(ChooserList::devices()[0].DeviceKind == 1 ? 0 : 1));
+    const QString cache = UserFolders::path(UserFolders::Folder::DeviceInfo) + "/" + LoadFileName().get();
+    QFile::remove(cache);
+    QTimer::singleShot(0, [&program] { program.click("CloseButton"); });
+    QApplication::exec();
+    QVERIFY(!program.window()->isVisible());
+    QCOMPARE(QFileInfo(cache).size(), 10432);
+    QVERIFY(!VirtualMice::device("q1")["program"].toBool());
 }
 
 void ConnectTest::languageChangesEverywhere()

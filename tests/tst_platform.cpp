@@ -5,13 +5,14 @@
 #include <QDateTime>
 #include <QDir>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <array>
 #include <atomic>
 #include <memory>
 #include <thread>
-#include <vector>
 
 namespace {
 
@@ -61,6 +62,7 @@ private Q_SLOTS:
     void autoStartEntry();
     void autoStartTurnedOff_data();
     void autoStartTurnedOff();
+    void autoStartThatCannotBeWritten();
 
     void mouseSettings_data();
     void mouseSettings();
@@ -270,10 +272,10 @@ void TestPlatform::registryWithoutFolder()
 
 void TestPlatform::registryFromThreads()
 {
-    std::vector<std::thread> threads;
+    std::array<std::thread, 3> threads;
     std::atomic<int> wrong{0};
-    for (int thread = 0; thread < 3; ++thread) {
-        threads.emplace_back([thread, &wrong] {
+    for (std::size_t thread = 0; thread < threads.size(); ++thread) {
+        threads[thread] = std::thread([thread, &wrong] {
             const std::string value = std::to_string(thread);
             for (int i = 0; i < 20; ++i) {
                 const std::string text = std::to_string(i);
@@ -340,6 +342,19 @@ void TestPlatform::autoStartTurnedOff()
     QCOMPARE(contentOf(inHome(".config/autostart/halvarion.desktop")), content);
     QVERIFY(platform::setStartsWithSystem(true, "/x"));
     QVERIFY(platform::startsWithSystem());
+}
+
+/** Something stands where the entry goes: the caller learns it, and nothing of the user's is lost. */
+void TestPlatform::autoStartThatCannotBeWritten()
+{
+    const QString inside = inHome(".config/autostart/halvarion.desktop/kept");
+    writeFile(inside, "x");
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("halvarion.desktop: "));
+    QVERIFY(!platform::setStartsWithSystem(true, "/x"));
+    QVERIFY(!platform::startsWithSystem());
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("halvarion.desktop: "));
+    QVERIFY(!platform::setStartsWithSystem(false, "/x"));
+    QCOMPARE(contentOf(inside), QByteArray("x"));
 }
 
 void TestPlatform::mouseSettings_data()

@@ -288,6 +288,19 @@ void countChange()
 }
 void startAnother() { StartUsbChanged(countChange, 20); }
 
+int changesInside = 0;
+int mostChangesInside = 0;
+/** As a callback that shows a prompt: the event loop runs inside it, and the user pulls the next receiver meanwhile. */
+void promptOnChange()
+{
+    mostChangesInside = std::max(mostChangesInside, ++changesInside);
+    if (++changeCalls == 2) {
+        ControlClient().call({"unplug", "q1-4k"});
+        QTest::qWait(60);
+    }
+    --changesInside;
+}
+
 } // namespace
 
 class tst_portwire_link : public QObject
@@ -315,9 +328,12 @@ private Q_SLOTS:
     void processEndsWhileACallbackIsBlocked();
     void finders();
     void busChangesReachTheGuiThread();
+    void busChangeInsideTheCallbackWaitsForIt();
     void sceneOutlastsARestart();
     void damagedStateIsPutAside();
     void controlSocket();
+    void controlProgram_data();
+    void controlProgram();
 };
 
 void tst_portwire_link::init()
@@ -746,6 +762,19 @@ void tst_portwire_link::busChangesReachTheGuiThread()
     QCOMPARE(changeCalls, 2);
 }
 
+void tst_portwire_link::busChangeInsideTheCallbackWaitsForIt()
+{
+    const ControlClient control;
+    changeCalls = 0;
+    StartUsbChanged(promptOnChange, 1);
+    QVERIFY(control.call({"plug", "q1"}).isGood());
+    QTRY_COMPARE(changeCalls, 3); // the start, the cable, and the receiver once the callback is back
+    QCOMPARE(mostChangesInside, 1);
+    StopUsbChanged();
+    QVERIFY(control.call({"plug", "q1-4k"}).isGood());
+    QVERIFY(control.call({"unplug", "q1"}).isGood());
+}
+
 void tst_portwire_link::sceneOutlastsARestart()
 {
     QTemporaryDir folder;
@@ -854,6 +883,13 @@ void tst_portwire_link::controlSocket()
     for (const QStringList &words : wrong)
         QVERIFY2(!control.call(words).error.isEmpty(), qPrintable(words.join(' ')));
 
+    // A client that sends without end is dropped, before it takes memory without end.
+    QLocalSocket endless;
+    endless.connectToServer(portwire::controlSocket());
+    QVERIFY(endless.waitForConnected());
+    endless.write(QByteArray(1 << 16, 'x'));
+    QVERIFY(endless.state() == QLocalSocket::UnconnectedState || endless.waitForDisconnected());
+
     QFileInfo socket(portwire::controlSocket());
     QVERIFY(!(socket.permissions() & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther)));
     // Another process's socket is left alone, one that was left behind is replaced.
@@ -873,6 +909,37 @@ void tst_portwire_link::controlSocket()
     QVERIFY(probe.waitForConnected(1000));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("can't listen on"));
     ControlServer fourth(bus, channels, stale + "/none");
+}
+
+void tst_portwire_link::controlProgram_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("output"); // how it begins
+    QTest::addColumn<QByteArray>("errors");
+    QTest::newRow("done") << QStringList{"dpi", "q1", "2"} << 0 << QByteArray("{") << QByteArray();
+    QTest::newRow("refused") << QStringList{"dpi", "q1", "8"} << 1 << QByteArray() << QByteArray("portwirectl: ");
+    QTest::newRow("help") << QStringList{"--help"} << 0 << QByteArray("usage: ") << QByteArray();
+    QTest::newRow("no command") << QStringList() << 1 << QByteArray() << QByteArray("usage: ");
+}
+
+void tst_portwire_link::controlProgram()
+{
+    QFETCH(QStringList, words);
+    QFETCH(int, status);
+    QFETCH(QByteArray, output);
+    QFETCH(QByteArray, errors);
+    QProcess program;
+    program.start(QCoreApplication::applicationDirPath() + "/portwirectl", words);
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitCode(), status);
+    const auto begins = [](const QByteArray &text, const QByteArray &start) {
+        return start.isEmpty() ? text.isEmpty() : text.startsWith(start);
+    };
+    const QByteArray told = program.readAllStandardOutput();
+    const QByteArray complaint = program.readAllStandardError();
+    QVERIFY2(begins(told, output), told.constData());
+    QVERIFY2(begins(complaint, errors), complaint.constData());
 }
 
 namespace {
