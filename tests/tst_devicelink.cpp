@@ -8,6 +8,7 @@
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"
 #include "productdata/UserFolders.h"
+#include "support/ProductCopy.h"
 #include "support/TestHome.h"
 #include "support/VirtualMice.h"
 
@@ -76,6 +77,8 @@ private Q_SLOTS:
     void ratesOfACordedMouse();
     void twoRereadsInThreeSeconds();
     void resetOfOneMouseSparesTheNext();
+    void resetSparesCombinationsOfTheProduct();
+    void combinationsAfterAReset();
     void cacheFile();
     void damagedCache_data();
     void damagedCache();
@@ -365,6 +368,40 @@ void DeviceLinkTest::resetOfOneMouseSparesTheNext()
     QVERIFY(SetReportRate(4));
     QTRY_COMPARE(int{VirtualMice::record("q2").ReportRate}, 4);
     QCOMPARE(int{VirtualMice::record("q2").MacroSlots[4].EventCount}, 2);
+}
+
+/** A product whose third button is a key combination from the factory on. */
+void DeviceLinkTest::resetSparesCombinationsOfTheProduct()
+{
+    ProductCopy copy;
+    QFile product(copy.path("usersetting/Config.ini"));
+    QVERIFY(product.open(QIODevice::ReadOnly));
+    QByteArray content = product.readAll();
+    QVERIFY(content.contains("KeyParam3=0x01,"));
+    copy.replace("usersetting/Config.ini", content.replace("KeyParam3=0x01,", "KeyParam3=0x05,"));
+    const ProductCopy::Result result = copy.run("combinationsAfterAReset");
+    QVERIFY2(result.exitCode == 0, result.log.constData());
+    QCOMPARE(result.told, QString("0 2 2"));
+}
+
+/** Tells how many events the combinations of the second, the third and the last button have after a reset. */
+void DeviceLinkTest::combinationsAfterAReset()
+{
+    if (!ProductCopy::isCopy())
+        QSKIP("runs in the copy that resetSparesCombinationsOfTheProduct makes");
+    connectMouse();
+    const std::array<int, 3> slots{1, 2, 15};
+    for (const int slot : slots)
+        QVERIFY(SetKeySequence(slot, {5, 0, 0}, {2, {0, 0, 0}, {{0, 1, 4, 10}, {1, 1, 4, 10}}}));
+    QTRY_COMPARE(int{VirtualMice::record("q1").KeySequences[15].EventCount}, 2);
+    LinkUp = false;
+    const std::array<std::uint8_t, 5> reset{0, 9, 0, 0, 0};
+    runOnThread([&reset] { dispatchReport(reset.data(), 5, nullptr, 0); });
+    QTRY_VERIFY(LinkUp);
+    QStringList counts;
+    for (const int slot : slots)
+        counts << QString::number(WorkingRecord::instance().copy().KeySequences[slot].EventCount);
+    ProductCopy::tell(counts.join(' '));
 }
 
 // Cache files --------------------------------------------------------------------------------------------------------
