@@ -13,9 +13,11 @@ constexpr std::chrono::milliseconds tryTime{10};
 /** A device that is back answers within two frames of the bus; one that is late by that is heard all the same. */
 constexpr std::chrono::milliseconds probeTime{2};
 constexpr std::chrono::milliseconds silenceTime{100};
-/** A scan puts some twenty questions to each device, and the user waits for the sum: after these it hurries. */
+/**
+ * A scan puts some twenty questions to each device, and the user waits for the sum. After these, nobody waits for the
+ * answer; one that comes all the same is heard by the next question.
+ */
 constexpr int patientProbes = 4;
-constexpr std::chrono::milliseconds shortProbeTime{1};
 
 } // namespace
 
@@ -63,7 +65,7 @@ std::optional<std::chrono::milliseconds> Channel::timeOfProbe()
     }
     // An answer that came too late may mean that it is back, so it gets time once more; but not each time it is late.
     if (hasShownItself || heard == silentSince)
-        return unanswered > patientProbes ? shortProbeTime : probeTime;
+        return unanswered > patientProbes ? std::chrono::milliseconds::zero() : probeTime;
     hasShownItself = true;
     return tryTime;
 }

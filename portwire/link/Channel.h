@@ -22,7 +22,7 @@ public:
 
     /**
      * As ask(), for questions that are put again and again, as a scan does: after one that stayed without an answer,
-     * the next ones are sent once and wait for 2 ms, later 1 ms, until 100 ms have passed since the last of them.
+     * the next ones are sent once and wait for 2 ms, later not at all, until 100 ms have passed since the last of them.
      */
     std::optional<Frame> probe(const Request &request);
 
