@@ -12,6 +12,7 @@
 #include "support/TestHome.h"
 #include "support/VirtualMice.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
 #include <QRandomGenerator>
@@ -224,13 +225,16 @@ void DeviceLinkTest::manyChangesOfOneField()
     const auto sent = [] { return QJsonDocument::fromJson(VirtualMice::tell({"stats"})).object()["sent"].toInt(); };
     int online = 0;
     const int before = sent();
+    QElapsedTimer time;
+    time.start();
     for (int change = 0; change < 2000; ++change)
         online += SetLightSpeed(static_cast<std::uint8_t>(change % 10)) ? 1 : 0;
     QCOMPARE(online, 2000);
     QTRY_COMPARE(int{VirtualMice::record("q1").LightSpeed}, 9);
     // Each change asks once whether the mouse answers; what is beyond that was written.
     const int written = sent() - before - 2000;
-    QVERIFY2(written > 0 && written <= 60, qPrintable(QStringLiteral("%1 write reports").arg(written)));
+    const qint64 most = 8 + time.elapsed() / 64; // after a few at once the library lets 64 ms pass between two
+    QVERIFY2(written > 0 && written <= most, qPrintable(QStringLiteral("%1 write reports").arg(written)));
 }
 
 // Identification -----------------------------------------------------------------------------------------------------

@@ -460,13 +460,16 @@ void tst_portwire_link::manyChangesCostFewReports()
     bench.readAll();
     FlashDataMap record = bench.awaitRecord().value();
     const auto before = bench.channels->statistics().written.load();
+    QElapsedTimer time;
+    time.start();
     for (int i = 0; i < 2000; ++i) {
         record.LightRed = static_cast<std::uint8_t>(i * 7);
         bench.change(record);
     }
     QVERIFY(bench.awaitInFlash(record));
     const auto written = bench.channels->statistics().written.load() - before;
-    QVERIFY2(written <= 36, qPrintable(QString::number(written)));
+    const qint64 most = 8 + time.elapsed() / 64; // after a few at once 64 ms pass between two
+    QVERIFY2(qint64(written) <= most, qPrintable(QString::number(written)));
 }
 
 void tst_portwire_link::batchTakesEffectAsAWhole()
