@@ -139,7 +139,7 @@ void tst_portwire_codec::recordSurvivesTheImage()
         const FlashDataMap record = recordOfPages(random);
         DeviceImage image = randomImage(random);
         encodeImage(record, image);
-        FlashDataMap back;
+        FlashDataMap back{};
         std::memset(&back, 0xEE, sizeof back);
         decodeImage(image, back);
         RC_ASSERT(isSame(back, record));
@@ -157,7 +157,7 @@ void tst_portwire_codec::anyImageIsUnderstoodAsTheMouseDoes()
             std::uint8_t before[64];
             FlashDataMap record;
             std::uint8_t behind[64];
-        } guarded;
+        } guarded{};
         std::memset(&guarded, 0xA5, sizeof guarded);
         decodeImage(image, guarded.record);
         for (int i = 0; i < 64; ++i)
@@ -181,7 +181,7 @@ void tst_portwire_codec::imageKeepsWhatNoFieldOwns()
             image[768 + 384 * slot] %= 31;
             image[768 + 384 * slot + 31] %= 71;
         }
-        FlashDataMap record;
+        FlashDataMap record{};
         decodeImage(image, record);
         DeviceImage again = image;
         encodeImage(record, again);
@@ -198,7 +198,7 @@ void tst_portwire_codec::longDelaysAndStrangeKinds()
     record.MacroSlots[3].NameLength = 255;
     DeviceImage image{};
     encodeImage(record, image);
-    FlashDataMap back;
+    FlashDataMap back{};
     decodeImage(image, back);
     const MacroSlot &macro = back.MacroSlots[3];
     QCOMPARE(std::uint32_t{macro.Events[69].DelayMs}, maxEventDelayMs);

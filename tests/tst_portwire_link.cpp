@@ -221,7 +221,7 @@ struct Bench
             return std::nullopt;
         DeviceImage image;
         std::copy(report->payload.begin(), report->payload.end(), image.begin());
-        FlashDataMap read;
+        FlashDataMap read{};
         decodeImage(image, read);
         return read;
     }
@@ -236,7 +236,7 @@ struct Bench
     {
         std::vector<std::uint8_t> bytes;
         bus->record(mouse, bytes);
-        FlashDataMap held;
+        FlashDataMap held{};
         std::memcpy(&held, bytes.data(), sizeof held);
         return held;
     }
@@ -448,7 +448,7 @@ void tst_portwire_link::deadDeviceGivesUpSoon()
     timer.start();
     for (int i = 0; i < 2; ++i)
         QVERIFY(!bench.channels->ask(bench.path, {ReportCode::LongRange, 0, 0, {}, 1}));
-    QVERIFY2(timer.elapsed() >= 2 * 25, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(timer.elapsed() >= 50, qPrintable(QString::number(timer.elapsed())));
     timer.start();
     QVERIFY(!bench.channels->ask("a", {ReportCode::Online, 0, 0, {}, 4}));
     QVERIFY(timer.elapsed() < 25);
@@ -522,7 +522,7 @@ void tst_portwire_link::undeliveredWritesOutliveALinkToTheSameDevice()
     UsbServer_ReadAllFlashData();
     const auto report = First::await(8, 0, imageSize);
     QVERIFY(report);
-    FlashDataMap record;
+    FlashDataMap record{};
     ProtocolDataParser(report->payload.data(), &record);
     const auto lightRed = [&] { return control.call({"record", "q2"}).output.at(68); };
 
@@ -862,7 +862,7 @@ void tst_portwire_link::controlSocket()
     const ControlClient control;
     const auto devices = control.call({"devices"});
     QVERIFY(devices.isGood());
-    for (const QJsonValue &device : devices.json().array()) {
+    for (const auto &device : devices.json().array()) {
         for (const char *key : {"id", "kind", "pid", "path", "plugged", "awake", "corded", "address", "battery",
                                 "model", "dpi", "rate", "light", "level"})
             QVERIFY2(device.toObject().contains(QLatin1String(key)), key);
