@@ -104,8 +104,8 @@ void StartupTest::prunes()
         writeFile(path, "x");
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(
-            file.setFileTime(QDateTime::currentDateTime().addSecs(-3600 * hours), QFileDevice::FileModificationTime));
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(qint64{-3600} * hours),
+                                 QFileDevice::FileModificationTime));
     }
     // Several files, so that one that goes can't hide the next.
     writeFile(UserFolders::path(folder) + "/aaa", "x");

@@ -369,7 +369,7 @@ void tst_virtualmouse::buttonsSurviveAnyFlash()
         stored.activeProfile = 200;
         mouse.setContent(stored);
         for (int slot = -1; slot < 17; ++slot)
-            QVERIFY(ButtonPlayer(mouse).press(slot).size() <= 250 * 70);
+            QVERIFY(ButtonPlayer(mouse).press(slot).size() <= std::size_t{250} * 70);
         QVERIFY(mouse.flash().currentLevel() < mouse.flash().levelCount());
     }
 }

@@ -25,8 +25,8 @@ constexpr int movingEffect = 1;
 
 struct Page
 {
-    const char *key;
-    const char *name;
+    const char *key = nullptr;
+    const char *name = nullptr;
     QPoint button;
 };
 constexpr Page pages[] = {
