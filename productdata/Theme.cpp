@@ -79,13 +79,6 @@ QString Theme::pageButton(const QString &folder, const QString &plain, const QSt
         .arg(folder, plain, hover, checked);
 }
 
-QString Theme::textButton(const QString &folder, const QString &plain, const QString &click)
-{
-    return QStringLiteral("QToolButton{border:0px;color: rgb(%1);border-image: url(%2%3);}"
-                          "QToolButton:pressed{border-image: url(%2%4);}")
-        .arg(rgb(Colour::ButtonColor), folder, plain, click);
-}
-
 QString Theme::textButton(const QString &folder, const QString &plain, const QString &hover, const QString &click)
 {
     return QStringLiteral("QToolButton{border:0px;color: rgb(%1);border-image: url(%2%3);}"

@@ -35,9 +35,7 @@ QString checkBox(const QString &folder);
 QString toolButton(const QString &folder, const QString &plain, const QString &hover, const QString &click);
 /** A page button with pictures for plain, hover and checked. */
 QString pageButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked);
-/** A confirm-like button with text: `ButtonColor`, a picture and one for pressed. */
-QString textButton(const QString &folder, const QString &plain, const QString &click);
-/** The same with a picture for hover, which also marks the button that has the keyboard. */
+/** A confirm-like button with text: `ButtonColor`, a picture, one for hover or the keyboard, and one for pressed. */
 QString textButton(const QString &folder, const QString &plain, const QString &hover, const QString &click);
 /** Appended to toolButton(): the one that has the keyboard looks as under the mouse. */
 QString toolButtonFocus(const QString &folder, const QString &hover);
