@@ -76,7 +76,7 @@ QImage LightGlow::picture(const QVector<QColor> &colours) const
         const Reach &each = reaches[lamp];
         const quint32 *part = each.parts.constData();
         for (int y = each.area.top(); y <= each.area.bottom(); ++y) {
-            Sum *sum = sums.data() + y * size.width() + each.area.left();
+            Sum *sum = sums.data() + qptrdiff{y} * size.width() + each.area.left();
             for (int x = each.area.left(); x <= each.area.right(); ++x, ++sum, ++part) {
                 sum->red += *part * red;
                 sum->green += *part * green;
@@ -88,7 +88,7 @@ QImage LightGlow::picture(const QVector<QColor> &colours) const
     const auto byte = [](quint32 sum) { return static_cast<int>(std::min(sum / whole, 255U)); };
     for (int y = 0; y < size.height(); ++y) {
         auto *const line = reinterpret_cast<QRgb *>(glow.scanLine(y));
-        const Sum *sum = sums.constData() + y * size.width();
+        const Sum *sum = sums.constData() + qptrdiff{y} * size.width();
         for (int x = 0; x < size.width(); ++x, ++sum)
             line[x] = qRgb(byte(sum->red), byte(sum->green), byte(sum->blue));
     }
