@@ -13,6 +13,8 @@
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProgressBar>
 #include <QRandomGenerator>
 
@@ -362,6 +364,10 @@ void FaultsBusTest::reportStorm()
             changes += 3;
         }
     });
+    const auto reports = [] {
+        return QJsonDocument::fromJson(VirtualMice::tell({"stats"})).object()["received"].toInt();
+    };
+    const int before = reports();
     QElapsedTimer time;
     time.start();
     bench.heartbeat().restart();
@@ -378,14 +384,14 @@ void FaultsBusTest::reportStorm()
     isOver = true;
     storm.join();
     const qint64 milliseconds = time.elapsed();
-    const qint64 pace = qint64{1000} * changes / milliseconds;
-    qInfo("%d changes, %lld a second; %d clicks", changes.load(), pace, clicks);
+    const qint64 pace = qint64{1000} * (reports() - before) / milliseconds;
+    qInfo("%d changes, %lld reports a second; %d clicks", changes.load(), pace, clicks);
     QCOMPARE(bench.heartbeat().complaint(), QString());
     // No backlog: what is shown a moment after the last change is what the mouse holds.
     QCOMPARE(bench.settle(1000), QString());
     const int charge = VirtualMice::device("q1")["battery"].toInt();
     QVERIFY(bench.waitFor([&] { return program.find<QProgressBar>("progressBar")->value() == charge; }, 1000));
-    QVERIFY2(pace > 300, "that was no storm");
+    QVERIFY2(pace > 600, "that was no storm"); // a thousand and more on a machine that has nothing else to do
 }
 
 HALVARION_TEST_MAIN(FaultsBusTest)
