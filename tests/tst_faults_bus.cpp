@@ -372,7 +372,9 @@ void FaultsBusTest::reportStorm()
     time.start();
     bench.heartbeat().restart();
     int clicks = 0;
-    for (; time.elapsed() < 3000; ++clicks) {
+    // By number and not by time: more than a thousand a second come on a machine that has nothing else to do.
+    constexpr int storming = 3000;
+    for (; changes < storming && time.elapsed() < 60000; ++clicks) {
         static const std::array<const char *, 5> pages = {"SensorButton", "LightsButton", "MacroButton", "FormSetting",
                                                           "ButtonMain"};
         program.click(pages[static_cast<std::size_t>(clicks) % pages.size()]);
@@ -391,7 +393,7 @@ void FaultsBusTest::reportStorm()
     QCOMPARE(bench.settle(1000), QString());
     const int charge = VirtualMice::device("q1")["battery"].toInt();
     QVERIFY(bench.waitFor([&] { return program.find<QProgressBar>("progressBar")->value() == charge; }, 1000));
-    QVERIFY2(pace > 600, "that was no storm"); // a thousand and more on a machine that has nothing else to do
+    QVERIFY(changes >= storming);
 }
 
 HALVARION_TEST_MAIN(FaultsBusTest)

@@ -28,34 +28,37 @@ public:
     /** Does the test's own work, which isn't counted. */
     void aside(const std::function<void()> &work);
 
-    /** Longest time between two ticks since restart(), in ms of this thread, the present one included. */
+    /** Longest time between two ticks since restart(), in ms as a plain build would have taken. */
     qint64 longest() const;
-    /** What longest() may be: 100 ms, times slowness(), and what the machine took from everybody. */
+    /** What longest() may be: 100 ms, and what the machine took from everybody. */
     qint64 allowed() const;
     /** Empty when the GUI thread has always answered in time, else what was measured. */
     QString complaint() const;
 
     /**
-     * How much slower everything is than in a plain build; 1 without sanitizers. Under them it follows from the longest
-     * turn of a program that nothing is wrong with, which is below 50 ms in a plain build.
+     * Tells how long the longest turn of a program takes here that nothing is wrong with; it is below 50 ms in a plain
+     * build. Sanitizers slow work down by that factor, at least by two; waiting takes as long as ever.
      */
     static void setHealthyTurn(qint64 milliseconds);
 
 private:
-    void tick();
-    void watchMachine();
+    /** By the clock of this thread, in ms. */
     struct Times
     {
-        qint64 served = 0; ///< ms less what this thread spent waiting for a processor
-        qint64 busy = 0;   ///< ms on a processor
+        qint64 work = 0;    ///< on a processor
+        qint64 waiting = 0; ///< for an answer, a lock, the time; not for a processor
     };
-    Times times() const;
+
+    void tick();
+    void watchMachine();
+    Times now() const;
+    static qint64 felt(const Times &from, const Times &to);
 
     QTimer timer;
     QElapsedTimer clock;
     const int statistics; ///< of this thread, by the kernel; -1 where it keeps none
     Times last;
-    Times longestGap;
+    qint64 longestGap = 0;
     std::atomic<bool> ending{false};
     std::atomic<qint64> longestOversleep{0};
     std::thread bystander;
