@@ -69,6 +69,8 @@ private Q_SLOTS:
     void mouseIsToldWhetherTheWindowShows();
     void lossDuringTheConnectShowsTheCache();
     void goingBackSavesTheRecord();
+    void clickOnTheWayBackIsNoChange_data();
+    void clickOnTheWayBackIsNoChange();
     void closingSavesTheRecord();
     void languageChangesEverywhere();
     void keysOfTheWindow();
@@ -451,6 +453,40 @@ void ConnectTest::goingBackSavesTheRecord()
     program.click("UpArrow"); // a second click during the first one's wait
     QTRY_VERIFY(!program.isDeviceWindowShown());
     QCOMPARE(QFileInfo(cache).size(), 10432);
+}
+
+void ConnectTest::clickOnTheWayBackIsNoChange_data()
+{
+    QTest::addColumn<bool>("isAwake");
+    QTest::newRow("awake") << true;
+    QTest::newRow("asleep") << false;
+}
+
+/** The way back serves the event loop for a moment. What comes then must neither be set nor open a prompt. */
+void ConnectTest::clickOnTheWayBackIsNoChange()
+{
+    QFETCH(bool, isAwake);
+    Program program;
+    QTRY_COMPARE(program.entryCount(), 2);
+    QVERIFY(program.connectEntry(ChooserList::devices()[0].DeviceKind == 1 ? 0 : 1));
+    program.click("SensorButton");
+    const FlashDataMap before = VirtualMice::record("q1");
+    const char *const other = before.ReportRate == 4 ? "Button500HZ" : "Button250HZ";
+    if (!isAwake)
+        VirtualMice::tell({"sleep", "q1"});
+    program.forgetPrompts();
+    bool isClicked = false;
+    QTimer::singleShot(0, &program, [&] {
+        program.click(other);
+        isClicked = true;
+    });
+    program.click("UpArrow");
+    QVERIFY2(isClicked, "the click has to come in the middle");
+    QVERIFY(!program.isDeviceWindowShown());
+    QCOMPARE(program.shownPrompts(), QStringList());
+    VirtualMice::tell({"wake", "q1"});
+    QTest::qWait(20);
+    QCOMPARE(VirtualMice::record("q1").ReportRate, before.ReportRate);
 }
 
 void ConnectTest::closingSavesTheRecord()

@@ -5,6 +5,7 @@
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"
 #include "portwire/control/ControlClient.h"
+#include "portwire/portwire.h"
 #include "support/FaultBench.h"
 #include "support/Screen.h"
 #include "support/TestHome.h"
@@ -100,6 +101,7 @@ private Q_SLOTS:
     void announcedChangeThatCannotBeRead();
     void mouseLostForGood();
     void pulledForAMoment();
+    void clickWhileARecordWaits();
     void reportStorm();
 };
 
@@ -343,6 +345,35 @@ void FaultsBusTest::pulledForAMoment()
         bench.hand({"dpi", "q1", QString::number(round % 5)});
         QCOMPARE(bench.settle(), QString());
         QCOMPARE(bench.heartbeat().complaint(), QString());
+    }
+}
+
+/** A click is served after a record was copied for the page, and before the page shows it. */
+void FaultsBusTest::clickWhileARecordWaits()
+{
+    Program *program = nullptr;
+    bool isClicked = true;
+    QObject context;
+    // Connected before the page, so called before the page.
+    connect(
+        postMsg(), &PostMsg::SigUpDataLightSensor, &context,
+        [&] {
+            if (!std::exchange(isClicked, true))
+                program->click("MotionSync_2");
+        },
+        Qt::BlockingQueuedConnection);
+    FaultBench bench;
+    program = &bench.program();
+    QVERIFY(bench.openQ1());
+    QCOMPARE(bench.settle(), QString());
+    program->click("SensorButton");
+    for (int round = 0; round < 2; ++round) {
+        const int before = bench.held().MotionSync;
+        isClicked = false;
+        UsbServer_ReadAllFlashData();
+        QVERIFY(bench.waitFor([&] { return isClicked; }));
+        QVERIFY(bench.waitFor([&] { return bench.held().MotionSync != before; }));
+        QCOMPARE(bench.settle(), QString());
     }
 }
 
