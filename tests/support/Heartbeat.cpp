@@ -12,13 +12,13 @@ namespace {
 constexpr qint64 unnoticed = 100;
 /** Longest turn of the program in a plain build, in ms: filling the three pages with a record. */
 constexpr qint64 plainTurn = 50;
-/** Of a build with sanitizers. */
+/** Of a build with sanitizers, or for counting lines. */
 constexpr double leastSlowness = 2;
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool isSanitized = true;
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
+constexpr bool isSlowBuild = true;
 #else
-constexpr bool isSanitized = false;
+constexpr bool isSlowBuild = false;
 #endif
 
 double slowness = 1;
@@ -105,6 +105,6 @@ QString Heartbeat::complaint() const
 
 void Heartbeat::setHealthyTurn(qint64 milliseconds)
 {
-    if (isSanitized)
+    if (isSlowBuild)
         slowness = std::max(leastSlowness, static_cast<double>(milliseconds) / plainTurn);
 }

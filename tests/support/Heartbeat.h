@@ -37,7 +37,7 @@ public:
 
     /**
      * Tells how long the longest turn of a program takes here that nothing is wrong with; it is below 50 ms in a plain
-     * build. Sanitizers slow work down by that factor, at least by two; waiting takes as long as ever.
+     * build. Sanitizers and line counts slow work down by that factor, at least by two; waiting takes as long as ever.
      */
     static void setHealthyTurn(qint64 milliseconds);
 
