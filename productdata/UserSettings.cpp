@@ -5,6 +5,7 @@
 #include "productdata/UserFolders.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryFile>
@@ -62,6 +63,7 @@ QSettings &UserSettings::settings() const
  */
 bool UserSettings::hasRoom() const
 {
+    QDir().mkpath(QFileInfo(path).path());
     QTemporaryFile probe(path + QStringLiteral(".XXXXXX"));
     const QByteArray content(static_cast<int>(QFileInfo(path).size() + roomToSpare), ' ');
     return probe.open() && probe.write(content) == content.size() && probe.flush();
@@ -71,7 +73,7 @@ bool UserSettings::hasRoom() const
 void UserSettings::save()
 {
     if (!hasRoom()) {
-        qWarning() << "there is no room for the user settings:" << path;
+        qWarning() << "the user settings can't be written, for want of room or of the right to:" << path;
         return;
     }
     putDamagedFileAside();
