@@ -1,8 +1,8 @@
 #include "app/Dialog.h"
 
 #include "app/ConnectWait.h"
-#include "app/PostMsg.h"
-#include "app/Wait.h"
+#include "app/hub/PostMsg.h"
+#include "app/hub/Wait.h"
 #include "buttons/Buttoninterface.h"
 #include "devicelink/DeviceCache.h"
 #include "devicelink/DeviceFlags.h"

@@ -2,8 +2,8 @@
 
 #include "app/ChooserList.h"
 #include "app/LanguageList.h"
-#include "app/PostMsg.h"
-#include "app/Wait.h"
+#include "app/hub/PostMsg.h"
+#include "app/hub/Wait.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceIdentity.h"
 #include "devicelink/DeviceScan.h"

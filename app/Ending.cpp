@@ -1,6 +1,6 @@
 #include "app/Ending.h"
 
-#include "app/Wait.h"
+#include "app/hub/Wait.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/Dispatcher.h"
 #include "devicelink/Worker.h"

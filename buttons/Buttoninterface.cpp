@@ -1,6 +1,6 @@
 #include "buttons/Buttoninterface.h"
 
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/Worker.h"
 #include "portwire/portwire.h"

@@ -1,6 +1,6 @@
 #include "devicelink/DeviceSetters.h"
 
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"

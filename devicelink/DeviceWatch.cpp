@@ -1,6 +1,6 @@
 #include "devicelink/DeviceWatch.h"
 
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceIdentity.h"
 #include "devicelink/DeviceScan.h"

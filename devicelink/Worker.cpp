@@ -1,7 +1,7 @@
 #include "devicelink/Worker.h"
 
-#include "app/PostMsg.h"
-#include "app/Wait.h"
+#include "app/hub/PostMsg.h"
+#include "app/hub/Wait.h"
 #include "devicelink/DeviceCache.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/Dispatcher.h"

@@ -2,7 +2,7 @@
 #include "FuzzHome.h"
 #include "FuzzInput.h"
 #include "Require.h"
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/Dispatcher.h"
 #include "devicelink/SelectedDevice.h"

@@ -1,6 +1,6 @@
 #include "lighting/LampLight.h"
 
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
 #include "lighting/LightStage.h"

@@ -1,6 +1,6 @@
 #include "lighting/LightStage.h"
 
-#include "app/Wait.h"
+#include "app/hub/Wait.h"
 
 #include <QLinearGradient>
 #include <QPainter>

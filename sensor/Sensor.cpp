@@ -1,6 +1,6 @@
 #include "sensor/Sensor.h"
 
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
 #include "devicelink/SelectedDevice.h"

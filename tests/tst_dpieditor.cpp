@@ -1,4 +1,4 @@
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "sensor/MarkerDrag.h"
 #include "sensor/SensorDPI.h"
 #include "support/DpiBench.h"

@@ -1,5 +1,5 @@
 #include "app/DialogMain.h"
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "support/FaultBench.h"
 #include "support/TestHome.h"

@@ -1,6 +1,6 @@
 #include "app/ChooserList.h"
 #include "app/DialogMain.h"
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"

@@ -1,7 +1,7 @@
 #include "app/ChooserList.h"
 #include "app/DialogMain.h"
 #include "app/Ending.h"
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"

@@ -1,4 +1,4 @@
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "support/PromptDriver.h"
 #include "support/TestHome.h"
 #include "ui/AddDelayTime.h"

@@ -1,4 +1,4 @@
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/UserSettings.h"
 #include "support/ProductCopy.h"

@@ -1,4 +1,4 @@
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceSetters.h"
 #include "sensor/DebounceTime.h"
 #include "sensor/MotionSync.h"

@@ -1,4 +1,4 @@
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceSetters.h"
 #include "productdata/ConfigStore.h"
 #include "productdata/UserFolders.h"

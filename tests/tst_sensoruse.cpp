@@ -1,4 +1,4 @@
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "productdata/UserSettings.h"
 #include "sensor/Sensor.h"
 #include "support/ConnectedMouse.h"

@@ -1,6 +1,6 @@
 #include "app/DialogMain.h"
-#include "app/PostMsg.h"
 #include "app/TextSetup.h"
+#include "app/hub/PostMsg.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/UserSettings.h"
 #include "support/Program.h"

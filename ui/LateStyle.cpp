@@ -1,6 +1,6 @@
 #include "ui/LateStyle.h"
 
-#include "app/Wait.h"
+#include "app/hub/Wait.h"
 
 #include <QEvent>
 #include <QWidget>

@@ -1,6 +1,6 @@
 #include "ui/MouseOffLine.h"
 
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 
 namespace {
 constexpr PromptDescription description{"MouseOffLineA",

@@ -1,6 +1,6 @@
 #include "ui/Prompt.h"
 
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "platform/KeyboardFocus.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/Theme.h"

@@ -1,7 +1,7 @@
 #include "ui/UpDataParam.h"
 
-#include "app/PostMsg.h"
-#include "app/Wait.h"
+#include "app/hub/PostMsg.h"
+#include "app/hub/Wait.h"
 
 namespace {
 constexpr PromptDescription description{"UpDataParamA", "UpDataParam", "Please wait, we are updating the setting"};

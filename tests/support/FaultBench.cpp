@@ -2,7 +2,7 @@
 
 #include "app/ChooserList.h"
 #include "app/DialogMain.h"
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/Dispatcher.h"
 #include "devicelink/SelectedDevice.h"

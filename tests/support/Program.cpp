@@ -4,7 +4,7 @@
 #include "app/DialogMain.h"
 #include "app/Ending.h"
 #include "app/TextSetup.h"
-#include "app/Wait.h"
+#include "app/hub/Wait.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/SelectedDevice.h"
 #include "productdata/UserFolders.h"

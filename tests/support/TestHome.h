@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Wait.h"
+#include "app/hub/Wait.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,5 +1,5 @@
 #include "app/ChooserList.h"
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 #include "bench/Inside.h"
 #include "devicelink/DeviceFlags.h"
 #include "support/Program.h"

@@ -1,4 +1,4 @@
-#include "app/Wait.h"
+#include "app/hub/Wait.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

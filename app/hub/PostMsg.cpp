@@ -1,4 +1,4 @@
-#include "app/PostMsg.h"
+#include "app/hub/PostMsg.h"
 
 PostMsg *postMsg()
 {
