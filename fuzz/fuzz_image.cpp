@@ -104,7 +104,7 @@ void queueRecord(FuzzInput &input, DeviceImage mouse)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     FuzzInput input(data, size);
-    FirmwareFlash flash = FirmwareFlash::factory(input.byte() % 2 == 0 ? "q1" : "q2");
+    FirmwareFlash flash = FirmwareFlash::factory(*findMouseModel(input.byte() % 2 == 0 ? "q1" : "q2"));
     input.patch(flash.bytes);
     readImage(flash);
     RecordBytes bytes{};

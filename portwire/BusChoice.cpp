@@ -1,6 +1,6 @@
 #include "portwire/BusChoice.h"
 
-#include "portwire/virtual/VirtualWorld.h"
+#include "portwire/VirtualBusStart.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -43,7 +43,7 @@ std::shared_ptr<Channels> openChannelsOfChosenBus()
 {
     const QByteArray name = chosenName();
     if (name == "virtual")
-        return VirtualWorld::open();
+        return startVirtualBus();
     qWarning("portwire: there is no bus named '%s', so there are no devices", name.constData());
     return std::make_shared<Channels>(std::make_shared<EmptyBus>());
 }

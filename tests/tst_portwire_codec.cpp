@@ -326,7 +326,7 @@ void tst_portwire_codec::unknownMouseGetsOnlyWhatChanged()
 void tst_portwire_codec::levelsTravelTogether()
 {
     WriteQueue queue;
-    FlashDataMap record = readInto(queue, FirmwareFlash::factory("q1").bytes);
+    FlashDataMap record = readInto(queue, FirmwareFlash::factory(*findMouseModel("q1")).bytes);
     std::swap(record.DpiLevels[0], record.DpiLevels[7]);
     record.DpiCurrentLevel = 0;
     record.DpiLevelCount = 1;
@@ -343,7 +343,7 @@ void tst_portwire_codec::levelsTravelTogether()
 void tst_portwire_codec::readingDoesNotUndoAChange()
 {
     WriteQueue queue;
-    DeviceImage mouse = FirmwareFlash::factory("q1").bytes;
+    DeviceImage mouse = FirmwareFlash::factory(*findMouseModel("q1")).bytes;
     FlashDataMap record = readInto(queue, mouse);
     const std::uint64_t readBegan = queue.serial();
     std::vector<std::uint8_t> read(mouse.begin(), mouse.end());
@@ -368,7 +368,7 @@ void tst_portwire_codec::changingAddressIsHeldBack()
 {
     using std::chrono::milliseconds;
     WriteQueue queue;
-    FlashDataMap record = readInto(queue, FirmwareFlash::factory("q1").bytes);
+    FlashDataMap record = readInto(queue, FirmwareFlash::factory(*findMouseModel("q1")).bytes);
     WriteQueue::Clock::time_point now{};
     int batches = 0;
     // A slider that is dragged for four seconds, a change a millisecond.

@@ -1,10 +1,10 @@
 #include "portwire/ChangeNotice.h"
 #include "portwire/control/ControlClient.h"
 #include "portwire/control/ControlServer.h"
+#include "portwire/control/StateFolder.h"
 #include "portwire/link/Link.h"
 #include "portwire/portwire.h"
 #include "portwire/virtual/SceneKeeper.h"
-#include "portwire/virtual/StateFolder.h"
 #include "portwire/virtual/VirtualBus.h"
 
 #include <QJsonArray>

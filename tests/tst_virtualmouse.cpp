@@ -59,7 +59,7 @@ QString text(const std::vector<HidEvent> &events)
 /** A mouse with a list of what it announces. */
 struct ToldMouse
 {
-    explicit ToldMouse(const char *model, HandClock clock = {}) : mouse(model, clock)
+    explicit ToldMouse(const char *model, HandClock clock = {}) : mouse(*findMouseModel(model), clock)
     {
         mouse.announce = [this](const FirmwarePacket &packet) {
             if (packet.code == 10 && packet.sequence == 0)
@@ -125,8 +125,7 @@ void tst_virtualmouse::readsDpi()
     QFETCH(int, code);
     QFETCH(int, flags);
     QFETCH(int, dpi);
-    QCOMPARE(FirmwareFlash::dpiOf(static_cast<Sensor>(sensor), static_cast<std::uint8_t>(code),
-                                  static_cast<std::uint8_t>(flags)),
+    QCOMPARE(dpiOfCode(static_cast<Sensor>(sensor), static_cast<std::uint8_t>(code), static_cast<std::uint8_t>(flags)),
              dpi);
 }
 
@@ -356,7 +355,7 @@ void tst_virtualmouse::buttonsSurviveAnyFlash()
 {
     std::uint32_t random = 1;
     for (int round = 0; round < 40; ++round) {
-        VirtualMouse mouse("q1", HandClock());
+        VirtualMouse mouse(*findMouseModel("q1"), HandClock());
         VirtualMouse::Stored stored;
         for (FirmwareFlash &profile : stored.profiles) {
             for (std::uint8_t &byte : profile.bytes) {

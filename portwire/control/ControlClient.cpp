@@ -1,6 +1,6 @@
 #include "portwire/control/ControlClient.h"
 
-#include "portwire/virtual/StateFolder.h"
+#include "portwire/control/StateFolder.h"
 
 #include <QDeadlineTimer>
 #include <QJsonArray>

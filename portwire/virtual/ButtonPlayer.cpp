@@ -22,7 +22,7 @@ std::vector<HidEvent> ButtonPlayer::press(int slot)
     if (slot < 0 || slot >= slots)
         return events;
     mouse.wake();
-    const std::uint8_t *function = &mouse.flash().bytes[96 + 3 * static_cast<std::size_t>(slot)];
+    const std::uint8_t *function = mouse.flash().keyFunction(static_cast<std::size_t>(slot));
     const int type = function[0];
     const std::uint8_t first = function[1];
     const int second = function[2];
@@ -97,7 +97,7 @@ void ButtonPlayer::fire(int intervalMs, int count)
 
 void ButtonPlayer::playSequence(int slot)
 {
-    const std::uint8_t *sequence = &mouse.flash().bytes[256 + 32 * static_cast<std::size_t>(slot)];
+    const std::uint8_t *sequence = mouse.flash().keySequence(static_cast<std::size_t>(slot));
     for (std::size_t i = 0; i < std::min<std::size_t>(sequence[0], 6); ++i)
         playEvent(sequence + 1 + 5 * i);
 }
@@ -105,7 +105,7 @@ void ButtonPlayer::playSequence(int slot)
 /** 1 to 250 times; the codes above stop when the button is let go or pressed again, so a short press plays once. */
 void ButtonPlayer::playMacro(int slot, int repeatCode)
 {
-    const std::uint8_t *macro = &mouse.flash().bytes[768 + 384 * static_cast<std::size_t>(slot)];
+    const std::uint8_t *macro = mouse.flash().macro(static_cast<std::size_t>(slot));
     const int times = repeatCode >= 1 && repeatCode <= 250 ? repeatCode : 1;
     for (int time = 0; time < times; ++time) {
         for (std::size_t i = 0; i < std::min<std::size_t>(macro[31], 70); ++i)
@@ -125,7 +125,7 @@ void ButtonPlayer::playEvent(const std::uint8_t *event)
 
 void ButtonPlayer::switchRate()
 {
-    const auto *const current = std::find(std::begin(rates), std::end(rates), mouse.flash().bytes[0]);
+    const auto *const current = std::find(std::begin(rates), std::end(rates), mouse.flash().bytes[flash::reportRate]);
     const bool isLast = current == std::end(rates) || current + 1 == std::end(rates);
     mouse.changeRate(isLast ? rates[0] : current[1]);
     events.push_back({now, Type::ReportRate, true, mouse.flash().rateHz()});
@@ -142,15 +142,15 @@ void ButtonPlayer::switchLight(int which)
     if (which == 0 || which == 3 || which == 4)
         events.push_back({now, Type::Light, true, mouse.flash().light().isOn});
     if (which == 0 || which == 1) {
-        mouse.changeIndicator(which == 0 ? !isOn : mouse.flash().bytes[79] == 0);
-        events.push_back({now, Type::Indicator, true, mouse.flash().bytes[79] != 0});
+        mouse.changeIndicator(which == 0 ? !isOn : mouse.flash().bytes[flash::indicatorOn] == 0);
+        events.push_back({now, Type::Indicator, true, mouse.flash().bytes[flash::indicatorOn] != 0});
     }
 }
 
 /** Another DPI for as long as the button is held. */
 void ButtonPlayer::lockDpi(std::uint8_t code)
 {
-    events.push_back({now, Type::Dpi, true, FirmwareFlash::dpiOf(mouse.sensor(), code, 0)});
+    events.push_back({now, Type::Dpi, true, dpiOfCode(mouse.sensor(), code, 0)});
     events.push_back({now, Type::Dpi, true, mouse.flash().dpi(mouse.sensor())});
 }
 

@@ -1,68 +1,12 @@
 #include "portwire/virtual/FirmwareFlash.h"
 
+#include "portwire/virtual/ReportRates.h"
+
 #include <algorithm>
 
 namespace portwire {
 
 namespace {
-
-struct RateCode
-{
-    std::uint8_t code;
-    int hertz;
-};
-
-constexpr RateCode rateCodes[] = {{8, 125}, {4, 250}, {2, 500}, {1, 1000}, {16, 2000}, {32, 4000}};
-
-struct FactoryLevel
-{
-    int dpi;
-    std::uint8_t red, green, blue;
-};
-
-struct FactoryModel
-{
-    std::string_view model;
-    Sensor sensor;
-    std::uint8_t levelsInUse;
-    FactoryLevel levels[8];
-};
-
-constexpr FactoryModel factoryModels[] = {
-    {"q1",
-     Sensor::Sensor3395,
-     6,
-     {{400, 255, 0, 0},
-      {800, 0, 0, 255},
-      {1600, 0, 255, 0},
-      {3200, 255, 255, 0},
-      {6400, 0, 255, 255},
-      {26000, 255, 0, 255},
-      {12000, 159, 0, 0},
-      {18000, 0, 212, 252}}},
-    {"q2",
-     Sensor::Sensor3311,
-     5,
-     {{400, 255, 0, 0},
-      {800, 0, 0, 255},
-      {1600, 0, 255, 0},
-      {3200, 255, 255, 0},
-      {6400, 0, 255, 255},
-      {8000, 255, 0, 255},
-      {10000, 159, 0, 0},
-      {12400, 0, 212, 252}}},
-    {"unknown",
-     Sensor::Unknown,
-     4,
-     {{400, 255, 0, 0},
-      {800, 0, 0, 255},
-      {1600, 0, 255, 0},
-      {3200, 255, 255, 0},
-      {3200, 0, 255, 255},
-      {3200, 255, 0, 255},
-      {3200, 159, 0, 0},
-      {3200, 0, 212, 252}}},
-};
 
 /** Type and first parameter of the six buttons: left, right, middle, forward, back, DPI cycle. */
 constexpr std::uint8_t factoryKeys[6][2] = {{1, 1}, {1, 2}, {1, 4}, {1, 16}, {1, 8}, {2, 1}};
@@ -74,32 +18,26 @@ struct FactoryByte
 };
 
 constexpr FactoryByte factoryBytes[] = {
-    {0, 1},                                                                    // 1000 Hz
-    {4, 2},                                                                    // third level
-    {53, 1},                                                                   // lift-off at 1 mm
-    {54, 4},                                                                   // ms of debounce
-    {55, 1},                                                                   // motion sync
-    {56, 60},                                                                  // sleep after 10 minutes
-    {61, 6},                                                                   // full performance for a minute
-    {76, 1},  {77, 128}, {78, 3},    {79, 1},                                  // indicator steady
-    {160, 1}, {161, 0},  {162, 255}, {163, 153}, {164, 7}, {165, 9}, {166, 1}, // light flowing
+    {flash::reportRate, 1},         // 1000 Hz
+    {flash::currentLevel, 2},       // the third
+    {flash::sensorSwitches, 1},     // lift-off at 1 mm
+    {flash::debounceTime, 4},       // ms
+    {flash::sensorSwitches + 2, 1}, // motion sync
+    {flash::idleTime, 60},          // 10 minutes
+    {flash::sensorSwitches + 8, 6}, // full performance for a minute
+    // Indicator steady.
+    {flash::indicator, 1},
+    {flash::indicator + 1, 128},
+    {flash::indicator + 2, 3},
+    {flash::indicatorOn, 1},
+    // Light flowing.
+    {flash::light, 1},
+    {flash::light + 2, 255},
+    {flash::light + 3, 153},
+    {flash::light + 4, 7},
+    {flash::light + 5, 9},
+    {flash::lightOn, 1},
 };
-
-/** Codes of a level without doubling, each value in the sensor's own way. */
-void putLevel(std::uint8_t *level, Sensor sensor, const FactoryLevel &value)
-{
-    int code = value.dpi / 50 - 1;
-    int flags = 0;
-    if (sensor == Sensor::Sensor3311)
-        code = value.dpi / 100 + 3;
-    else if (sensor == Sensor::Sensor3395)
-        flags = (code / 256) * 0x44;
-    level[0] = level[1] = static_cast<std::uint8_t>(code % 256);
-    level[2] = static_cast<std::uint8_t>(flags);
-    level[3] = value.red;
-    level[4] = value.green;
-    level[5] = value.blue;
-}
 
 /** One event of 5 bytes as the 8 bytes of the record: action, kind, code and delay. */
 void exportEvent(const std::uint8_t *in, std::uint8_t *out)
@@ -116,95 +54,105 @@ void exportEvent(const std::uint8_t *in, std::uint8_t *out)
         out[4 + i] = static_cast<std::uint8_t>(delay >> (8 * i));
 }
 
+struct Run
+{
+    std::size_t imageAt, recordAt, size;
+};
+
+/** What stands in the record of the PC as it does in the image. */
+constexpr Run sameInRecord[] = {
+    {flash::reportRate, 0, 2}, // and the level count
+    {flash::currentLevel, 2, 1},
+    {flash::reserved, 3, 2},
+    {flash::sensorSwitches, 5, 10},
+    {flash::levels, 15, flash::mostLevels *flash::levelSize},
+    {flash::indicator, 63, 4},
+    {flash::light, 67, 7},
+    {flash::keyFunctions, 74, flash::slots *flash::keyFunctionSize + 2}, // and the gap
+};
+
+constexpr std::size_t recordSize = 10428;
+constexpr std::size_t recordEventSize = 8;
+
 } // namespace
 
-FirmwareFlash FirmwareFlash::factory(std::string_view model)
+FirmwareFlash FirmwareFlash::factory(const MouseModel &model)
 {
-    const FactoryModel *found = std::find_if(std::begin(factoryModels), std::end(factoryModels),
-                                             [&](const FactoryModel &known) { return known.model == model; });
-    if (found == std::end(factoryModels))
-        --found;
-    FirmwareFlash flash;
+    FirmwareFlash made;
     for (const FactoryByte &byte : factoryBytes)
-        flash.bytes[byte.at] = byte.value;
-    flash.bytes[1] = found->levelsInUse;
-    for (std::size_t level = 0; level < 8; ++level)
-        putLevel(&flash.bytes[5 + 6 * level], found->sensor, found->levels[level]);
-    for (std::size_t key = 0; key < 6; ++key) {
-        flash.bytes[96 + 3 * key] = factoryKeys[key][0];
-        flash.bytes[97 + 3 * key] = factoryKeys[key][1];
+        made.bytes[byte.at] = byte.value;
+    made.bytes[flash::levelCount] = model.levelsInUse;
+    for (std::size_t level = 0; level < flash::mostLevels; ++level) {
+        const FactoryLevel &from = model.levels[level];
+        const LevelCode dpi = codeOfDpi(model.sensor, from.dpi);
+        const std::uint8_t bytes[] = {dpi.code, dpi.code, dpi.flags, from.red, from.green, from.blue};
+        std::copy(std::begin(bytes), std::end(bytes), &made.bytes[flash::levels + flash::levelSize * level]);
     }
-    return flash;
+    for (std::size_t key = 0; key < std::size(factoryKeys); ++key)
+        std::copy_n(factoryKeys[key], 2, &made.bytes[flash::keyFunctions + flash::keyFunctionSize * key]);
+    return made;
 }
 
-int FirmwareFlash::levelCount() const { return std::clamp<int>(bytes[1], 1, 8); }
+const std::uint8_t *FirmwareFlash::keyFunction(std::size_t slot) const
+{
+    return &bytes[flash::keyFunctions + flash::keyFunctionSize * slot];
+}
 
-int FirmwareFlash::currentLevel() const { return std::min<int>(bytes[4], levelCount() - 1); }
+const std::uint8_t *FirmwareFlash::keySequence(std::size_t slot) const
+{
+    return &bytes[flash::keySequences + flash::keySequenceSize * slot];
+}
+
+const std::uint8_t *FirmwareFlash::macro(std::size_t slot) const
+{
+    return &bytes[flash::macros + flash::macroSize * slot];
+}
+
+int FirmwareFlash::levelCount() const
+{
+    return std::clamp<int>(bytes[flash::levelCount], 1, static_cast<int>(flash::mostLevels));
+}
+
+int FirmwareFlash::currentLevel() const { return std::min<int>(bytes[flash::currentLevel], levelCount() - 1); }
 
 int FirmwareFlash::dpi(Sensor sensor) const
 {
-    const std::uint8_t *level = &bytes[5 + 6 * static_cast<std::size_t>(currentLevel())];
-    return dpiOf(sensor, level[0], level[2]);
+    const std::uint8_t *level = &bytes[flash::levels + flash::levelSize * static_cast<std::size_t>(currentLevel())];
+    return dpiOfCode(sensor, level[0], level[2]);
 }
 
-int FirmwareFlash::dpiOf(Sensor sensor, std::uint8_t code, std::uint8_t flags)
-{
-    int value = 0;
-    if (sensor == Sensor::Sensor3311) {
-        // The table has the codes 4 to 127; the sensor stays at the end of its range for others.
-        value = 100 * (std::clamp<int>(code, 4, 127) - 3);
-    } else {
-        const int high = sensor == Sensor::Sensor3395 ? flags >> 6 : 0;
-        value = (high * 256 + code + 1) * ((flags & 0x22) ? 100 : 50);
-    }
-    return (flags & 0x11) ? 2 * value : value;
-}
+int FirmwareFlash::rateHz() const { return hertzOfCode(bytes[flash::reportRate]); }
 
-int FirmwareFlash::rateHz() const
-{
-    for (const RateCode &rate : rateCodes) {
-        if (rate.code == bytes[0])
-            return rate.hertz;
-    }
-    return 0;
-}
-
-int FirmwareFlash::idleSeconds() const { return 10 * bytes[56]; }
+int FirmwareFlash::idleSeconds() const { return 10 * bytes[flash::idleTime]; }
 
 LightState FirmwareFlash::light() const
 {
-    const std::uint8_t *group = &bytes[160];
+    const std::uint8_t *group = &bytes[flash::light];
     return {group[6] != 0, group[0], group[1], group[2], group[3], group[4], group[5]};
 }
 
 std::vector<std::uint8_t> FirmwareFlash::record() const
 {
-    std::vector<std::uint8_t> out(10428, 0);
-    const auto copy = [&](std::size_t from, std::size_t to, std::size_t count) {
-        std::copy_n(bytes.begin() + static_cast<long>(from), count, out.begin() + static_cast<long>(to));
-    };
-    copy(0, 0, 2);    // report rate, level count
-    copy(4, 2, 1);    // current level
-    copy(2, 3, 2);    // the two reserved bytes
-    copy(53, 5, 10);  // lift-off to sensor mode
-    copy(5, 15, 48);  // levels
-    copy(76, 63, 4);  // indicator
-    copy(160, 67, 7); // light
-    copy(96, 74, 50); // buttons and the gap
-    for (std::size_t slot = 0; slot < 16; ++slot) {
-        const std::uint8_t *sequence = &bytes[256 + 32 * slot];
+    std::vector<std::uint8_t> out(recordSize, 0);
+    for (const Run &run : sameInRecord)
+        std::copy_n(bytes.begin() + static_cast<long>(run.imageAt), run.size,
+                    out.begin() + static_cast<long>(run.recordAt));
+    for (std::size_t slot = 0; slot < flash::slots; ++slot) {
+        const std::uint8_t *sequence = keySequence(slot);
         std::uint8_t *keys = &out[124 + 52 * slot];
-        keys[0] = std::min<std::uint8_t>(sequence[0], 6);
-        for (std::size_t event = 0; event < 6; ++event)
-            exportEvent(sequence + 1 + 5 * event, keys + 4 + 8 * event);
+        keys[0] = std::min<std::uint8_t>(sequence[0], flash::mostSequenceEvents);
+        for (std::size_t event = 0; event < flash::mostSequenceEvents; ++event)
+            exportEvent(sequence + flash::sequenceEvents + flash::eventSize * event,
+                        keys + 4 + recordEventSize * event);
 
-        const std::uint8_t *stored = &bytes[768 + 384 * slot];
-        std::uint8_t *macro = &out[956 + 592 * slot];
-        macro[0] = std::min<std::uint8_t>(stored[0], 30);
-        std::copy_n(stored + 1, 30, macro + 1);
-        macro[31] = std::min<std::uint8_t>(stored[31], 70);
-        for (std::size_t event = 0; event < 70; ++event)
-            exportEvent(stored + 32 + 5 * event, macro + 32 + 8 * event);
+        const std::uint8_t *stored = macro(slot);
+        std::uint8_t *exported = &out[956 + 592 * slot];
+        exported[0] = std::min<std::uint8_t>(stored[0], flash::longestName);
+        std::copy_n(stored + flash::macroName, flash::longestName, exported + 1);
+        exported[31] = std::min<std::uint8_t>(stored[flash::macroEventCount], flash::mostMacroEvents);
+        for (std::size_t event = 0; event < flash::mostMacroEvents; ++event)
+            exportEvent(stored + flash::macroEvents + flash::eventSize * event,
+                        exported + 32 + recordEventSize * event);
     }
     return out;
 }

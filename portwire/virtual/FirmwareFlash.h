@@ -1,18 +1,12 @@
 #pragma once
 
+#include "portwire/virtual/DeviceModels.h"
+#include "portwire/virtual/FlashLayout.h"
+
 #include <array>
-#include <cstdint>
-#include <string_view>
 #include <vector>
 
 namespace portwire {
-
-/** How a model's sensor reads the three bytes of a DPI level. */
-enum class Sensor {
-    Sensor3395, ///< 10-bit code in steps of 50
-    Sensor3311, ///< code table 100 to 12400 in steps of 100
-    Unknown,    ///< 8-bit code in steps of 50
-};
 
 /** What the light of a mouse does. */
 struct LightState
@@ -27,15 +21,16 @@ struct LightState
 class FirmwareFlash
 {
 public:
-    static constexpr std::size_t size = 6912;
-
-    /** What a sensor makes of the code and flags of a level. */
-    static int dpiOf(Sensor sensor, std::uint8_t code, std::uint8_t flags);
+    static constexpr std::size_t size = flash::imageSize;
 
     /** The factory state of a model. */
-    static FirmwareFlash factory(std::string_view model);
+    static FirmwareFlash factory(const MouseModel &model);
 
     std::array<std::uint8_t, size> bytes{};
+
+    const std::uint8_t *keyFunction(std::size_t slot) const; ///< three bytes; slot 0 to 15
+    const std::uint8_t *keySequence(std::size_t slot) const; ///< 32 bytes
+    const std::uint8_t *macro(std::size_t slot) const;       ///< 384 bytes
 
     int levelCount() const;       ///< 1 to 8
     int currentLevel() const;     ///< below levelCount()

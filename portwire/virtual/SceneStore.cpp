@@ -137,7 +137,8 @@ std::optional<Scene> SceneStore::load()
         Scene::Mouse mouse = mouseFrom(value.toObject());
         if (mouse.id.empty() || scene.mice.size() == mostMice)
             continue;
-        mouse.stored.profiles.fill(FirmwareFlash::factory(mouse.model));
+        if (const MouseModel *const model = findMouseModel(mouse.model))
+            mouse.stored.profiles.fill(FirmwareFlash::factory(*model));
         loadFlash(mouse);
         scene.mice.push_back(std::move(mouse));
     }

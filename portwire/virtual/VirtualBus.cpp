@@ -28,17 +28,17 @@ std::vector<DeviceNode> VirtualBus::enumerate()
 {
     const std::lock_guard lock(mutex);
     const auto node = [](std::string path, std::string_view product, std::uint16_t version) {
-        return DeviceNode{
-            std::move(path), std::string(ids::vendor), std::string(product), ids::interfaceId, ids::deviceId, version};
+        return DeviceNode{std::move(path), std::string(vendorId), std::string(product),
+                          wireInterface,   wireCollection,        version};
     };
     std::vector<DeviceNode> nodes;
     for (const auto &mouse : mice) {
         if (mouse->device.isCorded())
-            nodes.push_back(node(mouse->path(), mouse->kind->cableProduct, mouse->kind->version));
+            nodes.push_back(node(mouse->path(), mouse->model->cableProduct, mouse->model->version));
     }
     for (const auto &receiver : receivers) {
         if (receiver->isPlugged)
-            nodes.push_back(node(receiver->path(), receiver->kind->product, receiver->kind->version));
+            nodes.push_back(node(receiver->path(), receiver->model->product, receiver->model->version));
     }
     return nodes;
 }
@@ -97,7 +97,7 @@ FirmwarePacket VirtualBus::answerAtCable(Mouse &mouse, const FirmwarePacket &req
 {
     switch (request.code) {
     case 1:
-        return request.answer({ids::company, mouse.kind->modelId, ids::cableClass});
+        return request.answer({companyId, mouse.model->modelId, cableClass});
     case 3: {
         const auto address = mouse.address();
         return request.answer({static_cast<std::uint8_t>(mouse.device.isAwake()), address[0], address[1], address[2]});
@@ -112,7 +112,7 @@ FirmwarePacket VirtualBus::answerAtReceiver(Receiver &receiver, const FirmwarePa
 {
     Mouse *const mouse = reachedBy(receiver);
     if (request.code == 1)
-        return request.answer({ids::company, receiver.mouseKind->modelId, receiver.kind->receiverClass});
+        return request.answer({companyId, receiver.mouseModel->modelId, receiver.model->receiverClass});
     if (request.code == 3) {
         const Mouse *const paired = findMouse(receiver.pairedMouse);
         const auto address = paired ? paired->address() : std::array<std::uint8_t, 3>{};
@@ -155,9 +155,9 @@ VirtualBus::Mouse *VirtualBus::reachedBy(const Receiver &receiver)
 
 bool VirtualBus::isIdFree(const std::string &id) { return !findMouse(id) && !findReceiver(id); }
 
-VirtualBus::Mouse &VirtualBus::addMouse(const std::string &id, const ids::MouseIds &kind)
+VirtualBus::Mouse &VirtualBus::addMouse(const std::string &id, const MouseModel &model)
 {
-    mice.push_back(std::unique_ptr<Mouse>(new Mouse{id, &kind, VirtualMouse(kind.model, clock)}));
+    mice.push_back(std::unique_ptr<Mouse>(new Mouse{id, &model, VirtualMouse(model, clock)}));
     Mouse *const mouse = mice.back().get();
     mouse->device.storedChanged = [this] { noteChange(); };
     mouse->device.announce = [this, mouse](const FirmwarePacket &packet) {
@@ -170,10 +170,11 @@ VirtualBus::Mouse &VirtualBus::addMouse(const std::string &id, const ids::MouseI
     return *mouse;
 }
 
-VirtualBus::Receiver &VirtualBus::addReceiver(const std::string &id, const ids::MouseIds &mouseKind,
-                                              const ids::ReceiverIds &kind)
+VirtualBus::Receiver &VirtualBus::addReceiver(const std::string &id, const MouseModel &mouseModel,
+                                              const ReceiverModel &model)
 {
-    receivers.push_back(std::unique_ptr<Receiver>(new Receiver{id, &mouseKind, &kind, VirtualReceiver(kind.version)}));
+    receivers.push_back(
+        std::unique_ptr<Receiver>(new Receiver{id, &mouseModel, &model, VirtualReceiver(model.version)}));
     Receiver *const receiver = receivers.back().get();
     receiver->device.storedChanged = [this] { noteChange(); };
     receiver->device.announce = [this, receiver](const FirmwarePacket &packet) { announce(receiver->path(), packet); };

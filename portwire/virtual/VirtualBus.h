@@ -5,7 +5,6 @@
 #include "portwire/virtual/HidEvent.h"
 #include "portwire/virtual/Scene.h"
 #include "portwire/virtual/VirtualEndpoint.h"
-#include "portwire/virtual/ids.h"
 
 namespace portwire {
 
@@ -75,7 +74,7 @@ private:
     struct Mouse
     {
         std::string id;
-        const ids::MouseIds *kind;
+        const MouseModel *model;
         VirtualMouse device;
         Fault fault{};
 
@@ -85,8 +84,8 @@ private:
     struct Receiver
     {
         std::string id;
-        const ids::MouseIds *mouseKind; ///< the model that it was sold with
-        const ids::ReceiverIds *kind;
+        const MouseModel *mouseModel; ///< the model that it was sold with
+        const ReceiverModel *model;
         VirtualReceiver device;
         std::string pairedMouse{};
         bool isPlugged = true;
@@ -108,8 +107,8 @@ private:
     Mouse *reachedBy(const Receiver &receiver);
     bool isIdFree(const std::string &id);
 
-    Mouse &addMouse(const std::string &id, const ids::MouseIds &kind);
-    Receiver &addReceiver(const std::string &id, const ids::MouseIds &mouseKind, const ids::ReceiverIds &kind);
+    Mouse &addMouse(const std::string &id, const MouseModel &model);
+    Receiver &addReceiver(const std::string &id, const MouseModel &mouseModel, const ReceiverModel &model);
     void plugReceiver(Receiver &receiver, bool isNowPlugged);
     void plugMouse(Mouse &mouse, bool isNowPlugged);
 

@@ -12,24 +12,34 @@ namespace {
 const char noSuchMouse[] = "there is no mouse with this id";
 const char noSuchDevice[] = "there is no device with this id";
 
+/** The names of a table, for a message. */
+template<typename Model, std::size_t count>
+std::string namesOf(const Model (&models)[count], std::string_view Model::*name)
+{
+    std::string names;
+    for (const Model &model : models)
+        names.append(names.empty() ? "" : ", ").append(model.*name);
+    return names;
+}
+
 } // namespace
 
 std::string VirtualBus::add(std::string_view modelName, std::string_view linkName, std::string &id)
 {
-    const ids::MouseIds *const mouseKind = ids::findMouse(modelName);
-    const ids::ReceiverIds *const receiverKind = ids::findReceiver(linkName);
-    if (!mouseKind)
-        return "the model is none of q1, q2, unknown";
-    if (!receiverKind && linkName != "cable")
-        return "the link is none of cable, 1k, 2k, 4k";
+    const MouseModel *const mouseModel = findMouseModel(modelName);
+    const ReceiverModel *const receiverModel = findReceiverModel(linkName);
+    if (!mouseModel)
+        return "the model is none of " + namesOf(mouseModels, &MouseModel::name);
+    if (!receiverModel && linkName != "cable")
+        return "the link is none of cable, " + namesOf(receiverModels, &ReceiverModel::link);
     {
         const std::lock_guard lock(mutex);
         id = modelName;
         for (int number = 2; !isIdFree(id); ++number)
             id = std::string(modelName) + "-" + std::to_string(number);
-        Mouse &mouse = addMouse(id, *mouseKind);
-        if (receiverKind)
-            addReceiver(id + "-" + std::string(linkName), *mouseKind, *receiverKind).pairedMouse = id;
+        Mouse &mouse = addMouse(id, *mouseModel);
+        if (receiverModel)
+            addReceiver(id + "-" + std::string(linkName), *mouseModel, *receiverModel).pairedMouse = id;
         else
             mouse.device.setCorded(true);
         noteChange();
@@ -193,8 +203,8 @@ DeviceDescription VirtualBus::describe(Mouse &mouse)
     const FirmwareFlash &flash = mouse.device.flash();
     DeviceDescription device{};
     device.id = mouse.id;
-    device.model = mouse.kind->model;
-    device.product = mouse.kind->cableProduct;
+    device.model = mouse.model->name;
+    device.product = mouse.model->cableProduct;
     device.path = mouse.path();
     device.isPlugged = device.isCorded = mouse.device.isCorded();
     device.isAwake = mouse.device.isAwake();
@@ -220,9 +230,9 @@ DeviceDescription VirtualBus::describe(Receiver &receiver)
     else
         device.batteryPercent = -1;
     device.id = receiver.id;
-    device.model = receiver.mouseKind->model;
+    device.model = receiver.mouseModel->name;
     device.isReceiver = true;
-    device.product = receiver.kind->product;
+    device.product = receiver.model->product;
     device.path = receiver.path();
     device.isPlugged = receiver.isPlugged;
     device.isCorded = false;

@@ -7,12 +7,12 @@ Scene VirtualBus::scene()
     const std::lock_guard lock(mutex);
     Scene all;
     for (const auto &mouse : mice) {
-        all.mice.push_back({mouse->id, std::string(mouse->kind->model), mouse->device.isCorded(),
+        all.mice.push_back({mouse->id, std::string(mouse->model->name), mouse->device.isCorded(),
                             mouse->device.batteryPercent(), mouse->device.content()});
     }
     for (const auto &receiver : receivers) {
-        all.receivers.push_back({receiver->id, std::string(receiver->mouseKind->model),
-                                 std::string(receiver->kind->link), receiver->pairedMouse, receiver->isPlugged,
+        all.receivers.push_back({receiver->id, std::string(receiver->mouseModel->name),
+                                 std::string(receiver->model->link), receiver->pairedMouse, receiver->isPlugged,
                                  receiver->device.content()});
     }
     return all;
@@ -27,20 +27,20 @@ void VirtualBus::setScene(const Scene &scene)
         mice.clear();
         receivers.clear();
         for (const Scene::Mouse &kept : scene.mice) {
-            const ids::MouseIds *const kind = ids::findMouse(kept.model);
-            if (!kind || !isIdFree(kept.id))
+            const MouseModel *const model = findMouseModel(kept.model);
+            if (!model || !isIdFree(kept.id))
                 continue;
-            Mouse &mouse = addMouse(kept.id, *kind);
+            Mouse &mouse = addMouse(kept.id, *model);
             mouse.device.setContent(kept.stored);
             mouse.device.setCorded(kept.isCorded);
             mouse.device.setBattery(kept.batteryPercent, kept.isCorded);
         }
         for (const Scene::Receiver &kept : scene.receivers) {
-            const ids::MouseIds *const mouseKind = ids::findMouse(kept.model);
-            const ids::ReceiverIds *const kind = ids::findReceiver(kept.link);
-            if (!mouseKind || !kind || !isIdFree(kept.id))
+            const MouseModel *const mouseModel = findMouseModel(kept.model);
+            const ReceiverModel *const model = findReceiverModel(kept.link);
+            if (!mouseModel || !model || !isIdFree(kept.id))
                 continue;
-            Receiver &receiver = addReceiver(kept.id, *mouseKind, *kind);
+            Receiver &receiver = addReceiver(kept.id, *mouseModel, *model);
             receiver.device.setContent(kept.stored);
             receiver.pairedMouse = kept.pairedMouse;
             receiver.isPlugged = kept.isPlugged;

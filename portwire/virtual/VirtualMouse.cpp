@@ -1,34 +1,14 @@
 #include "portwire/virtual/VirtualMouse.h"
 
-#include "portwire/virtual/ids.h"
+#include "portwire/virtual/ReportRates.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace portwire {
 
-namespace {
-
-Sensor sensorOf(std::string_view model)
-{
-    if (model == "q1")
-        return Sensor::Sensor3395;
-    return model == "q2" ? Sensor::Sensor3311 : Sensor::Unknown;
-}
-
-std::uint16_t versionOf(std::string_view model)
-{
-    const ids::MouseIds *const known = ids::findMouse(model);
-    return known ? known->version : std::uint16_t{0};
-}
-
-constexpr std::uint8_t rateCodes[] = {8, 4, 2, 1, 16, 32};
-
-} // namespace
-
-VirtualMouse::VirtualMouse(std::string_view modelName, Clock clock)
-    : model(modelName), sensorKind(sensorOf(modelName)), version(versionOf(modelName)), now(std::move(clock)),
-      lastUse(now())
+VirtualMouse::VirtualMouse(const MouseModel &ofModel, Clock clock)
+    : model(ofModel), now(std::move(clock)), lastUse(now())
 {
     stored.profiles.fill(FirmwareFlash::factory(model));
 }
@@ -57,7 +37,8 @@ FirmwarePacket VirtualMouse::answer(const FirmwarePacket &request)
     case 15:
         return selectProfile(request);
     case 18:
-        return request.answer({static_cast<std::uint8_t>(version % 256), static_cast<std::uint8_t>(version / 256)});
+        return request.answer(
+            {static_cast<std::uint8_t>(model.version % 256), static_cast<std::uint8_t>(model.version / 256)});
     default:
         return request.refusal();
     }
@@ -144,7 +125,7 @@ bool VirtualMouse::changeLevel(int level)
     if (level < 0 || level >= flash().levelCount())
         return false;
     wake();
-    active().bytes[4] = static_cast<std::uint8_t>(level);
+    active().bytes[flash::currentLevel] = static_cast<std::uint8_t>(level);
     changed();
     tell(dpiLevelChanged);
     return true;
@@ -152,10 +133,10 @@ bool VirtualMouse::changeLevel(int level)
 
 bool VirtualMouse::changeRate(std::uint8_t code)
 {
-    if (std::find(std::begin(rateCodes), std::end(rateCodes), code) == std::end(rateCodes))
+    if (hertzOfCode(code) == 0)
         return false;
     wake();
-    active().bytes[0] = code;
+    active().bytes[flash::reportRate] = code;
     changed();
     tell(reportRateChanged);
     return true;
@@ -177,15 +158,15 @@ bool VirtualMouse::changeProfile(int index)
 
 void VirtualMouse::changeLight(bool isOn, int mode)
 {
-    active().bytes[160] = static_cast<std::uint8_t>(mode);
-    active().bytes[166] = isOn ? 1 : 0;
+    active().bytes[flash::light] = static_cast<std::uint8_t>(mode);
+    active().bytes[flash::lightOn] = isOn ? 1 : 0;
     changed();
     tell(lightChanged);
 }
 
 void VirtualMouse::changeIndicator(bool isOn)
 {
-    active().bytes[79] = isOn ? 1 : 0;
+    active().bytes[flash::indicatorOn] = isOn ? 1 : 0;
     changed();
     tell(indicatorChanged);
 }

@@ -6,7 +6,6 @@
 #include <chrono>
 #include <functional>
 #include <optional>
-#include <string>
 
 namespace portwire {
 
@@ -37,8 +36,8 @@ public:
         std::uint8_t activeProfile = 0;
     };
 
-    /** A mouse fresh from the factory, awake. \param modelName "q1", "q2"; anything else is a model nobody knows */
-    VirtualMouse(std::string_view modelName, Clock clock);
+    /** A mouse fresh from the factory, awake. \param ofModel outlives it */
+    VirtualMouse(const MouseModel &ofModel, Clock clock);
 
     /** The answer to a request; the mouse must be awake. */
     FirmwarePacket answer(const FirmwarePacket &request);
@@ -67,7 +66,7 @@ public:
 
     const FirmwareFlash &flash() const { return stored.profiles[stored.activeProfile]; }
     int activeProfile() const { return stored.activeProfile; }
-    Sensor sensor() const { return sensorKind; }
+    Sensor sensor() const { return model.sensor; }
     bool isProgramShown() const { return programShown; }
 
     const Stored &content() const { return stored; }
@@ -87,9 +86,7 @@ private:
     FirmwarePacket write(const FirmwarePacket &request);
     FirmwarePacket selectProfile(const FirmwarePacket &request);
 
-    const std::string model;
-    const Sensor sensorKind;
-    const std::uint16_t version;
+    const MouseModel &model;
     Clock now;
 
     Stored stored;

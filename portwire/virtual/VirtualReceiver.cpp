@@ -1,6 +1,6 @@
 #include "portwire/virtual/VirtualReceiver.h"
 
-#include "portwire/virtual/ids.h"
+#include "portwire/virtual/DeviceModels.h"
 
 #include <algorithm>
 
@@ -51,7 +51,7 @@ FirmwarePacket VirtualReceiver::setLongRange(const FirmwarePacket &request)
 /** No virtual mouse can be put into its pairing state, so the search ends at once without one. */
 FirmwarePacket VirtualReceiver::enterPairing(const FirmwarePacket &request)
 {
-    if (request.data.empty() || request.data[0] != ids::company)
+    if (request.data.empty() || request.data[0] != companyId)
         return request.refusal();
     pairingStatus = 2;
     if (announce)

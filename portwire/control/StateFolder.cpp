@@ -1,4 +1,4 @@
-#include "portwire/virtual/StateFolder.h"
+#include "portwire/control/StateFolder.h"
 
 #include <QStandardPaths>
 

@@ -1,13 +1,13 @@
-#include "portwire/virtual/VirtualWorld.h"
+#include "portwire/VirtualBusStart.h"
 
 #include "portwire/control/ControlServer.h"
+#include "portwire/control/StateFolder.h"
 #include "portwire/virtual/SceneKeeper.h"
-#include "portwire/virtual/StateFolder.h"
 
 #include <QCoreApplication>
 #include <QDir>
 
-namespace portwire::VirtualWorld {
+namespace portwire {
 
 namespace {
 
@@ -28,7 +28,7 @@ void endAttendants()
 
 } // namespace
 
-std::shared_ptr<Channels> open()
+std::shared_ptr<Channels> startVirtualBus()
 {
     const auto bus = VirtualBus::create();
     auto channels = std::make_shared<Channels>(bus);
@@ -42,4 +42,4 @@ std::shared_ptr<Channels> open()
     return channels;
 }
 
-} // namespace portwire::VirtualWorld
+} // namespace portwire
