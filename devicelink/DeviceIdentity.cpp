@@ -1,5 +1,6 @@
 #include "devicelink/DeviceIdentity.h"
 
+#include "devicelink/ReceiverClasses.h"
 #include "devicelink/SelectedDevice.h"
 #include "portwire/portwire.h"
 #include "productdata/ModelData.h"
@@ -40,24 +41,9 @@ void takeOverSelection(const DeviceAllInfo &info)
 
 bool isKnownModel(const DeviceAllInfo &info) { return info.ModelIndex < ModelData::deviceTotal(); }
 
-bool isCordedClass(std::uint8_t receiverClass)
-{
-    return receiverClass != 0 && receiverClass != 1 && receiverClass != 4;
-}
+bool isCordedClass(std::uint8_t receiverClass) { return receiverRateOf(receiverClass) == 0; }
 
-int receiverRateOf(std::uint8_t receiverClass)
-{
-    switch (receiverClass) {
-    case 0:
-        return 1;
-    case 1:
-        return 4;
-    case 4:
-        return 2;
-    default:
-        return 0;
-    }
-}
+int receiverRateOf(std::uint8_t receiverClass) { return ReceiverClasses::kindOf(receiverClass).rate; }
 
 QString versionText(unsigned version)
 {

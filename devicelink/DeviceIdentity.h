@@ -26,7 +26,7 @@ bool isKnownModel(const DeviceAllInfo &info);
 /** True for the receiver classes of a mouse on its cable. */
 bool isCordedClass(std::uint8_t receiverClass);
 
-/** Rate in kHz of a receiver class: 1 gives 4, 4 gives 2, 0 gives 1; 0 for a mouse on its cable. */
+/** Rate in kHz of a receiver class; 0 for a mouse on its cable. */
 int receiverRateOf(std::uint8_t receiverClass);
 
 /** "v", the high byte in decimal, ".", the low byte in hexadecimal without padding. */

@@ -5,6 +5,7 @@
 #include "devicelink/DeviceCache.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceIdentity.h"
+#include "devicelink/ReceiverClasses.h"
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"
 #include "productdata/ConfigStore.h"
@@ -131,7 +132,7 @@ void clearKeysAndMacros()
 
 void askReceiver(const DeviceAllInfo &selected, const QByteArray &path)
 {
-    if (!selected.IsCorded && selected.ReceiverClass == 1) {
+    if (!selected.IsCorded && selected.ReceiverClass == ReceiverClasses::receiver4K) {
         UsbFinderC_Get4KDongleRGBValue(path.constData(), &DongleRgb);
         if (DongleRgb.bytes[0] != 0)
             postMsg()->postBlocking(&PostMsg::SigRGBValue, &DongleRgb);
@@ -249,7 +250,7 @@ void onReset(const Report &report)
     const QList<int> defaults = ConfigStore::instance()->numberList(selectedSection(), QStringLiteral("Adveanced"));
     const int longRange = defaults.value(0, -1);
     const int light = defaults.value(1, -1);
-    if (light >= 1 && light <= 255 && !selected.IsCorded && selected.ReceiverClass == 1) {
+    if (light >= 1 && light <= 255 && !selected.IsCorded && selected.ReceiverClass == ReceiverClasses::receiver4K) {
         DongleRgb.bytes[0] = static_cast<std::uint8_t>(light);
         UsbFinderC_Set4KDongleRGB(path.constData(), &DongleRgb);
         postMsg()->postBlocking(&PostMsg::SigRGBValue, &DongleRgb);

@@ -84,8 +84,8 @@ void LampLight::SlotChangeLanguage(int index)
 
 void LampLight::SlotUpDataLightUILight(FlashDataMap DataMap)
 {
-    form.horizontalLight->setEnabled(true);
-    form.horizontalSpeed->setEnabled(true);
+    form.brightness.slider->setEnabled(true);
+    form.speed.slider->setEnabled(true);
     LightUiLoaded = false;
     applyRecord(DataMap);
     LightUiLoaded = true;
@@ -93,8 +93,8 @@ void LampLight::SlotUpDataLightUILight(FlashDataMap DataMap)
 
 void LampLight::SlotUpDataLightUIA(FlashDataMap DataMap)
 {
-    form.horizontalLight->setEnabled(false);
-    form.horizontalSpeed->setEnabled(false);
+    form.brightness.slider->setEnabled(false);
+    form.speed.slider->setEnabled(false);
     applyRecord(DataMap);
 }
 
@@ -102,16 +102,12 @@ void LampLight::applyRecord(const FlashDataMap &record)
 {
     const FlagScope updating(LightUiUpdating);
     {
-        const QSignalBlocker quietLight(form.horizontalLight);
-        const QSignalBlocker quietSpeed(form.horizontalSpeed);
         const QSignalBlocker quietRed(form.RSpinBox);
         const QSignalBlocker quietGreen(form.GSpinBox);
         const QSignalBlocker quietBlue(form.BSpinBox);
         // Levels beyond the range are clipped by the widgets.
-        form.horizontalLight->setValue(record.LightBrightness + LightTables::lowestLevel);
-        form.LightSpinBox_2->setValue(record.LightBrightness + LightTables::lowestLevel);
-        form.horizontalSpeed->setValue(record.LightSpeed + LightTables::lowestLevel);
-        form.SpeedSpinBox_2->setValue(record.LightSpeed + LightTables::lowestLevel);
+        form.brightness.setValueSilently(record.LightBrightness + LightTables::lowestLevel);
+        form.speed.setValueSilently(record.LightSpeed + LightTables::lowestLevel);
         form.RSpinBox->setValue(record.LightRed);
         form.GSpinBox->setValue(record.LightGreen);
         form.BSpinBox->setValue(record.LightBlue);
@@ -133,12 +129,11 @@ void LampLight::SlotFormResetLight()
 {
     const FlagScope updating(LightUiUpdating);
     form.LightMod->setCurrentIndex(LightTables::resetEffect);
-    form.horizontalLight->setValue(LightTables::resetBrightness);
-    form.LightSpinBox_2->setValue(LightTables::resetBrightness);
-    form.horizontalSpeed->setValue(LightTables::resetSpeed);
-    form.SpeedSpinBox_2->setValue(LightTables::resetSpeed);
+    form.brightness.setValueSilently(LightTables::resetBrightness);
+    form.speed.setValueSilently(LightTables::resetSpeed);
     form.RippeControl->setChecked(true);
     form.frameClose->setIndexSilently(LightTables::resetIdleTime);
+    updateStage();
 }
 
 void LampLight::on_LightMod_currentIndexChanged(int index)
@@ -151,23 +146,23 @@ void LampLight::on_LightMod_currentIndexChanged(int index)
 
 void LampLight::on_horizontalLight_valueChanged(int value)
 {
-    form.LightSpinBox_2->setValue(value);
+    form.brightness.number->setValue(value);
     if (isUserChange())
         SetLightBrightness(static_cast<std::uint8_t>(value - LightTables::lowestLevel));
     updateStage();
 }
 
-void LampLight::on_horizontalLight_sliderMoved(int value) { form.LightSpinBox_2->setValue(value); }
+void LampLight::on_horizontalLight_sliderMoved(int value) { form.brightness.number->setValue(value); }
 
 void LampLight::on_horizontalSpeed_valueChanged(int value)
 {
-    form.SpeedSpinBox_2->setValue(value);
+    form.speed.number->setValue(value);
     if (isUserChange())
         SetLightSpeed(static_cast<std::uint8_t>(value - LightTables::lowestLevel));
     updateStage();
 }
 
-void LampLight::on_horizontalSpeed_sliderMoved(int value) { form.SpeedSpinBox_2->setValue(value); }
+void LampLight::on_horizontalSpeed_sliderMoved(int value) { form.speed.number->setValue(value); }
 
 void LampLight::on_RippeControl_clicked(bool checked)
 {
@@ -213,8 +208,8 @@ void LampLight::updateStage()
     LightLook look;
     look.effect = form.LightMod->currentIndex();
     look.colour = QColor(form.RSpinBox->value(), form.GSpinBox->value(), form.BSpinBox->value());
-    look.brightness = form.horizontalLight->value();
-    look.speed = form.horizontalSpeed->value();
+    look.brightness = form.brightness.slider->value();
+    look.speed = form.speed.slider->value();
     form.stage->setLook(look);
 }
 
@@ -259,7 +254,7 @@ void LampLight::pickFromStrip()
 
 void LampLight::leaveNumbers(const QPoint &position)
 {
-    for (QSpinBox *number : {form.RSpinBox, form.GSpinBox, form.BSpinBox, form.LightSpinBox_2, form.SpeedSpinBox_2}) {
+    for (QSpinBox *number : {form.RSpinBox, form.GSpinBox, form.BSpinBox, form.brightness.number, form.speed.number}) {
         if (number->hasFocus() && !number->geometry().contains(position)) {
             number->clearFocus();
             setFocus();

@@ -6,8 +6,6 @@
 
 #include <QAbstractItemView>
 #include <QLabel>
-#include <QSlider>
-#include <QSpinBox>
 #include <QToolButton>
 
 namespace {
@@ -15,10 +13,7 @@ namespace {
 /** The states that the shared templates leave out: what has the focus, and what can't be used now. */
 const char *const comboStates = "QComboBox:focus{border: 1px solid rgb(%1);border-radius: 4px;"
                                 "border-image: none;background: rgb(13,16,19);}";
-const char *const numberStates = "QSpinBox{border-radius: 4px;}QSpinBox:focus{border: 1px solid rgb(%1);}";
-const char *const sliderStates = "QSlider:sub-page:horizontal:disabled{background-color: rgb(91,101,112);}"
-                                 "QSlider:add-page:horizontal:disabled{background-color: rgb(61,70,81);}";
-const char *const lines = "#line,#line_2,#rule{border: 0px;background: rgb(43,50,59);}";
+const char *const lines = "#rule{border: 0px;background: rgb(43,50,59);}";
 const char *const presetButton = "QToolButton{border: 0px;image: url(%1Color%2.png);}"
                                  "QToolButton:hover{border: 1px solid rgb(220,220,220);border-radius: 5px;}"
                                  "QToolButton:pressed{border: 1px solid rgb(%3);border-radius: 5px;}";
@@ -35,10 +30,6 @@ void LampLight::setStyles()
 
     form.LightMod->setStyleSheet(Theme::comboBox(pictures) + QString::fromLatin1(comboStates).arg(accent));
     form.LightMod->view()->setStyleSheet(Theme::comboBoxList());
-    for (QSpinBox *number : {form.RSpinBox, form.GSpinBox, form.BSpinBox, form.LightSpinBox_2, form.SpeedSpinBox_2})
-        number->setStyleSheet(Theme::spinBox() + QString::fromLatin1(numberStates).arg(accent));
-    for (QSlider *slider : {form.horizontalLight, form.horizontalSpeed})
-        slider->setStyleSheet(Theme::slider(pictures) + QLatin1String(sliderStates));
     form.RippeControl->setStyleSheet(Theme::switchButton(pictures, form.RippeControl->objectName()));
 
     form.label_7->setPixmap(QPixmap(pictures + QStringLiteral("ColorBoard.png")));

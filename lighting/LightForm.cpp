@@ -4,6 +4,7 @@
 #include "lighting/LightTables.h"
 #include "sensor/StopCloseTime.h"
 #include "ui/MyConmboBox.h"
+#include "ui/NumberBox.h"
 
 #include <QLabel>
 #include <QListView>
@@ -43,20 +44,16 @@ constexpr LabelPlace labels[] = {
 
 struct LevelPlace
 {
-    QSlider *LightForm::*slider;
+    SliderWithNumber LightForm::*level;
     const char *sliderName;
-    QSpinBox *LightForm::*number;
     const char *numberName;
-    QFrame *LightForm::*line;
     const char *lineName;
     int top;
 };
 
 constexpr LevelPlace levels[] = {
-    {&LightForm::horizontalLight, "horizontalLight", &LightForm::LightSpinBox_2, "LightSpinBox_2", &LightForm::line,
-     "line", 152},
-    {&LightForm::horizontalSpeed, "horizontalSpeed", &LightForm::SpeedSpinBox_2, "SpeedSpinBox_2", &LightForm::line_2,
-     "line_2", 264},
+    {&LightForm::brightness, "horizontalLight", "LightSpinBox_2", "line", 152},
+    {&LightForm::speed, "horizontalSpeed", "SpeedSpinBox_2", "line_2", 264},
 };
 
 struct ChannelPlace
@@ -98,16 +95,6 @@ Widget *add(QWidget *page, const char *name, const QRect &place)
     widget->setObjectName(QLatin1String(name));
     widget->setGeometry(place);
     return widget;
-}
-
-QSpinBox *addNumber(QWidget *page, const char *name, const QRect &place, int minimum, int maximum)
-{
-    auto *number = add<QSpinBox>(page, name, place);
-    number->setButtonSymbols(QAbstractSpinBox::NoButtons);
-    number->setAlignment(Qt::AlignCenter);
-    number->setFocusPolicy(Qt::ClickFocus);
-    number->setRange(minimum, maximum);
-    return number;
 }
 
 QToolButton *addButton(QWidget *page, const char *name, const QRect &place)
@@ -152,21 +139,13 @@ void LightForm::buildLabels(QWidget *page)
 
 void LightForm::buildLevels(QWidget *page)
 {
-    using LightTables::highestLevel;
-    using LightTables::lowestLevel;
     for (const LevelPlace &entry : levels) {
-        auto *slider = add<QSlider>(page, entry.sliderName, {48, entry.top + 32, 352, 24});
-        slider->setOrientation(Qt::Horizontal);
-        slider->setRange(lowestLevel, highestLevel);
-        slider->setPageStep(1);
-        slider->setFocusPolicy(Qt::NoFocus);
-        auto *number = addNumber(page, entry.numberName, {352, entry.top, 48, 24}, lowestLevel, highestLevel);
-        number->setReadOnly(true);
-        auto *plain = add<QFrame>(page, entry.lineName, {48, entry.top + 43, 352, 2});
-        plain->hide();
-        this->*entry.slider = slider;
-        this->*entry.number = number;
-        this->*entry.line = plain;
+        const SliderWithNumber level(page, "Light", entry.sliderName, entry.numberName, entry.lineName);
+        level.place({48, entry.top + 32, 352, 24}, {352, entry.top, 48, 24}, 352);
+        level.setMaximum(LightTables::highestLevel);
+        level.slider->setFocusPolicy(Qt::NoFocus);
+        level.number->setFocusPolicy(Qt::ClickFocus);
+        this->*entry.level = level;
     }
 }
 
@@ -174,7 +153,10 @@ void LightForm::buildColour(QWidget *page)
 {
     for (const ChannelPlace &entry : channels) {
         auto *reduce = addButton(page, entry.reduceName, {entry.left, channelTop + 2, 20, 20});
-        auto *value = addNumber(page, entry.valueName, {entry.left + 23, channelTop, 34, 24}, 0, 255);
+        auto *value = add<QSpinBox>(page, entry.valueName, {entry.left + 23, channelTop, 34, 24});
+        styleNumberBox(value);
+        value->setFocusPolicy(Qt::ClickFocus);
+        value->setRange(0, 255);
         auto *increase = addButton(page, entry.addName, {entry.left + 60, channelTop + 2, 20, 20});
         this->*entry.reduce = reduce;
         this->*entry.value = value;
@@ -199,12 +181,8 @@ void LightForm::showEffect(int index)
     if (index < 0 || index >= int(LightTables::effects.size()))
         return;
     const LightTables::Effect &effect = LightTables::effects[std::size_t(index)];
-    horizontalLight->setVisible(effect.hasBrightness);
-    LightSpinBox_2->setVisible(effect.hasBrightness);
-    line->setVisible(!effect.hasBrightness);
-    horizontalSpeed->setVisible(effect.hasSpeed);
-    SpeedSpinBox_2->setVisible(effect.hasSpeed);
-    line_2->setVisible(!effect.hasSpeed);
+    brightness.setOffered(effect.hasBrightness);
+    speed.setOffered(effect.hasSpeed);
     for (QWidget *widget : qAsConst(colourPanel))
         widget->setVisible(effect.hasColour);
     stage->setGeometry(effect.hasColour ? stageWithColour : stageAlone);

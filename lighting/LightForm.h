@@ -1,14 +1,14 @@
 #pragma once
 
+#include "ui/SliderWithNumber.h"
+
 #include <QVector>
 
 #include <array>
 
 class LightStage;
 class MyConmboBox;
-class QFrame;
 class QLabel;
-class QSlider;
 class QSpinBox;
 class QToolButton;
 class QWidget;
@@ -22,12 +22,8 @@ public:
     void build(QWidget *page);
 
     MyConmboBox *LightMod = nullptr;
-    QSlider *horizontalLight = nullptr;
-    QSpinBox *LightSpinBox_2 = nullptr;
-    QFrame *line = nullptr; ///< stands where the brightness slider stood
-    QSlider *horizontalSpeed = nullptr;
-    QSpinBox *SpeedSpinBox_2 = nullptr;
-    QFrame *line_2 = nullptr; ///< stands where the speed slider stood
+    SliderWithNumber brightness; ///< `horizontalLight`, `LightSpinBox_2`, `line`
+    SliderWithNumber speed;      ///< `horizontalSpeed`, `SpeedSpinBox_2`, `line_2`
     QToolButton *RippeControl = nullptr;
     StopCloseTime *frameClose = nullptr;
 

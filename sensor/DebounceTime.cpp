@@ -2,9 +2,6 @@
 
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
-#include "ui/MyConmboBox.h"
-
-#include <QSignalBlocker>
 
 namespace {
 
@@ -21,20 +18,6 @@ QStringList numbers()
 DebounceTime::DebounceTime(QWidget *parent) : TitledCombo("Debunce", "Buttoninterface", numbers(), parent)
 {
     QMetaObject::connectSlotsByName(this);
-}
-
-void DebounceTime::setIndex(int index) { TitledCombo::setIndex(index); }
-
-void DebounceTime::setIndexSilently(int index)
-{
-    const QSignalBlocker blocker(comboBox());
-    TitledCombo::setIndex(index);
-}
-
-void DebounceTime::setUnit(const QString &unit)
-{
-    for (int index = 0; index < itemCount; ++index)
-        setItemText(index, QString::number(index) + unit);
 }
 
 void DebounceTime::on_Debunce_currentIndexChanged(int index)

@@ -1,8 +1,14 @@
 #pragma once
 
-#include "sensor/TitledCombo.h"
+#include "ui/TitledCombo.h"
 
-/** Key debounce time, item 0 to 20 for as many milliseconds. */
+/**
+ * Key debounce time, item 0 to 20 for as many milliseconds. The items read as plain numbers until the host gives them
+ * their texts with a unit.
+ *
+ * Any change of the item is written to the mouse while writes are enabled, one by setIndex() too: a host that shows
+ * what the mouse holds already wants setIndexSilently().
+ */
 class DebounceTime : public TitledCombo
 {
     Q_OBJECT
@@ -10,15 +16,6 @@ public:
     static constexpr int itemCount = 21;
 
     explicit DebounceTime(QWidget *parent = nullptr);
-
-    /**
-     * Any change of the item is written to the mouse while writes are enabled, this one included. A host that shows
-     * what the mouse holds already wants setIndexSilently().
-     */
-    void setIndex(int index) override;
-    void setIndexSilently(int index);
-    /** Item i reads the number i followed by this text, such as " ms". */
-    void setUnit(const QString &unit);
 
 private Q_SLOTS:
     void on_Debunce_currentIndexChanged(int index);

@@ -1,11 +1,12 @@
 #include "sensor/DpiForm.h"
 
 #include "productdata/Theme.h"
-#include "sensor/ComboStyle.h"
 #include "sensor/MarkerDrag.h"
-#include "sensor/SensorFont.h"
+#include "ui/ComboStyle.h"
 #include "ui/MyConmboBox.h"
 #include "ui/MySlider.h"
+#include "ui/NumberBox.h"
+#include "ui/PageFont.h"
 
 #include <QButtonGroup>
 #include <QLabel>
@@ -81,12 +82,12 @@ void DpiForm::makeHead()
     label->setObjectName(QStringLiteral("label"));
     label->setGeometry(0, 0, 91, 21);
     label->setStyleSheet(Theme::label());
-    label->setFont(SensorFont::font());
+    label->setFont(PageFont::font());
 
     ChooseEvent->setObjectName(QStringLiteral("ChooseEvent"));
     ChooseEvent->setGeometry(98, 1, 81, 21);
     styleCombo(ChooseEvent, "Sensor");
-    ChooseEvent->setFont(SensorFont::small());
+    ChooseEvent->setFont(PageFont::small());
 }
 
 void DpiForm::makeValueControls()
@@ -103,12 +104,8 @@ void DpiForm::makeValueControls()
     spinBoxA->setObjectName(QStringLiteral("spinBoxA"));
     spinBoxA->setGeometry(618, 56, 66, 20);
     spinBoxA->setRange(50, 100000);
-    spinBoxA->setReadOnly(true);
-    spinBoxA->setFocusPolicy(Qt::NoFocus);
-    spinBoxA->setButtonSymbols(QAbstractSpinBox::NoButtons);
-    spinBoxA->setAlignment(Qt::AlignCenter);
-    spinBoxA->setStyleSheet(Theme::spinBox());
-    spinBoxA->setFont(SensorFont::small());
+    styleNumberDisplay(spinBoxA);
+    spinBoxA->setFont(PageFont::small());
 
     const auto stepButton = [this](QToolButton *button, const char *name, const QString &picture, const QRect &place) {
         button->setObjectName(QLatin1String(name));
@@ -135,7 +132,7 @@ void DpiForm::makeLevels(QWidget *editor)
         QToolButton *const button = make(name, levelGroup, level);
         cards[static_cast<std::size_t>(level)] = button;
         bars[static_cast<std::size_t>(level)] = make(name + QLatin1Char('A'), barGroup, level);
-        button->setFont(SensorFont::font());
+        button->setFont(PageFont::font());
         button->setStyleSheet(cardStyle(folder));
         showCard(level, false);
         bar(level)->setGeometry(barAtRest(level));

@@ -3,7 +3,7 @@
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
 
-MotionSync::MotionSync(QWidget *parent) : SwitchFrame("MotionSync_2", QStringLiteral("移动同步"), parent)
+MotionSync::MotionSync(QWidget *parent) : SwitchFrame("MotionSync_2", "Sensor", QStringLiteral("移动同步"), parent)
 {
     QMetaObject::connectSlotsByName(this);
 }

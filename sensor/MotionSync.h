@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sensor/SwitchFrame.h"
+#include "ui/SwitchFrame.h"
 
 /** Sensor readings in step with the USB reports, on or off. */
 class MotionSync : public SwitchFrame

@@ -3,7 +3,8 @@
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
 
-RippeControl::RippeControl(QWidget *parent) : SwitchFrame("RippeControl_2", QStringLiteral("波纹控制"), parent)
+RippeControl::RippeControl(QWidget *parent)
+    : SwitchFrame("RippeControl_2", "Sensor", QStringLiteral("波纹控制"), parent)
 {
     QMetaObject::connectSlotsByName(this);
 }

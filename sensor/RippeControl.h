@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sensor/SwitchFrame.h"
+#include "ui/SwitchFrame.h"
 
 /** Ripple control of the sensor, on or off. */
 class RippeControl : public SwitchFrame

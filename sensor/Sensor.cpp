@@ -2,6 +2,7 @@
 
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceIdentity.h"
 #include "devicelink/DeviceSetters.h"
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"
@@ -9,12 +10,12 @@
 #include "productdata/UserFolders.h"
 #include "productdata/UserSettings.h"
 #include "sensor/DpiCoding.h"
-#include "sensor/PerformanceTimes.h"
 #include "sensor/SensorEffect.h"
 #include "sensor/SensorForm.h"
 #include "sensor/SensorRate.h"
 #include "sensor/SensorTexts.h"
 #include "sensor/SensorUpdate.h"
+#include "sensor/TenSecondTimes.h"
 #include "ui/MyConmboBox.h"
 
 #include <QCheckBox>
@@ -25,8 +26,6 @@
 namespace {
 
 constexpr int cordedMode = 2;
-constexpr int receiver4K = 1;
-constexpr int receiver2K = 4;
 constexpr int code4000Hz = 32;
 
 } // namespace
@@ -112,8 +111,8 @@ void Sensor::SlotHideModel(int high)
     if (high == 0 && !device.IsCorded)
         SensorUpdate::offerSensorMode(*form, record.SensorMode);
     // The record keeps its own mode meanwhile, so that the lower rates bring it back.
-    const bool carries2000 = device.ReceiverClass == receiver2K && record.ReportRate != code4000Hz;
-    if (high == 1 && (device.ReceiverClass == receiver4K || carries2000))
+    const int wanted = record.ReportRate == code4000Hz ? 4 : 2;
+    if (high == 1 && receiverRateOf(device.ReceiverClass) >= wanted)
         SensorUpdate::showCordedMode(*form);
 }
 
@@ -129,8 +128,9 @@ void Sensor::on_Performance_clicked(bool checked)
 
 void Sensor::on_PerformanceOpen_currentIndexChanged(int index)
 {
-    if (DeviceWritesEnabled && !SensorUiUpdating && index >= 0 && index < int(performanceTimes.size()))
-        SetPerformanceTime(performanceTimes[static_cast<std::size_t>(index)]);
+    using TenSecondTimes::fullPerformance;
+    if (DeviceWritesEnabled && !SensorUiUpdating && index >= 0 && index < TenSecondTimes::itemCount(fullPerformance))
+        SetPerformanceTime(TenSecondTimes::valueOf(fullPerformance, index));
 }
 
 void Sensor::on_ModelChoose_currentIndexChanged(int index)

@@ -10,10 +10,10 @@
 #include "sensor/DpiCoding.h"
 #include "sensor/LevelColourDialog.h"
 #include "sensor/MarkerDrag.h"
-#include "sensor/SensorFont.h"
 #include "ui/FittedText.h"
 #include "ui/MyConmboBox.h"
 #include "ui/MySlider.h"
+#include "ui/PageFont.h"
 
 #include <QColorDialog>
 #include <QLabel>
@@ -77,7 +77,7 @@ void SensorDPI::connectLevels()
 
 void SensorDPI::setTitle(const QString &text)
 {
-    FittedText::set(form.label, text, SensorFont::points, titleIndent / 2);
+    FittedText::set(form.label, text, PageFont::points, titleIndent / 2);
     form.label->setContentsMargins(titleIndent, 0, 0, 0);
 }
 

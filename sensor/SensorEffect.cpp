@@ -3,10 +3,10 @@
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
 #include "productdata/Theme.h"
-#include "sensor/ComboStyle.h"
-#include "sensor/SensorFont.h"
+#include "ui/ComboStyle.h"
 #include "ui/FittedText.h"
 #include "ui/MyConmboBox.h"
+#include "ui/PageFont.h"
 
 #include <QLabel>
 #include <QSignalBlocker>
@@ -61,46 +61,18 @@ SensorEffect::SensorEffect(QWidget *parent)
 SensorEffect::Gauge SensorEffect::makeGauge(const char *sliderName, const char *numberName, const char *lineName,
                                             int maximum, int top)
 {
-    const Gauge gauge{new QLabel(this), new QSlider(Qt::Horizontal, this), new QSpinBox(this), new QFrame(this)};
+    Gauge gauge{new QLabel(this), {this, "Sensor", sliderName, numberName, lineName}};
     gauge.title->setGeometry(gaugeLeft, top, 80, 20);
-    gauge.slider->setObjectName(QLatin1String(sliderName));
-    gauge.slider->setGeometry(gaugeLeft + 88, top, 140, 20);
-    gauge.slider->setRange(1, maximum);
-    gauge.slider->setPageStep(1);
-    gauge.slider->setStyleSheet(Theme::slider(Theme::pictureFolder("Sensor")));
-    gauge.number->setObjectName(QLatin1String(numberName));
-    gauge.number->setGeometry(gaugeLeft + 236, top, 36, 20);
-    gauge.number->setRange(1, int(brightnessValues.size()));
-    gauge.number->setReadOnly(true);
-    gauge.number->setFocusPolicy(Qt::NoFocus);
-    gauge.number->setButtonSymbols(QAbstractSpinBox::NoButtons);
-    gauge.number->setAlignment(Qt::AlignCenter);
-    gauge.number->setStyleSheet(Theme::spinBox());
-    gauge.number->setFont(SensorFont::small());
-    gauge.line->setObjectName(QLatin1String(lineName));
-    gauge.line->setGeometry(gaugeLeft + 88, top + 9, 184, 2);
-    gauge.line->setStyleSheet(QStringLiteral("background-color: rgba(255,255,255,60);"));
+    gauge.setting.place({gaugeLeft + 88, top, 140, 20}, {gaugeLeft + 236, top, 36, 20}, 184);
+    gauge.setting.setMaximum(maximum);
+    gauge.setting.number->setFont(PageFont::small());
     return gauge;
-}
-
-void SensorEffect::show(const Gauge &gauge, bool offered)
-{
-    gauge.slider->setVisible(offered);
-    gauge.number->setVisible(offered);
-    gauge.line->setVisible(!offered);
-}
-
-void SensorEffect::set(const Gauge &gauge, int value)
-{
-    const QSignalBlocker blocker(gauge.slider);
-    gauge.slider->setValue(value);
-    gauge.number->setValue(gauge.slider->value());
 }
 
 void SensorEffect::showMode(int mode)
 {
-    show(brightness, mode == 1);
-    show(speed, mode == 2);
+    brightness.setting.setOffered(mode == 1);
+    speed.setting.setOffered(mode == 2);
 }
 
 void SensorEffect::setMode(int mode)
@@ -114,22 +86,22 @@ void SensorEffect::setMode(int mode)
 
 int SensorEffect::mode() const { return combo->currentIndex(); }
 
-void SensorEffect::setSpeed(int value) { set(speed, value); }
+void SensorEffect::setSpeed(int value) { speed.setting.setValueSilently(value); }
 
-void SensorEffect::setBrightness(int value) { set(brightness, brightnessPosition(value)); }
+void SensorEffect::setBrightness(int value) { brightness.setting.setValueSilently(brightnessPosition(value)); }
 
 void SensorEffect::enableSliders()
 {
-    speed.slider->setEnabled(true);
-    brightness.slider->setEnabled(true);
+    speed.setting.slider->setEnabled(true);
+    brightness.setting.slider->setEnabled(true);
 }
 
 void SensorEffect::setItemText(int index, const QString &text) { combo->setItemText(index, text); }
-void SensorEffect::setTitle(const QString &text) { FittedText::set(label, text, SensorFont::points, 0); }
-void SensorEffect::setSpeedTitle(const QString &text) { FittedText::set(speed.title, text, SensorFont::points, 0); }
+void SensorEffect::setTitle(const QString &text) { FittedText::set(label, text, PageFont::points, 0); }
+void SensorEffect::setSpeedTitle(const QString &text) { FittedText::set(speed.title, text, PageFont::points, 0); }
 void SensorEffect::setBrightnessTitle(const QString &text)
 {
-    FittedText::set(brightness.title, text, SensorFont::points, 0);
+    FittedText::set(brightness.title, text, PageFont::points, 0);
 }
 
 void SensorEffect::on_Model_currentIndexChanged(int index)
@@ -141,18 +113,18 @@ void SensorEffect::on_Model_currentIndexChanged(int index)
 
 void SensorEffect::on_SpeedH_valueChanged(int value)
 {
-    speed.number->setValue(value);
+    speed.setting.number->setValue(value);
     if (DeviceWritesEnabled && !SensorUiUpdating)
         SetDpiLedSpeed(static_cast<std::uint8_t>(value));
 }
 
-void SensorEffect::on_SpeedH_sliderMoved(int value) { speed.number->setValue(value); }
+void SensorEffect::on_SpeedH_sliderMoved(int value) { speed.setting.number->setValue(value); }
 
 void SensorEffect::on_LightH_valueChanged(int value)
 {
-    brightness.number->setValue(value);
+    brightness.setting.number->setValue(value);
     if (DeviceWritesEnabled && !SensorUiUpdating)
-        SetDpiLedBrightness(brightnessValues[static_cast<std::size_t>(value - brightness.slider->minimum())]);
+        SetDpiLedBrightness(brightnessValues[static_cast<std::size_t>(value - brightness.setting.slider->minimum())]);
 }
 
-void SensorEffect::on_LightH_sliderMoved(int value) { brightness.number->setValue(value); }
+void SensorEffect::on_LightH_sliderMoved(int value) { brightness.setting.number->setValue(value); }

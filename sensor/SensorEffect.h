@@ -1,11 +1,11 @@
 #pragma once
 
+#include "ui/SliderWithNumber.h"
+
 #include <QFrame>
 
 class MyConmboBox;
 class QLabel;
-class QSlider;
-class QSpinBox;
 
 /**
  * The DPI indicator of the mouse: effect (0 off, 1 steady, 2 breathing), breathing speed 1 to 5 and brightness 1 to 10.
@@ -41,17 +41,12 @@ private Q_SLOTS:
     void on_LightH_sliderMoved(int value);
 
 private:
-    /** A slider with the number beside it, and the line that takes their place. */
     struct Gauge
     {
         QLabel *title;
-        QSlider *slider;
-        QSpinBox *number;
-        QFrame *line;
+        SliderWithNumber setting;
     };
     Gauge makeGauge(const char *sliderName, const char *numberName, const char *lineName, int maximum, int top);
-    static void show(const Gauge &gauge, bool offered);
-    static void set(const Gauge &gauge, int value);
     void showMode(int mode);
 
     QLabel *label;

@@ -1,17 +1,18 @@
 #include "sensor/SensorForm.h"
 
 #include "productdata/Theme.h"
-#include "sensor/ComboStyle.h"
 #include "sensor/MotionSync.h"
 #include "sensor/RippeControl.h"
 #include "sensor/SensorDPI.h"
 #include "sensor/SensorEffect.h"
-#include "sensor/SensorFont.h"
 #include "sensor/SensorLOD.h"
 #include "sensor/SensorRate.h"
 #include "sensor/StraightLine.h"
+#include "sensor/TenSecondTimes.h"
+#include "ui/ComboStyle.h"
 #include "ui/LateStyle.h"
 #include "ui/MyConmboBox.h"
+#include "ui/PageFont.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -69,10 +70,10 @@ void SensorForm::makeModeControls()
 {
     place(label_5, "label_5", {80, 320, 300, 21});
     place(label_11, "label_11", {80, 360, 160, 21});
-    label_5->setFont(SensorFont::font());
+    label_5->setFont(PageFont::font());
     label_5->setStyleSheet(Theme::label());
     label_5->setText(QStringLiteral("Sensor设置"));
-    label_11->setFont(SensorFont::font());
+    label_11->setFont(PageFont::font());
     label_11->setStyleSheet(Theme::label());
     label_11->setText(QStringLiteral("模式选择"));
 
@@ -85,15 +86,12 @@ void SensorForm::makeModeControls()
 void SensorForm::makePerformance()
 {
     place(Performance, "Performance", {431, 360, 200, 21});
-    Performance->setFont(SensorFont::font());
+    Performance->setFont(PageFont::font());
     Performance->setStyleSheet(Theme::checkBox(Theme::pictureFolder("Sensor")));
     Performance->setText(QStringLiteral("性能全开"));
     place(PerformanceOpen, "PerformanceOpen", {431, 390, 130, 30});
     styleCombo(PerformanceOpen, "Sensor");
-    PerformanceOpen->addItems({QStringLiteral("30秒"), QStringLiteral("1分钟"), QStringLiteral("5分钟"),
-                               QStringLiteral("10分钟"), QStringLiteral("15分钟"), QStringLiteral("20分钟"),
-                               QStringLiteral("25分钟"), QStringLiteral("30分钟"), QStringLiteral("35分钟"),
-                               QStringLiteral("40分钟")});
+    PerformanceOpen->addItems(TenSecondTimes::texts(TenSecondTimes::fullPerformance));
     PerformanceOpen->setEnabled(false);
 }
 

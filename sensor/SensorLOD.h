@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sensor/TitledCombo.h"
+#include "ui/TitledCombo.h"
 
 /** Lift-off distance, 1 or 2 mm: item 0 or 1. */
 class SensorLOD : public TitledCombo

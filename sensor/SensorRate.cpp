@@ -4,8 +4,8 @@
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
 #include "productdata/Theme.h"
-#include "sensor/SensorFont.h"
 #include "ui/FittedText.h"
+#include "ui/PageFont.h"
 
 #include <QButtonGroup>
 #include <QLabel>
@@ -53,7 +53,7 @@ SensorRate::SensorRate(QWidget *parent) : QFrame(parent), label(new QLabel(this)
     label->setObjectName(QStringLiteral("label"));
     label->setGeometry(labelPlace);
     label->setStyleSheet(Theme::label());
-    label->setFont(SensorFont::font());
+    label->setFont(PageFont::font());
     setTitle(QStringLiteral("回报率"));
 
     const QString style = Theme::choiceButton(Theme::pictureFolder("Sensor"), QStringLiteral("Rate.png"),
@@ -98,7 +98,7 @@ void SensorRate::setRateClass(int rateClass)
     buttons[index4000]->setVisible(offered.has4000);
 }
 
-void SensorRate::setTitle(const QString &text) { FittedText::set(label, text, SensorFont::points, 0); }
+void SensorRate::setTitle(const QString &text) { FittedText::set(label, text, PageFont::points, 0); }
 
 void SensorRate::rateClicked(int index)
 {

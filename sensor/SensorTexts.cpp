@@ -4,13 +4,13 @@
 #include "sensor/RippeControl.h"
 #include "sensor/SensorDPI.h"
 #include "sensor/SensorEffect.h"
-#include "sensor/SensorFont.h"
 #include "sensor/SensorForm.h"
 #include "sensor/SensorLOD.h"
 #include "sensor/SensorRate.h"
 #include "sensor/StraightLine.h"
 #include "ui/FittedText.h"
 #include "ui/MyConmboBox.h"
+#include "ui/PageFont.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -29,8 +29,8 @@ using Text = const QString &;
 constexpr TextElement elements[] = {
     {"label_2", [](Form &form, Text text) { form.frameDpi->setTitle(text); }},
     {"label_3", [](Form &form, Text text) { form.frameRate->setTitle(text); }},
-    {"label_5", [](Form &form, Text text) { FittedText::set(form.label_5, text, SensorFont::points, 0); }},
-    {"label_11", [](Form &form, Text text) { FittedText::set(form.label_11, text, SensorFont::points, 0); }},
+    {"label_5", [](Form &form, Text text) { FittedText::set(form.label_5, text, PageFont::points, 0); }},
+    {"label_11", [](Form &form, Text text) { FittedText::set(form.label_11, text, PageFont::points, 0); }},
     {"ModeSelectDes",
      [](Form &form, Text text) {
          form.label_11->setToolTip(text);
@@ -40,7 +40,7 @@ constexpr TextElement elements[] = {
     {"LODDes", [](Form &form, Text text) { form.frameLOD->setDescription(text); }},
     {"label_7", [](Form &form, Text text) { form.frame_3->setTitle(text); }},
     {"MotionSyncDes", [](Form &form, Text text) { form.frame_3->setDescription(text); }},
-    {"Performance", [](Form &form, Text text) { FittedText::set(form.Performance, text, SensorFont::points); }},
+    {"Performance", [](Form &form, Text text) { FittedText::set(form.Performance, text, PageFont::points); }},
     {"FullPerformanceDes", [](Form &form, Text text) { form.Performance->setToolTip(text); }},
     {"label", [](Form &form, Text text) { form.frame->setTitle(text); }},
     {"RippleDes", [](Form &form, Text text) { form.frame->setDescription(text); }},

@@ -1,11 +1,12 @@
 #include "sensor/SensorUpdate.h"
 
 #include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceIdentity.h"
+#include "devicelink/ReceiverClasses.h"
 #include "devicelink/SelectedDevice.h"
 #include "productdata/ConfigStore.h"
 #include "sensor/DpiCoding.h"
 #include "sensor/MotionSync.h"
-#include "sensor/PerformanceTimes.h"
 #include "sensor/RippeControl.h"
 #include "sensor/SensorDPI.h"
 #include "sensor/SensorEffect.h"
@@ -13,6 +14,7 @@
 #include "sensor/SensorLOD.h"
 #include "sensor/SensorRate.h"
 #include "sensor/StraightLine.h"
+#include "sensor/TenSecondTimes.h"
 #include "ui/MyConmboBox.h"
 
 #include <QCheckBox>
@@ -25,28 +27,6 @@ namespace {
 constexpr int cordedMode = 2;
 constexpr int index1000Hz = 3;
 constexpr int index4000Hz = 5;
-
-/** Receiver classes as a device tells them. */
-constexpr int receiver1K = 0;
-constexpr int receiver4K = 1;
-constexpr int receiver2K = 4;
-
-/** Rate class of a receiver class, -1 for one that says nothing. */
-int rateClassOf(int receiverClass)
-{
-    switch (receiverClass) {
-    case receiver1K:
-    case 2:
-        return 0;
-    case receiver4K:
-    case 3:
-        return 1;
-    case receiver2K:
-        return 2;
-    default:
-        return -1;
-    }
-}
 
 /**
  * "Corded" can be shown but not chosen: its row is hidden, and disabled so that arrow keys and the wheel, which go by
@@ -78,7 +58,7 @@ void showRate(SensorForm &form, const FlashDataMap &record, const DeviceAllInfo 
 
 void showMode(SensorForm &form, const FlashDataMap &record, const DeviceAllInfo &device)
 {
-    const bool onFastReceiver = device.ReceiverClass == receiver4K || device.ReceiverClass == receiver2K;
+    const bool onFastReceiver = receiverRateOf(device.ReceiverClass) > 1;
     if (!SensorUpdate::hasSensorMode()) {
         // Back to the first: the mode of the mouse before this one would be a false one.
         SensorUpdate::offerSensorMode(form, 0);
@@ -93,9 +73,9 @@ void showPerformance(SensorForm &form, const FlashDataMap &record)
 {
     form.Performance->setChecked(record.Performance != 0);
     form.PerformanceOpen->setEnabled(record.Performance != 0);
-    const int index = performanceTimeIndex(record.PerformanceTime);
-    if (index >= 0)
-        form.PerformanceOpen->setCurrentIndex(index);
+    const int item = TenSecondTimes::itemOf(TenSecondTimes::fullPerformance, record.PerformanceTime);
+    if (item >= 0)
+        form.PerformanceOpen->setCurrentIndex(item);
 }
 
 void showLevels(SensorForm &form, const FlashDataMap &record, int offered)
@@ -218,11 +198,11 @@ void SensorUpdate::showRecord(SensorForm &form, const FlashDataMap &record)
     readRange(form, section);
     showValues(form, record, offered);
 
-    form.frameRate->setRateClass(rateClassOf(device.ReceiverClass));
+    form.frameRate->setRateClass(ReceiverClasses::kindOf(device.ReceiverClass).rateClass);
     showFeatures(form);
     form.setSimple(ConfigStore::instance()->number(section, QStringLiteral("XIn1")) == 2);
     // A bulk update brings the rates of another receiver along, which a 1K one can't carry.
-    if (BulkUpdateActive && device.ReceiverClass == receiver1K)
+    if (BulkUpdateActive && device.ReceiverClass == ReceiverClasses::receiver1K)
         form.frameRate->select(index1000Hz);
     form.frameDpi->blockSlider(false);
 }

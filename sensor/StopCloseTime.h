@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sensor/TitledCombo.h"
+#include "ui/TitledCombo.h"
 
 /**
  * Idle time before the mouse sleeps and its light goes off: eleven items from 10 s to 40 min. Writes only what the user
@@ -12,8 +12,6 @@ class StopCloseTime : public TitledCombo
 public:
     explicit StopCloseTime(QWidget *parent = nullptr);
 
-    /** Shows an item, 0 to 10; another index leaves the item as it is. */
-    void setIndexSilently(int index);
     /** Shows the item of a record value, in units of 10 s; a value that no item has leaves the item as it is. */
     void setTimeSilently(int tenSeconds);
 

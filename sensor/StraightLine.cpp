@@ -3,7 +3,8 @@
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
 
-StraightLine::StraightLine(QWidget *parent) : SwitchFrame("StraightLine_2", QStringLiteral("直线修正"), parent)
+StraightLine::StraightLine(QWidget *parent)
+    : SwitchFrame("StraightLine_2", "Sensor", QStringLiteral("直线修正"), parent)
 {
     QMetaObject::connectSlotsByName(this);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sensor/SwitchFrame.h"
+#include "ui/SwitchFrame.h"
 
 /** Straight-line correction of the sensor, on or off. */
 class StraightLine : public SwitchFrame

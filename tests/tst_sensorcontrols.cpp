@@ -220,7 +220,7 @@ void SensorControlsTest::hostChangesSendNothing()
 void SensorControlsTest::debounceWritesWhatItsHostSets()
 {
     DebounceTime debounce(&window);
-    debounce.setUnit(" ms");
+    debounce.setItemText(20, "20 ms");
     const int held = WorkingRecord::instance().copy().DebounceTime;
     debounce.setIndexSilently(held);
     const int next = (held + 3) % DebounceTime::itemCount;

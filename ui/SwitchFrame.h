@@ -5,7 +5,7 @@
 class QLabel;
 class QToolButton;
 
-/** A frame with a text and an on-off switch: the shape of the sensor switches. */
+/** A frame with a text and an on-off switch: the shape of a setting that is on or off. */
 class SwitchFrame : public QFrame
 {
     Q_OBJECT
@@ -17,7 +17,8 @@ public:
     void setDescription(const QString &toolTip);
 
 protected:
-    SwitchFrame(const char *buttonName, const QString &title, QWidget *parent);
+    /** `buttonName` is the object name of the switch, `folder` the name of the picture folder. */
+    SwitchFrame(const char *buttonName, const char *folder, const QString &title, QWidget *parent);
 
 private:
     QLabel *label;

@@ -7,7 +7,7 @@ class MyConmboBox;
 class QLabel;
 
 /**
- * A frame with a title over a combo box: the shape of the small sensor controls that offer a list.
+ * A frame with a title over a combo box: the shape of a setting that is one of a list.
  *
  * Its host places and sizes it. A frame lower than `titledHeight` has no room for the title and is all combo box.
  */
@@ -18,7 +18,9 @@ public:
     static constexpr int titledHeight = 61; ///< px; title, gap and combo box
 
     /** Selects an item as a record says it. An index outside the list leaves the box as it is. */
-    virtual void setIndex(int index);
+    void setIndex(int index);
+    /** The same without a signal, so that nothing is written back. */
+    void setIndexSilently(int index);
     int index() const;
     /** Text of one item; an index outside the list changes nothing. */
     void setItemText(int index, const QString &text);

@@ -1,8 +1,8 @@
-#include "sensor/SwitchFrame.h"
+#include "ui/SwitchFrame.h"
 
 #include "productdata/Theme.h"
-#include "sensor/SensorFont.h"
 #include "ui/FittedText.h"
+#include "ui/PageFont.h"
 
 #include <QLabel>
 #include <QToolButton>
@@ -15,18 +15,18 @@ constexpr QRect buttonPlace(158, 3, 46, 25);
 
 } // namespace
 
-SwitchFrame::SwitchFrame(const char *buttonName, const QString &title, QWidget *parent)
+SwitchFrame::SwitchFrame(const char *buttonName, const char *folder, const QString &title, QWidget *parent)
     : QFrame(parent), label(new QLabel(this)), button(new QToolButton(this))
 {
     resize(switchSize);
     label->setObjectName(QStringLiteral("label"));
     label->setGeometry(labelPlace);
     label->setStyleSheet(Theme::label());
-    label->setFont(SensorFont::font());
+    label->setFont(PageFont::font());
     button->setObjectName(QLatin1String(buttonName));
     button->setGeometry(buttonPlace);
     button->setCheckable(true);
-    button->setStyleSheet(Theme::switchButton(Theme::pictureFolder("Sensor"), button->objectName()));
+    button->setStyleSheet(Theme::switchButton(Theme::pictureFolder(folder), button->objectName()));
     setTitle(title);
 }
 
@@ -36,7 +36,7 @@ bool SwitchFrame::isOn() const { return button->isChecked(); }
 
 void SwitchFrame::setTitle(const QString &text)
 {
-    FittedText::set(label, text, SensorFont::points, 0);
+    FittedText::set(label, text, PageFont::points, 0);
     button->setAccessibleName(text);
 }
 

@@ -1,4 +1,4 @@
-#include "sensor/ComboStyle.h"
+#include "ui/ComboStyle.h"
 
 #include "productdata/Theme.h"
 #include "ui/MyConmboBox.h"

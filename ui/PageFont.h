@@ -2,8 +2,8 @@
 
 #include <QFont>
 
-/** The letters of the sensor page and its controls. */
-namespace SensorFont {
+/** The letters of the device pages and their controls. */
+namespace PageFont {
 
 /** The largest size whose lines fit in the 21 px of a title. */
 constexpr qreal points = 9.5;
@@ -23,4 +23,4 @@ inline QFont small()
     return smaller;
 }
 
-} // namespace SensorFont
+} // namespace PageFont

@@ -1,12 +1,13 @@
-#include "sensor/TitledCombo.h"
+#include "ui/TitledCombo.h"
 
 #include "productdata/Theme.h"
-#include "sensor/ComboStyle.h"
-#include "sensor/SensorFont.h"
+#include "ui/ComboStyle.h"
 #include "ui/FittedText.h"
 #include "ui/MyConmboBox.h"
+#include "ui/PageFont.h"
 
 #include <QLabel>
+#include <QSignalBlocker>
 
 namespace {
 
@@ -21,7 +22,7 @@ TitledCombo::TitledCombo(const char *comboName, const char *folder, const QStrin
 {
     label->setObjectName(QStringLiteral("label"));
     label->setStyleSheet(Theme::label());
-    label->setFont(SensorFont::font());
+    label->setFont(PageFont::font());
 
     combo->setObjectName(QLatin1String(comboName));
     styleCombo(combo, folder);
@@ -43,13 +44,19 @@ void TitledCombo::layOut()
     label->setGeometry(0, 0, width(), titleHeight);
     combo->setGeometry(0, hasTitle ? boxTop : 0, qMin(width(), boxSize.width()),
                        hasTitle ? boxSize.height() : qMin(height(), boxSize.height()));
-    FittedText::set(label, title, SensorFont::points, 0);
+    FittedText::set(label, title, PageFont::points, 0);
 }
 
 void TitledCombo::setIndex(int index)
 {
     if (index >= 0 && index < combo->count())
         combo->setCurrentIndex(index);
+}
+
+void TitledCombo::setIndexSilently(int index)
+{
+    const QSignalBlocker blocker(combo);
+    setIndex(index);
 }
 
 int TitledCombo::index() const { return combo->currentIndex(); }
@@ -59,7 +66,7 @@ void TitledCombo::setItemText(int index, const QString &text) { combo->setItemTe
 void TitledCombo::setTitle(const QString &text)
 {
     title = text;
-    FittedText::set(label, title, SensorFont::points, 0);
+    FittedText::set(label, title, PageFont::points, 0);
 }
 
 void TitledCombo::setDescription(const QString &toolTip)

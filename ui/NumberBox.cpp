@@ -1,0 +1,20 @@
+#include "ui/NumberBox.h"
+
+#include "productdata/Theme.h"
+
+#include <QSpinBox>
+
+void styleNumberBox(QSpinBox *number)
+{
+    number->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    number->setAlignment(Qt::AlignCenter);
+    number->setStyleSheet(Theme::spinBox() + QStringLiteral("QSpinBox{border-radius: 4px;}") +
+                          Theme::focusFrame(QStringLiteral("QSpinBox")));
+}
+
+void styleNumberDisplay(QSpinBox *number)
+{
+    styleNumberBox(number);
+    number->setReadOnly(true);
+    number->setFocusPolicy(Qt::NoFocus);
+}
