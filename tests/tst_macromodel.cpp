@@ -1,0 +1,339 @@
+#include "macro/MacroExportFile.h"
+#include "macro/MacroFile.h"
+#include "macro/MacroImage.h"
+#include "productdata/UserFolders.h"
+#include "support/MacroText.h"
+#include "support/TestHome.h"
+
+#include <QDataStream>
+#include <QElapsedTimer>
+#include <QIcon>
+#include <QPixmap>
+#include <QRegularExpression>
+#include <QtEndian>
+
+#include <cstring>
+
+namespace {
+
+QString macroFolder(const QString &file = {}) { return UserFolders::path(UserFolders::Folder::MacroPage) + '/' + file; }
+
+void put(const QString &file, const QByteArray &content)
+{
+    QFile made(macroFolder(file));
+    if (!made.open(QIODevice::WriteOnly) || made.write(content) != content.size())
+        qFatal("no file %s", qPrintable(file));
+}
+
+template<typename Value>
+QByteArray streamed(const Value &value)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << value;
+    return bytes;
+}
+
+QByteArray iconOfSize(int width, int height)
+{
+    QPixmap picture(width, height);
+    picture.fill(Qt::red);
+    return streamed(QIcon(picture));
+}
+
+/** An icon that says it is so large, in its PNG header alone. */
+QByteArray iconThatSays(quint32 width)
+{
+    QByteArray bytes = iconOfSize(24, 24);
+    qToBigEndian(width, bytes.data() + bytes.indexOf("IHDR") + 4);
+    return bytes;
+}
+
+} // namespace
+
+/** What a macro is in its four forms, and what becomes of damaged ones. */
+class MacroModelTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void keyOfMouse_data();
+    void keyOfMouse();
+    void virtualKeys();
+    void fileOfText_data();
+    void fileOfText();
+    void hugeFiles_data();
+    void hugeFiles();
+    void everyFormHoldsTheSame();
+    void names_data();
+    void names();
+    void lists();
+    void image();
+    void readBack();
+    void foreignExports_data();
+    void foreignExports();
+};
+
+void MacroModelTest::init()
+{
+    QDir(macroFolder()).removeRecursively();
+    UserFolders::prepare();
+}
+
+void MacroModelTest::keyOfMouse_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QStringList>("names"); // with kind 1, 0, 3, 4
+    const QString left = MouseButtonNames::current().names[0];
+    QTest::newRow("32") << 32 << QStringList({"3", "RShift", "", ""});
+    QTest::newRow("4") << 4 << QStringList({"A", "LAlt", "", MouseButtonNames::current().names[2]});
+    QTest::newRow("64") << 64 << QStringList({"F7", "RAlt", "F7", ""});
+    QTest::newRow("1") << 1 << QStringList({"LCtrl", "LCtrl", "LCtrl", left});
+    QTest::newRow("128") << 128 << QStringList({"RWin", "RWin", "RWin", ""});
+    QTest::newRow("88") << 88 << QStringList({"Enter", "Enter", "Enter", ""});
+    QTest::newRow("5") << 5 << QStringList({"B", "B", "B", ""});
+    QTest::newRow("260 isn't 4") << 260 << QStringList({"", "", "", ""});
+}
+
+void MacroModelTest::keyOfMouse()
+{
+    QFETCH(int, code);
+    QStringList found;
+    for (const int kind : {1, 0, 3, 4})
+        found += KeyTable::name(KeyTable::findInMouse(code, kind));
+    QTEST(found, "names");
+}
+
+void MacroModelTest::virtualKeys()
+{
+    const auto nameOf = [](int key) {
+        const MacroKey *found = KeyTable::findVirtualKey(key);
+        return found ? KeyTable::name(*found) : QStringLiteral("none");
+    };
+    QStringList all;
+    for (const int key : {48, 57, 65, 90, 112, 123, 96, 105, 192, 220, 12, 160, 165, 92, 46, 110, 11, 173, 255})
+        all += nameOf(key);
+    QCOMPARE(all.join(' '), QStringLiteral("0 9 A Z F1 F12 Num0 Num9 ` \\  LShift RAlt RWin Del Num. none none none"));
+}
+
+void MacroModelTest::fileOfText_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("repeat"); // 0 for none
+    QTest::addColumn<QString>("rows");
+    QTest::newRow("never saved") << QByteArray() << 0 << "";
+    QTest::newRow("both line ends") << QByteArray("254\r\n0x2B 1 0\r\n10ms\n0x2B 1 1\n") << 254 << "Tab+ 10ms Tab-";
+    QTest::newRow("code and kind") << QByteArray("1\n0x01 0 0\n0x20 1 0\n0x20 0 1\n0x00 1 0\n0x01 1 0\n") << 1
+                                   << "LCtrl+ 3+ RShift- + +";
+    QTest::newRow("repeat too high") << QByteArray("251\n") << 1 << "";
+    QTest::newRow("repeat in words") << QByteArray("often 254\n") << 1 << "";
+    QTest::newRow("action untold") << QByteArray("253\n0x04 1 7\n5ms\n0x04 1 1") << 253 << "A? 5ms A?";
+    QTest::newRow("damaged lines") << QByteArray("1\n\n0x04 1\n0x04 1 0 0\nxyz\n-5ms\n0x2b 1 0\n\xff\xfe 1 0\n") << 1
+                                   << "0ms 0ms + +";
+    QTest::newRow("a long pause") << QByteArray("1\n0x04 1 0\n70000ms\n4294967295ms\n4294967296ms\n") << 1
+                                  << "A+ 70000ms 4294967295ms 0ms";
+}
+
+void MacroModelTest::fileOfText()
+{
+    QFETCH(QByteArray, text);
+    put("m.ini", text);
+    const std::optional<MacroContent> content = MacroFile::read("m");
+    QVERIFY(content);
+    QTEST(content->repeat.value_or(0), "repeat");
+    QTEST(MacroText::of(content->rows), "rows");
+}
+
+void MacroModelTest::hugeFiles_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("rows");
+    QTest::newRow("100,000 events") << QByteArray("0x04 1 0\n5ms\n") << 50000 << 139;
+    QTest::newRow("100 MB") << QByteArray(1 << 20, 'x') << 100 << 0;
+    QTest::newRow("lines of nothing") << QByteArray("\n") << (4 << 20) << 0;
+    QTest::newRow("delays alone") << QByteArray("5ms\n") << 1000000 << 140;
+    QTest::newRow("a line of 1 MB before a row") << QByteArray(1 << 20, ' ') + "\n0x04 1 0\n" << 1 << 1;
+}
+
+void MacroModelTest::hugeFiles()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(int, count);
+    {
+        QFile file(macroFolder("m.ini"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("1\n");
+        for (int at = 0; at < count; ++at)
+            file.write(line);
+    }
+    QElapsedTimer clock;
+    clock.start();
+    QTEST(MacroFile::read("m")->rows.size(), "rows");
+    QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
+    QFile::remove(macroFolder("m.ini"));
+}
+
+void MacroModelTest::everyFormHoldsTheSame()
+{
+    const MacroRows rows = MacroText::many(maximumMacroEvents);
+    QCOMPARE(rows.size(), 139);
+    QVERIFY(MacroFile::write("七十", {250, rows}));
+    QVERIFY(MacroFile::read("七十")->rows == rows);
+    const std::optional<MacroSlot> image = MacroImage::makeFromFile("七十");
+    QVERIFY(image && MacroImage::rows(*image) == rows);
+    QCOMPARE(int(image->EventCount), 70);
+    QCOMPARE(MacroImage::name(*image), QStringLiteral("七十"));
+    QCOMPARE(MacroImage::repeatCodeOfFile("七十"), 250);
+
+    const QByteArray icon = iconOfSize(24, 24);
+    const MacroExportFile::Icons icons{icon, icon, streamed(QIcon())};
+    const QByteArray exported = MacroExportFile::write("七十", 250, rows, icons);
+    QCOMPARE(exported.left(24), QByteArray("\0\0\0\014Velko\0\0\0\0\0\0\0\0\0\0\060\xe4\xb8\x83\xe5", 24).left(24));
+    const auto header = MacroExportFile::readHeader(exported);
+    QVERIFY(header && header->isMacro && header->name == "七十" && header->repeat == 250);
+    // The mouse buttons have other names where it is read.
+    const MouseButtonNames here{{"a", "b", "c", "d", "e"}};
+    const auto read = MacroExportFile::readRows(exported, {here, MouseButtonNames::current()});
+    QVERIFY(read);
+    MacroRows imported;
+    for (const MacroExportFile::Row &row : *read) {
+        imported += row.row;
+        QCOMPARE(row.picture.isEmpty(), !row.row.isEvent());
+    }
+    QVERIFY(imported == rows);
+    QVERIFY(QPixmap().loadFromData(read->first().picture, "PNG"));
+}
+
+void MacroModelTest::names_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isName");
+    for (const char *bad :
+         {"",   ".",  "..",   "../x", "a/b", "a\\b", "a:b", "C:",  "nul",   "Com1.x",   "LPT9 ", "con",      "x.",
+          "x ", ".x", "a\nb", "a*",   "a?",  "a\"",  "a<b", "a|b", "a\x7f", "\xff\xfe", "COM¹",  "aux .txt", "CONOUT$"})
+        QTest::addRow("\"%s\"", bad) << QString::fromUtf8(bad) << false;
+    QTest::newRow("NUL inside") << QString("a\0b").insert(1, QChar(0)) << false;
+    QTest::newRow("half a character") << QString(QChar(0xd83d)) << false;
+    for (const char *good : {"a", "宏 1", "x.ini", "Console", "com10", "-rf", "%s", "~", "🙂", "O'Neil & [x]"})
+        QTest::addRow("\"%s\"", good) << QString::fromUtf8(good) << true;
+}
+
+void MacroModelTest::names()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, isName);
+    QCOMPARE(MacroFile::isFileName(name), isName);
+    QCOMPARE(MacroFile::isTaken(name, {"A"}), !isName || name == "a"); // whatever the case
+    if (!isName)
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no file can be made"));
+    QCOMPARE(MacroFile::write(name, {1, MacroText::rows("A+")}), isName);
+    QCOMPARE(QDir(macroFolder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), int(isName));
+    QCOMPARE(MacroFile::names(), isName ? QStringList(name) : QStringList());
+    QCOMPARE(MacroFile::read(name).has_value(), isName);
+}
+
+void MacroModelTest::lists()
+{
+    for (const char *file : {"b.ini", "A.ini", "xml1.ini", "zxml.ini", "c", "b.ini.abcDEF", "d.ini.abcDEF.ini"})
+        put(file, "1\n");
+    QDir(macroFolder()).mkdir("folder.ini");
+    QFile::link("/etc/hostname", macroFolder("link.ini"));
+    QCOMPARE(MacroFile::names(), QStringList({"A", "b", "c", "d.ini.abcDEF"}));
+    QCOMPARE(MacroFile::names(MacroFile::XmlRule::SkipFirst), QStringList({"A", "b", "c", "d.ini.abcDEF", "zxml"}));
+    QVERIFY(!MacroFile::read("link") && !MacroFile::read("folder") && !MacroFile::read("gone"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no file can be made"));
+    QVERIFY(!MacroFile::write("link", {1, {}}));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("could not be renamed"));
+    QVERIFY(!MacroFile::rename("A", "b"));
+    QVERIFY(!MacroFile::create("b"));
+    QVERIFY(MacroFile::rename("A", "z") && MacroFile::remove("b") && MacroFile::create("b"));
+    QVERIFY(!MacroFile::read("b")->repeat);
+}
+
+void MacroModelTest::image()
+{
+    MacroSlot made = MacroImage::make("abcdefghijklmnopqrstuvwxyz1234", MacroText::rows("A+ 10ms A-"));
+    const MacroEvent expected[] = {{0, 1, 4, 10}, {1, 1, 4, 0}, {0, 0, 0, 0}};
+    QCOMPARE(int(made.EventCount), 2);
+    QVERIFY(std::memcmp(made.Events, expected, sizeof expected) == 0);
+    QCOMPARE(MacroImage::name(made), QStringLiteral("abcdefghijklmnopqrstuvwxyz1234"));
+    MacroImage::setName(made, "宏宏宏宏宏宏宏宏宏a宏"); // the last one would be cut
+    QCOMPARE(int(made.NameLength), 28);
+    MacroImage::setName(made, "ab");
+    QVERIFY(std::memcmp(made.Name, QByteArray(30, '\0').replace(0, 2, "ab").constData(), 30) == 0);
+    QCOMPARE(int(MacroImage::make("x", {}).EventCount), 1);
+    QCOMPARE(int(MacroImage::make("x", MacroText::rows("A+ 5ms") + MacroText::many(200)).EventCount), 70);
+    made.NameLength = 255;
+    made.EventCount = 255;
+    QCOMPARE(MacroImage::rows(made).size(), 139);
+}
+
+void MacroModelTest::readBack()
+{
+    FlashDataMap record{};
+    record.MacroSlots[3] = MacroImage::make("jump", MacroText::rows("A+ 10ms A-"));
+    record.KeyFunctions[3] = {6, 3, 253};
+    using MacroImage::ReadBack;
+    QCOMPARE(MacroImage::readBack(record, 3, {}), ReadBack::Made);
+    QFile file(macroFolder("jump.ini"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("253\n0x04 1 0\n10ms\n0x04 1 1\n"));
+    QFile::setPermissions(file.fileName(), QFile::ReadOwner);
+    const QDateTime written = QFileInfo(file).lastModified();
+    QCOMPARE(MacroImage::readBack(record, 3, {"jump"}), ReadBack::Unchanged);
+    QCOMPARE(QFileInfo(file).lastModified(), written);
+    record.KeyFunctions[3].KeyParam2 = 5;
+    QCOMPARE(MacroImage::readBack(record, 3, {"jump"}), ReadBack::Changed);
+    QCOMPARE(MacroImage::readBack(record, 3, {"Jump"}), ReadBack::NoFile);
+    QCOMPARE(MacroImage::readBack(record, 16, {}), ReadBack::NoFile);
+    std::memcpy(record.MacroSlots[3].Name, "../../ju", 8);
+    QCOMPARE(MacroImage::readBack(record, 3, {}), ReadBack::NoFile);
+    QCOMPARE(MacroFile::names(), QStringList{"jump"});
+}
+
+void MacroModelTest::foreignExports_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QByteArray>("rows");
+    QTest::addColumn<QString>("read"); // "damaged" where nothing may come of it
+    const auto text = [](const char *word) { return streamed(QString::fromUtf8(word)); };
+    const QByteArray a = text("A");
+    const QByteArray none = streamed(QIcon());
+    const QByteArray press("\0\0\0\2\x30\0", 6);
+    const QByteArray release("\0\0\0\2\x31\0", 6);
+    const QByteArray delay = text("20ms") + none;
+    const QByteArray good = a + iconOfSize(24, 24) + press + delay + a + none + release;
+    QTest::newRow("whole") << 3 << good << "A+ 20ms A-";
+    QTest::newRow("count beyond the end") << 2147483647 << good << "A+ 20ms A-";
+    QTest::newRow("count below zero") << -1 << good << "";
+    QTest::newRow("cut in a row") << 3 << good.chopped(1) << "damaged";
+    QTest::newRow("unknown key, foreign mark") << 1 << text("Käse") + none + QByteArray("\0\0\0\2??", 6) << "-";
+    QTest::newRow("text of 4 GB") << 1 << QByteArray("\xff\xff\xff\xfe", 4) + good << "damaged";
+    QTest::newRow("picture of 30,000 pixels") << 3 << a + iconThatSays(30000) + press << "damaged";
+    QTest::newRow("picture cut") << 3 << a + iconOfSize(24, 24).left(200) << "damaged";
+    QByteArray chunk = iconOfSize(24, 24);
+    qToBigEndian<quint32>(0xfffffff0, chunk.data() + chunk.indexOf("IHDR") - 4);
+    QTest::newRow("chunk of 4 GB") << 3 << a + chunk + press << "damaged";
+    QTest::newRow("engine of a plug-in") << 3 << a + text("svg") + QByteArray(64, '\0') << "damaged";
+    QTest::newRow("too many events") << 200000 << (a + none + press + delay).repeated(2000) << "139";
+}
+
+void MacroModelTest::foreignExports()
+{
+    QFETCH(int, count);
+    QFETCH(QByteArray, rows);
+    QByteArray content = MacroExportFile::write("x", 1, {}, {});
+    qToBigEndian<qint32>(count, content.data() + content.size() - 4);
+    const auto read = MacroExportFile::readRows(content + rows, {MouseButtonNames::current()});
+    MacroRows found;
+    for (const MacroExportFile::Row &row : read.value_or(QVector<MacroExportFile::Row>()))
+        found += row.row;
+    const QString words = !read              ? QStringLiteral("damaged")
+                          : found.size() > 3 ? QString::number(found.size())
+                                             : MacroText::of(found);
+    QTEST(words, "read");
+}
+
+HALVARION_TEST_MAIN(MacroModelTest)
+#include "tst_macromodel.moc"
