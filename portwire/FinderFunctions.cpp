@@ -8,6 +8,10 @@ using namespace portwire;
 
 namespace {
 
+/** Where a device speaks the wire protocol; its other interfaces are the operating system's. */
+constexpr int defaultInterface = 1;
+constexpr int defaultCollection = 5;
+
 /** Ids are compared without regard to the case of their digits. */
 bool isSameId(const char *wanted, const std::string &id)
 {
@@ -56,7 +60,7 @@ std::uint16_t littleEndian(const std::vector<std::uint8_t> &bytes)
 
 const char *const *UsbFinderC_FindHidDevicesByDefaultDeviceId(const char *vid, const char *pid, int *count)
 {
-    return findPaths(vid, pid, count, [](const DeviceNode &) { return true; });
+    return UsbFinderC_FindHidDevicesByDeviceId(vid, pid, defaultInterface, defaultCollection, count);
 }
 
 const char *const *UsbFinderC_FindHidDevicesByDeviceId(const char *vid, const char *pid, int interfaceId, int deviceId,

@@ -704,8 +704,9 @@ void tst_portwire_link::finders()
     UsbFinderC_FindHidDevicesByDefaultDeviceId("F0A1", "0204", &count);
     QCOMPARE(count, 0);
     count = 5;
-    UsbFinderC_FindHidDevicesByDeviceId("F0A1", "0204", 0, 5, &count);
-    QCOMPARE(count, 0);
+    paths = UsbFinderC_FindHidDevicesByDeviceId("F0A1", "0204", 0, 5, &count);
+    QCOMPARE(count, 1);
+    QVERIFY2(path != paths[0] && !UsbFinderC_GetDeviceOnLine(paths[0]), "another interface says nothing");
 
     std::uint8_t info[3];
     UsbFinderC_GetDeviceInfo(path.c_str(), info);
@@ -714,7 +715,11 @@ void tst_portwire_link::finders()
     UsbFinderC_GetDeviceOnLineWithUsbAddress(path.c_str(), wireless);
     QCOMPARE(int{wireless[6]}, 1);
     UsbFinderC_GetUsbDeviceAttribute(path.c_str(), attribute);
-    QCOMPARE(attribute[8] + attribute[9] * 256, 0x010C);
+    QCOMPARE(attribute[8] + attribute[9] * 256, 0x0142);
+    std::uint16_t version = 0;
+    QVERIFY(UsbFinderC_GetSlaveVersion(path.c_str(), &version));
+    QCOMPARE(int{version}, 0x010C);
+    QCOMPARE(int{UsbFinderC_GetVersion(path.c_str())}, 0x0112);
 
     // On its cable the same mouse has a path of its own, and its receiver shows it without reaching it.
     QVERIFY(control.call({"plug", "q1"}).isGood());
@@ -735,6 +740,8 @@ void tst_portwire_link::finders()
     UsbFinderC_Set4KDongleRGB(path.c_str(), &light);
     UsbFinderC_Get4KDongleRGBValue(path.c_str(), &back);
     QVERIFY(std::equal(std::begin(light.bytes), std::end(light.bytes), back.bytes));
+    UsbFinderC_Get4KDongleRGBValue("virtual/receiver/q2-1k", &back);
+    QVERIFY2(back.bytes[0] == 3, "a receiver without a light refuses");
     std::uint8_t mode = 's';
     UsbFinderC_SetLongRangeMode(path.c_str(), 1);
     UsbFinderC_GetLongRangeMode(path.c_str(), &mode);

@@ -93,6 +93,9 @@ private Q_SLOTS:
     void buttons();
     void buttonsSurviveAnyFlash();
     void receiverAnswersForAMouseThatDoesNot();
+    void spoiledRequestsAndAnnouncements_data();
+    void spoiledRequestsAndAnnouncements();
+    void latencyKeepsTheOrder();
 };
 
 void tst_virtualmouse::readsDpi_data()
@@ -402,7 +405,7 @@ void tst_virtualmouse::receiverAnswersForAMouseThatDoesNot()
     bus->setAwake("q1", false);
     QCOMPARE(ask(receiver, 3), "0 00" + address);
     QCOMPARE(ask(receiver, 14), QString("1 "));
-    QCOMPARE(ask(receiver, 24), QString("0 0501"));
+    QCOMPARE(ask(receiver, 24), QString("0 0601"));
 
     bus->setPlugged("q1", true);
     QCOMPARE(ask(receiver, 3), "0 00" + address);
@@ -416,6 +419,73 @@ void tst_virtualmouse::receiverAnswersForAMouseThatDoesNot()
     QCOMPARE(ask(receiver, 1), QString("silence"));
     QCOMPARE(bus->remove("q1"), std::string());
     QVERIFY(bus->describe().empty());
+}
+
+void tst_virtualmouse::spoiledRequestsAndAnnouncements_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QList<int>>("sequences"); // of the answers to a spoiled request and the next one
+    QTest::addColumn<QList<int>>("flags");     // of the announcements; -1 for one that says nothing
+    QTest::newRow("drop") << "drop" << QList<int>{8} << QList<int>{2};
+    QTest::newRow("stall") << "stall" << QList<int>{7, 8} << QList<int>{1, 2};
+    QTest::newRow("garbage") << "garbage" << QList<int>{8} << QList<int>{-1, 2};
+    QTest::newRow("short") << "short" << QList<int>{8} << QList<int>{-1, 2};
+}
+
+void tst_virtualmouse::spoiledRequestsAndAnnouncements()
+{
+    QFETCH(QString, kind);
+    QFETCH(QList<int>, sequences);
+    QFETCH(QList<int>, flags);
+    const auto bus = VirtualBus::create();
+    std::string id;
+    bus->add("q1", "4k", id);
+    const auto endpoint = bus->open("virtual/receiver/q1-4k");
+    const auto next = [&](auto member) {
+        Report report;
+        QList<int> all;
+        while (endpoint->takeReport(report)) {
+            const auto packet = FirmwarePacket::parse(report);
+            all << (packet ? member(*packet) : -1);
+        }
+        return all;
+    };
+    bus->setFault(id, faultByName(kind.toStdString()), 1, 0, ReportClass::Requests);
+    for (const std::uint8_t sequence : {7, 8})
+        endpoint->send(FirmwarePacket{7, sequence, 161, 3, {33, sequence}}.build());
+    QCOMPARE(next([](const FirmwarePacket &packet) { return int{packet.sequence}; }), sequences);
+    bus->setFault(id, faultByName(kind.toStdString()), 1, 0, ReportClass::Announcements);
+    bus->changeLevel(id, 1);
+    bus->changeRate(id, 8);
+    QCOMPARE(next([](const FirmwarePacket &packet) { return packet.data.empty() ? -1 : int{packet.data[0]}; }), flags);
+}
+
+void tst_virtualmouse::latencyKeepsTheOrder()
+{
+    const auto bus = VirtualBus::create();
+    std::string id;
+    bus->add("q1", "4k", id);
+    const auto endpoint = bus->open("virtual/receiver/q1-4k");
+    const auto code = [&] {
+        Report report;
+        return endpoint->takeReport(report) ? int{report.at(1)} : 0;
+    };
+    QElapsedTimer time;
+    time.start();
+    QVERIFY(bus->setLatency(id, std::chrono::milliseconds(20)).empty());
+    endpoint->send(FirmwarePacket{14, 1, 0, 0, {}}.build());
+    endpoint->send(FirmwarePacket{24, 2, 0, 0, {}}.build()); // its receiver answers at once, but not before
+    bus->changeLevel(id, 1);
+    QCOMPARE(code(), 0);
+    for (const int expected : {14, 24, 10}) {
+        QVERIFY(endpoint->waitForReport());
+        QCOMPARE(code(), expected);
+    }
+    QVERIFY(time.elapsed() >= 20);
+    endpoint->send(FirmwarePacket{14, 3, 0, 0, {}}.build());
+    bus->setPlugged("q1-4k", false);
+    QVERIFY2(!endpoint->waitForReport() && code() == 0, "what was on its way is lost");
+    QVERIFY(!bus->setLatency(id, std::chrono::seconds(2)).empty());
 }
 
 QTEST_GUILESS_MAIN(tst_virtualmouse)

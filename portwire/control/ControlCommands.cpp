@@ -52,7 +52,8 @@ QJsonObject toJson(const DeviceDescription &device)
                        {"dpi", device.dpi},
                        {"rate", device.rateHz},
                        {"level", device.level},
-                       {"profile", device.profile}};
+                       {"profile", device.profile},
+                       {"latency", static_cast<double>(device.latency.count()) / 1000}};
     if (device.isReceiver) {
         object["mouse"] = text(device.partner);
         object["light"] = QJsonObject{{"mode", device.receiverLightMode}};
@@ -202,13 +203,27 @@ ControlResult press(const Context &context)
 ControlResult fault(const Context &context)
 {
     const FaultKind kind = faultByName(context.arguments[1].toStdString());
-    const int answers = numberAt(context, 2, 1);
+    const int count = numberAt(context, 2, 1);
     const int after = numberAt(context, 3, 0);
     if (kind == FaultKind::None)
         return failure(QStringLiteral("the kind is none of drop, stall, garbage, short"));
-    if (answers < 0 || after < 0)
-        return failure(QStringLiteral("the number of answers isn't a number"));
-    return deviceOrFailure(context, context.bus.setFault(idOf(context), kind, answers, after));
+    if (count < 0 || after < 0)
+        return failure(QStringLiteral("the number of reports isn't a number"));
+    const auto reports = reportClassByName(context.arguments.value(4, QStringLiteral("answers")).toStdString());
+    if (!reports)
+        return failure(QStringLiteral("the reports are none of answers, requests, announcements"));
+    return deviceOrFailure(context, context.bus.setFault(idOf(context), kind, count, after, *reports));
+}
+
+ControlResult latency(const Context &context)
+{
+    bool isNumber = false;
+    const double milliseconds = context.arguments[1].toDouble(&isNumber);
+    constexpr double most = 1000;
+    if (!isNumber || !(milliseconds >= 0 && milliseconds <= most))
+        return failure(QStringLiteral("the latency is not within 0 to 1000 ms"));
+    const std::chrono::microseconds wanted(static_cast<int>(milliseconds * 1000));
+    return deviceOrFailure(context, context.bus.setLatency(idOf(context), wanted));
 }
 
 ControlResult stats(const Context &context)
@@ -246,7 +261,8 @@ constexpr Command commands[] = {
     {"rate", "ID CODE", 2, 2, rate},
     {"profile", "ID N", 2, 2, profile},
     {"battery", "ID PERCENT [charging]", 2, 3, battery},
-    {"fault", "ID KIND [N [AFTER]]", 2, 4, fault},
+    {"fault", "ID KIND [N [AFTER [REPORTS]]]", 2, 5, fault},
+    {"latency", "ID MS", 2, 2, latency},
     {"stats", "", 0, 0, stats},
 };
 

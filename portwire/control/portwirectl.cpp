@@ -20,7 +20,10 @@ const char usage[] =
     "  rate ID CODE                     8, 4, 2, 1, 16, 32 for 125 to 4000 Hz\n"
     "  profile ID N                     another stored profile, 0 to 3\n"
     "  battery ID PERCENT [charging]    another charge\n"
-    "  fault ID KIND [N [AFTER]]        N answers, after AFTER good ones: drop, stall, garbage or short\n"
+    "  fault ID KIND [N [AFTER [REPORTS]]]\n"
+    "                                   drop, stall, garbage or short for N reports, after AFTER good ones; of the\n"
+    "                                   answers, the requests or the announcements\n"
+    "  latency ID MS                    how long what the device sends is on its way; 0 for not at all\n"
     "  stats                            counts of reports\n";
 
 } // namespace

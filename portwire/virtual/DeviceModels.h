@@ -13,9 +13,19 @@ namespace portwire {
 constexpr std::string_view vendorId = "F0A1";
 constexpr std::uint8_t companyId = 18;
 
-/** Of all virtual devices: the interface and collection that the program's finders ask for. */
-constexpr int wireInterface = 1;
-constexpr int wireCollection = 5;
+/**
+ * One HID interface of a device. The wire protocol is spoken on one of them; the others are what makes the device a
+ * mouse to the operating system, and whoever opens one hears nothing. Each shares one of the two numbers with the
+ * first, so that a finder has to look at both.
+ */
+struct HidInterface
+{
+    int interfaceId;
+    int collectionId;
+    std::string_view pathEnd;
+};
+
+constexpr HidInterface hidInterfaces[] = {{0, 5, "/mouse"}, {1, 5, ""}, {1, 1, "/keys"}};
 
 /** What a mouse on its cable gives as receiver class; no receiver has it. */
 constexpr std::uint8_t cableClass = 2;
@@ -25,13 +35,16 @@ struct ReceiverModel
     std::string_view link; ///< name of the link in commands
     std::string_view product;
     std::uint8_t receiverClass;
+    int mostHertz;         ///< what it can carry
+    bool hasLight;         ///< one that the program may set
     std::uint16_t version; ///< firmware, major high
+    std::uint16_t usbVersion;
 };
 
 constexpr ReceiverModel receiverModels[] = {
-    {"1k", "0201", 0, 0x0105},
-    {"2k", "0202", 4, 0x0105},
-    {"4k", "0204", 1, 0x010C},
+    {"1k", "0201", 0, 1000, false, 0x0105, 0x0120},
+    {"2k", "0202", 4, 2000, false, 0x0106, 0x0131},
+    {"4k", "0204", 1, 4000, true, 0x010C, 0x0142},
 };
 
 struct FactoryLevel
@@ -45,7 +58,8 @@ struct MouseModel
     std::string_view name; ///< in commands
     std::string_view cableProduct;
     std::uint8_t modelId;
-    std::uint16_t version; ///< firmware, major high
+    std::uint16_t version;    ///< firmware, major high
+    std::uint16_t usbVersion; ///< of its cable
     Sensor sensor;
     std::uint8_t levelsInUse;
     FactoryLevel levels[8];
@@ -56,6 +70,7 @@ constexpr MouseModel mouseModels[] = {
      "0101",
      1,
      0x0112,
+     0x0201,
      Sensor::Sensor3395,
      6,
      {{400, 255, 0, 0},
@@ -70,6 +85,7 @@ constexpr MouseModel mouseModels[] = {
      "0102",
      2,
      0x0108,
+     0x0204,
      Sensor::Sensor3311,
      5,
      {{400, 255, 0, 0},
@@ -85,6 +101,7 @@ constexpr MouseModel mouseModels[] = {
      "01FE",
      99,
      0x0100,
+     0x0200,
      Sensor::Unknown,
      4,
      {{400, 255, 0, 0},

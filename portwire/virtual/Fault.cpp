@@ -19,26 +19,38 @@ FaultKind faultByName(std::string_view name)
     return FaultKind::None;
 }
 
-/** In turn a report that is cut off, and, where there is content, a whole report whose content is cut off. */
-Report Fault::shortened(Report answer) const
+std::optional<ReportClass> reportClassByName(std::string_view name)
 {
-    auto packet = FirmwarePacket::parse(answer);
-    if (packet && !packet->data.empty() && remaining % 2 == 0) {
+    constexpr std::pair<std::string_view, ReportClass> names[] = {{"answers", ReportClass::Answers},
+                                                                  {"requests", ReportClass::Requests},
+                                                                  {"announcements", ReportClass::Announcements}};
+    for (const auto &[known, reports] : names) {
+        if (known == name)
+            return reports;
+    }
+    return std::nullopt;
+}
+
+/** In turn a report that is cut off, and, where there is content, a whole report whose content is cut off. */
+Report Fault::shortened(Report report) const
+{
+    auto packet = FirmwarePacket::parse(report);
+    if (cutsContent && packet && !packet->data.empty() && remaining % 2 == 0) {
         packet->data.resize(packet->data.size() / 2);
         return packet->build();
     }
-    answer.resize(answer.size() / 2);
-    return answer;
+    report.resize(report.size() / 2);
+    return report;
 }
 
-void Fault::set(FaultKind newKind, int answers, int after)
+void Fault::set(FaultKind newKind, int reports, int after)
 {
     kind = newKind;
     passing = std::max(after, 0);
-    remaining = std::max(answers, 0);
+    remaining = std::max(reports, 0);
 }
 
-std::vector<Report> Fault::pass(Report answer)
+std::vector<Report> Fault::pass(Report report)
 {
     std::vector<Report> arriving = std::move(stalled);
     stalled.clear();
@@ -50,10 +62,10 @@ std::vector<Report> Fault::pass(Report answer)
     case FaultKind::Drop:
         return arriving;
     case FaultKind::Stall:
-        stalled.push_back(std::move(answer));
+        stalled.push_back(std::move(report));
         return arriving;
     case FaultKind::Garbage:
-        for (std::uint8_t &byte : answer) {
+        for (std::uint8_t &byte : report) {
             random ^= random << 13;
             random ^= random >> 17;
             random ^= random << 5;
@@ -61,13 +73,20 @@ std::vector<Report> Fault::pass(Report answer)
         }
         break;
     case FaultKind::Short:
-        answer = shortened(answer);
+        report = shortened(report);
         break;
     case FaultKind::None:
         break;
     }
-    arriving.push_back(std::move(answer));
+    arriving.push_back(std::move(report));
     return arriving;
+}
+
+Fault &Wire::fault(ReportClass of)
+{
+    if (of == ReportClass::Requests)
+        return requests;
+    return of == ReportClass::Announcements ? announcements : answers;
 }
 
 } // namespace portwire

@@ -3,6 +3,8 @@
 #include "portwire/virtual/VirtualMouse.h"
 #include "portwire/virtual/VirtualReceiver.h"
 
+#include <string>
+
 namespace portwire {
 
 /** All that is on the virtual bus, as it is kept over a restart. */

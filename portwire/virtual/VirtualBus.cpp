@@ -27,31 +27,34 @@ std::shared_ptr<VirtualBus> VirtualBus::create(VirtualMouse::Clock time)
 std::vector<DeviceNode> VirtualBus::enumerate()
 {
     const std::lock_guard lock(mutex);
-    const auto node = [](std::string path, std::string_view product, std::uint16_t version) {
-        return DeviceNode{std::move(path), std::string(vendorId), std::string(product),
-                          wireInterface,   wireCollection,        version};
+    return nodes();
+}
+
+std::vector<DeviceNode> VirtualBus::nodes() const
+{
+    std::vector<DeviceNode> all;
+    const auto add = [&](const std::string &path, std::string_view product, std::uint16_t version) {
+        for (const HidInterface &hid : hidInterfaces) {
+            all.push_back({path + std::string(hid.pathEnd), std::string(vendorId), std::string(product),
+                           hid.interfaceId, hid.collectionId, version});
+        }
     };
-    std::vector<DeviceNode> nodes;
     for (const auto &mouse : mice) {
         if (mouse->device.isCorded())
-            nodes.push_back(node(mouse->path(), mouse->model->cableProduct, mouse->model->version));
+            add(mouse->path(), mouse->model->cableProduct, mouse->model->usbVersion);
     }
     for (const auto &receiver : receivers) {
         if (receiver->isPlugged)
-            nodes.push_back(node(receiver->path(), receiver->model->product, receiver->model->version));
+            add(receiver->path(), receiver->model->product, receiver->model->usbVersion);
     }
-    return nodes;
+    return all;
 }
 
 std::unique_ptr<Endpoint> VirtualBus::open(const std::string &path)
 {
     const std::lock_guard lock(mutex);
-    const bool isMouse = std::any_of(
-        mice.begin(), mice.end(), [&](const auto &mouse) { return mouse->device.isCorded() && mouse->path() == path; });
-    const bool isReceiver = std::any_of(receivers.begin(), receivers.end(), [&](const auto &receiver) {
-        return receiver->isPlugged && receiver->path() == path;
-    });
-    if (!isMouse && !isReceiver)
+    const std::vector<DeviceNode> all = nodes();
+    if (std::none_of(all.begin(), all.end(), [&](const DeviceNode &node) { return node.path == path; }))
         return nullptr;
     const auto inbox = std::make_shared<Inbox>();
     opened.erase(std::remove_if(opened.begin(), opened.end(), [](const Opened &o) { return o.inbox.expired(); }),
@@ -68,28 +71,46 @@ void VirtualBus::setChangeNotice(std::function<void()> notice)
 
 void VirtualBus::receive(const std::string &path, const Report &report, Inbox &inbox)
 {
-    const auto request = FirmwarePacket::parse(report);
-    if (!request)
+    const auto sent = FirmwarePacket::parse(report);
+    if (!sent)
         return;
     const std::lock_guard lock(mutex);
-    Fault *fault = nullptr;
-    FirmwarePacket answer;
+    const Addressee to = addressee(path, sent->code);
+    if (!to.mouse && !to.receiver)
+        return;
+    for (const Report &arriving : wireOf(to).requests.pass(report)) {
+        const auto request = FirmwarePacket::parse(arriving);
+        if (!request)
+            continue;
+        // One that was held up may be for somebody else than the one that it comes with.
+        const Addressee answering = addressee(path, request->code);
+        Wire &wire = wireOf(answering);
+        for (Report &answer : wire.answers.pass(answerOf(answering, *request).build()))
+            inbox.push(std::move(answer), wire.latency);
+    }
+}
+
+/** Who answers a request that comes in at this path: what isn't for the receiver goes over the air. */
+VirtualBus::Addressee VirtualBus::addressee(const std::string &path, std::uint8_t code)
+{
     for (const auto &mouse : mice) {
-        if (mouse->device.isCorded() && mouse->path() == path) {
-            fault = &mouse->fault;
-            answer = answerAtCable(*mouse, *request);
-        }
+        if (mouse->device.isCorded() && mouse->path() == path)
+            return {mouse.get(), nullptr};
     }
     for (const auto &receiver : receivers) {
-        if (receiver->isPlugged && receiver->path() == path) {
-            fault = &receiver->fault;
-            answer = answerAtReceiver(*receiver, *request, fault);
-        }
+        if (receiver->isPlugged && receiver->path() == path)
+            return {VirtualReceiver::isAskedAlone(code) ? nullptr : reachedBy(*receiver), receiver.get()};
     }
-    if (!fault)
-        return;
-    for (Report &arriving : fault->pass(answer.build()))
-        inbox.push(std::move(arriving));
+    return {};
+}
+
+Wire &VirtualBus::wireOf(const Addressee &to) { return to.mouse ? to.mouse->wire : to.receiver->wire; }
+
+FirmwarePacket VirtualBus::answerOf(const Addressee &to, const FirmwarePacket &request)
+{
+    if (!to.receiver)
+        return answerAtCable(*to.mouse, request);
+    return to.mouse ? to.mouse->device.answer(request) : answerAtReceiver(*to.receiver, request);
 }
 
 /** The USB side of a mouse on its cable answers for it where it can, also while the mouse sleeps. */
@@ -107,23 +128,20 @@ FirmwarePacket VirtualBus::answerAtCable(Mouse &mouse, const FirmwarePacket &req
     }
 }
 
-/** What the receiver doesn't answer itself goes over the air. \param fault becomes that of whoever answers */
-FirmwarePacket VirtualBus::answerAtReceiver(Receiver &receiver, const FirmwarePacket &request, Fault *&fault)
+FirmwarePacket VirtualBus::answerAtReceiver(Receiver &receiver, const FirmwarePacket &request)
 {
-    Mouse *const mouse = reachedBy(receiver);
-    if (request.code == 1)
+    switch (request.code) {
+    case 1:
         return request.answer({companyId, receiver.mouseModel->modelId, receiver.model->receiverClass});
-    if (request.code == 3) {
+    case 3: {
         const Mouse *const paired = findMouse(receiver.pairedMouse);
         const auto address = paired ? paired->address() : std::array<std::uint8_t, 3>{};
-        return request.answer({static_cast<std::uint8_t>(mouse != nullptr), address[0], address[1], address[2]});
+        const bool isOnline = reachedBy(receiver) != nullptr;
+        return request.answer({static_cast<std::uint8_t>(isOnline), address[0], address[1], address[2]});
     }
-    if (auto answer = receiver.device.answer(request))
-        return *answer;
-    if (!mouse)
-        return request.offline();
-    fault = &mouse->fault;
-    return mouse->device.answer(request);
+    default:
+        return VirtualReceiver::isAskedAlone(request.code) ? receiver.device.answer(request) : request.offline();
+    }
 }
 
 VirtualBus::Mouse *VirtualBus::findMouse(const std::string &id)
@@ -163,9 +181,9 @@ VirtualBus::Mouse &VirtualBus::addMouse(const std::string &id, const MouseModel 
     mouse->device.announce = [this, mouse](const FirmwarePacket &packet) {
         const Receiver *const receiver = receiverOf(*mouse);
         if (mouse->device.isCorded())
-            announce(mouse->path(), packet);
+            announce(mouse->path(), packet, mouse->wire);
         else if (receiver)
-            announce(receiver->path(), packet);
+            announce(receiver->path(), packet, mouse->wire);
     };
     return *mouse;
 }
@@ -173,30 +191,34 @@ VirtualBus::Mouse &VirtualBus::addMouse(const std::string &id, const MouseModel 
 VirtualBus::Receiver &VirtualBus::addReceiver(const std::string &id, const MouseModel &mouseModel,
                                               const ReceiverModel &model)
 {
-    receivers.push_back(
-        std::unique_ptr<Receiver>(new Receiver{id, &mouseModel, &model, VirtualReceiver(model.version)}));
+    receivers.push_back(std::unique_ptr<Receiver>(new Receiver{id, &mouseModel, &model, VirtualReceiver(model)}));
     Receiver *const receiver = receivers.back().get();
     receiver->device.storedChanged = [this] { noteChange(); };
-    receiver->device.announce = [this, receiver](const FirmwarePacket &packet) { announce(receiver->path(), packet); };
+    receiver->device.announce = [this, receiver](const FirmwarePacket &packet) {
+        announce(receiver->path(), packet, receiver->wire);
+    };
     return *receiver;
 }
 
-void VirtualBus::announce(const std::string &path, const FirmwarePacket &packet)
+void VirtualBus::announce(const std::string &path, const FirmwarePacket &packet, Wire &wire)
 {
-    for (const Opened &each : opened) {
-        if (each.path != path)
-            continue;
-        if (const auto inbox = each.inbox.lock())
-            inbox->push(packet.build());
+    for (const Report &report : wire.announcements.pass(packet.build())) {
+        for (const Opened &each : opened) {
+            const auto inbox = each.path == path ? each.inbox.lock() : nullptr;
+            if (inbox)
+                inbox->push(report, wire.latency);
+        }
     }
 }
 
 void VirtualBus::shut(const std::string &path)
 {
     for (const Opened &each : opened) {
-        if (each.path != path)
-            continue;
-        if (const auto inbox = each.inbox.lock())
+        const bool isOfDevice =
+            std::any_of(std::begin(hidInterfaces), std::end(hidInterfaces),
+                        [&](const HidInterface &hid) { return each.path == path + std::string(hid.pathEnd); });
+        const auto inbox = isOfDevice ? each.inbox.lock() : nullptr;
+        if (inbox)
             inbox->shut();
     }
 }

@@ -27,6 +27,7 @@ struct DeviceDescription
     int dpi, rateHz, level, profile;
     LightState light;
     int receiverLightMode;
+    std::chrono::microseconds latency; ///< of what it sends itself
 };
 
 /**
@@ -56,7 +57,10 @@ public:
     std::string changeRate(const std::string &id, int code);
     std::string changeProfile(const std::string &id, int index);
     std::string setBattery(const std::string &id, int percent, bool isCharging);
-    std::string setFault(const std::string &id, FaultKind kind, int answers, int after = 0);
+    std::string setFault(const std::string &id, FaultKind kind, int count, int after = 0,
+                         ReportClass reports = ReportClass::Answers);
+    /** How long what the device sends is on its way, up to a second. */
+    std::string setLatency(const std::string &id, std::chrono::microseconds latency);
     /** Presses and lets go a button. \param events what comes of it */
     std::string press(const std::string &id, int slot, std::vector<HidEvent> &events);
     /** The 10,428 bytes that the mouse's active profile means. */
@@ -76,7 +80,7 @@ private:
         std::string id;
         const MouseModel *model;
         VirtualMouse device;
-        Fault fault{};
+        Wire wire{};
 
         std::string path() const; ///< of its cable
         std::array<std::uint8_t, 3> address() const;
@@ -89,7 +93,7 @@ private:
         VirtualReceiver device;
         std::string pairedMouse{};
         bool isPlugged = true;
-        Fault fault{};
+        Wire wire{};
 
         std::string path() const;
     };
@@ -101,10 +105,12 @@ private:
 
     explicit VirtualBus(VirtualMouse::Clock time) : clock(std::move(time)) {}
 
+    std::vector<DeviceNode> nodes() const;
     Mouse *findMouse(const std::string &id);
     Receiver *findReceiver(const std::string &id);
     Receiver *receiverOf(const Mouse &mouse);
     Mouse *reachedBy(const Receiver &receiver);
+    Wire *findWire(const std::string &id);
     bool isIdFree(const std::string &id);
 
     Mouse &addMouse(const std::string &id, const MouseModel &model);
@@ -112,9 +118,18 @@ private:
     void plugReceiver(Receiver &receiver, bool isNowPlugged);
     void plugMouse(Mouse &mouse, bool isNowPlugged);
 
+    /** A mouse at its cable, or a receiver, with its mouse when that is to answer. */
+    struct Addressee
+    {
+        Mouse *mouse = nullptr;
+        Receiver *receiver = nullptr;
+    };
+    Addressee addressee(const std::string &path, std::uint8_t code);
+    static Wire &wireOf(const Addressee &to);
+    FirmwarePacket answerOf(const Addressee &to, const FirmwarePacket &request);
     FirmwarePacket answerAtCable(Mouse &mouse, const FirmwarePacket &request);
-    FirmwarePacket answerAtReceiver(Receiver &receiver, const FirmwarePacket &request, Fault *&fault);
-    void announce(const std::string &path, const FirmwarePacket &packet);
+    FirmwarePacket answerAtReceiver(Receiver &receiver, const FirmwarePacket &request);
+    void announce(const std::string &path, const FirmwarePacket &packet, Wire &wire);
     void shut(const std::string &path);
     void noteChange();
     void notify();

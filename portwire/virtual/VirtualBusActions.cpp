@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-// What hands do to the devices, and what they look like.
+// What hands do to the devices.
 
 namespace portwire {
 
@@ -167,14 +167,34 @@ std::string VirtualBus::press(const std::string &id, int slot, std::vector<HidEv
     });
 }
 
-std::string VirtualBus::setFault(const std::string &id, FaultKind kind, int answers, int after)
+Wire *VirtualBus::findWire(const std::string &id)
 {
-    const std::lock_guard lock(mutex);
     Mouse *const mouse = findMouse(id);
     Receiver *const receiver = findReceiver(id);
-    if (!mouse && !receiver)
+    if (mouse)
+        return &mouse->wire;
+    return receiver ? &receiver->wire : nullptr;
+}
+
+std::string VirtualBus::setFault(const std::string &id, FaultKind kind, int count, int after, ReportClass reports)
+{
+    const std::lock_guard lock(mutex);
+    Wire *const wire = findWire(id);
+    if (!wire)
         return noSuchDevice;
-    (mouse ? mouse->fault : receiver->fault).set(kind, answers, after);
+    wire->fault(reports).set(kind, count, after);
+    return {};
+}
+
+std::string VirtualBus::setLatency(const std::string &id, std::chrono::microseconds latency)
+{
+    const std::lock_guard lock(mutex);
+    Wire *const wire = findWire(id);
+    if (!wire)
+        return noSuchDevice;
+    if (latency < std::chrono::microseconds::zero() || latency > std::chrono::seconds(1))
+        return "the latency is not within 0 to 1000 ms";
+    wire->latency = latency;
     return {};
 }
 
@@ -184,61 +204,6 @@ std::string VirtualBus::record(const std::string &id, std::vector<std::uint8_t> 
         bytes = mouse.device.flash().record();
         return {};
     });
-}
-
-std::vector<DeviceDescription> VirtualBus::describe()
-{
-    const std::lock_guard lock(mutex);
-    std::vector<DeviceDescription> all;
-    for (const auto &mouse : mice)
-        all.push_back(describe(*mouse));
-    for (const auto &receiver : receivers)
-        all.push_back(describe(*receiver));
-    return all;
-}
-
-DeviceDescription VirtualBus::describe(Mouse &mouse)
-{
-    const Receiver *const receiver = receiverOf(mouse);
-    const FirmwareFlash &flash = mouse.device.flash();
-    DeviceDescription device{};
-    device.id = mouse.id;
-    device.model = mouse.model->name;
-    device.product = mouse.model->cableProduct;
-    device.path = mouse.path();
-    device.isPlugged = device.isCorded = mouse.device.isCorded();
-    device.isAwake = mouse.device.isAwake();
-    device.isProgramShown = mouse.device.isProgramShown();
-    device.partner = receiver ? receiver->id : std::string();
-    device.address = mouse.address();
-    device.batteryPercent = mouse.device.batteryPercent();
-    device.isCharging = mouse.device.isCharging();
-    device.dpi = flash.dpi(mouse.device.sensor());
-    device.rateHz = flash.rateHz();
-    device.level = flash.currentLevel();
-    device.profile = mouse.device.activeProfile();
-    device.light = flash.light();
-    return device;
-}
-
-DeviceDescription VirtualBus::describe(Receiver &receiver)
-{
-    Mouse *const mouse = findMouse(receiver.pairedMouse);
-    DeviceDescription device{};
-    if (mouse)
-        device = describe(*mouse);
-    else
-        device.batteryPercent = -1;
-    device.id = receiver.id;
-    device.model = receiver.mouseModel->name;
-    device.isReceiver = true;
-    device.product = receiver.model->product;
-    device.path = receiver.path();
-    device.isPlugged = receiver.isPlugged;
-    device.isCorded = false;
-    device.partner = mouse ? mouse->id : std::string();
-    device.receiverLightMode = receiver.device.content().light[0];
-    return device;
 }
 
 } // namespace portwire

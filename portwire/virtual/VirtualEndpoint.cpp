@@ -2,14 +2,19 @@
 
 #include "portwire/virtual/VirtualBus.h"
 
+#include <algorithm>
+
 namespace portwire {
 
-void Inbox::push(Report report)
+void Inbox::push(Report report, std::chrono::microseconds latency)
 {
     const std::lock_guard lock(mutex);
     if (shutDown)
         return;
-    reports.push_back(std::move(report));
+    Clock::time_point at = latency.count() > 0 ? Clock::now() + latency : Clock::time_point();
+    if (!reports.empty())
+        at = std::max(at, reports.back().at);
+    reports.push_back({at, std::move(report)});
     changed.notify_one();
 }
 
@@ -29,16 +34,23 @@ bool Inbox::isShut() const
 bool Inbox::wait()
 {
     std::unique_lock lock(mutex);
-    changed.wait(lock, [this] { return shutDown || !reports.empty(); });
-    return !shutDown;
+    while (!shutDown) {
+        if (reports.empty())
+            changed.wait(lock);
+        else if (reports.front().isHere())
+            return true;
+        else
+            changed.wait_until(lock, Clock::time_point(reports.front().at)); // a copy: others may take the report
+    }
+    return false;
 }
 
 bool Inbox::take(Report &report)
 {
     const std::lock_guard lock(mutex);
-    if (reports.empty())
+    if (reports.empty() || !reports.front().isHere())
         return false;
-    report = std::move(reports.front());
+    report = std::move(reports.front().report);
     reports.pop_front();
     return true;
 }

@@ -2,33 +2,48 @@
 
 #include "portwire/bus.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 
 namespace portwire {
 
-/** What a device has sent to one opener. Shared by the device's side and the opener's. */
+/**
+ * What a device has sent to one opener. Shared by the device's side and the opener's. What is on its way lies in it
+ * until it is there; nobody but the opener waits for that.
+ */
 class Inbox
 {
 public:
-    void push(Report report);
-    /** The device has gone or the opener has closed: what is in it can still be taken. */
+    using Clock = std::chrono::steady_clock;
+
+    /** Reports stay in their order. \param latency until this one is there */
+    void push(Report report, std::chrono::microseconds latency = {});
+    /** The device has gone or the opener has closed: what is there can still be taken, what is on its way is lost. */
     void shut();
     bool isShut() const;
     bool wait();
     bool take(Report &report);
 
 private:
+    struct Coming
+    {
+        Clock::time_point at; ///< the clock's beginning for what was there at once
+        Report report;
+
+        bool isHere() const { return at == Clock::time_point() || at <= Clock::now(); }
+    };
+
     mutable std::mutex mutex;
     std::condition_variable changed;
-    std::deque<Report> reports;
+    std::deque<Coming> reports;
     bool shutDown = false;
 };
 
 class VirtualBus;
 
-/** An open virtual device. It answers within send(). */
+/** An open virtual device. It makes its answer within send(), which arrives at once or later. */
 class VirtualEndpoint : public Endpoint
 {
 public:

@@ -1,12 +1,16 @@
 #include "portwire/virtual/VirtualReceiver.h"
 
-#include "portwire/virtual/DeviceModels.h"
-
 #include <algorithm>
 
 namespace portwire {
 
-std::optional<FirmwarePacket> VirtualReceiver::answer(const FirmwarePacket &request)
+bool VirtualReceiver::isAskedAlone(std::uint8_t code)
+{
+    constexpr std::uint8_t codes[] = {1, 3, 5, 6, 20, 21, 22, 23, 24};
+    return std::find(std::begin(codes), std::end(codes), code) != std::end(codes);
+}
+
+FirmwarePacket VirtualReceiver::answer(const FirmwarePacket &request)
 {
     switch (request.code) {
     case 5:
@@ -16,21 +20,29 @@ std::optional<FirmwarePacket> VirtualReceiver::answer(const FirmwarePacket &requ
     case 20:
         return setLight(request);
     case 21:
-        return request.answer({stored.light.begin(), stored.light.end()});
+        return light(request);
     case 22:
         return setLongRange(request);
     case 23:
         return request.answer({static_cast<std::uint8_t>(stored.isLongRange)});
     case 24:
-        return request.answer({static_cast<std::uint8_t>(version % 256), static_cast<std::uint8_t>(version / 256)});
+        return request.answer(
+            {static_cast<std::uint8_t>(model.version % 256), static_cast<std::uint8_t>(model.version / 256)});
     default:
-        return std::nullopt;
+        return request.refusal();
     }
+}
+
+FirmwarePacket VirtualReceiver::light(const FirmwarePacket &request) const
+{
+    if (!model.hasLight)
+        return request.refusal();
+    return request.answer({stored.light.begin(), stored.light.end()});
 }
 
 FirmwarePacket VirtualReceiver::setLight(const FirmwarePacket &request)
 {
-    if (request.data.size() < stored.light.size() || request.data[0] > 3)
+    if (!model.hasLight || request.data.size() < stored.light.size() || request.data[0] > 3)
         return request.refusal();
     std::copy_n(request.data.begin(), stored.light.size(), stored.light.begin());
     if (storedChanged)

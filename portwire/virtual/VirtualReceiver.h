@@ -1,11 +1,11 @@
 #pragma once
 
+#include "portwire/virtual/DeviceModels.h"
 #include "portwire/virtual/FirmwarePacket.h"
 
 #include <array>
 #include <functional>
 #include <optional>
-#include <string>
 
 namespace portwire {
 
@@ -20,11 +20,14 @@ public:
         bool isLongRange = false;
     };
 
-    /** \param firmwareVersion major high */
-    explicit VirtualReceiver(std::uint16_t firmwareVersion) : version(firmwareVersion) {}
+    /** \param ofModel outlives it */
+    explicit VirtualReceiver(const ReceiverModel &ofModel) : model(ofModel) {}
 
-    /** \return nothing if the request is for the mouse. */
-    std::optional<FirmwarePacket> answer(const FirmwarePacket &request);
+    /** Whether a request with this code is for the receiver, whatever its mouse does. */
+    static bool isAskedAlone(std::uint8_t code);
+
+    /** The answer to a request that is for the receiver; who it is and whether its mouse is online says the bus. */
+    FirmwarePacket answer(const FirmwarePacket &request);
 
     const Stored &content() const { return stored; }
     void setContent(const Stored &content) { stored = content; }
@@ -35,11 +38,12 @@ public:
     std::function<void()> storedChanged;
 
 private:
+    FirmwarePacket light(const FirmwarePacket &request) const;
     FirmwarePacket setLight(const FirmwarePacket &request);
     FirmwarePacket setLongRange(const FirmwarePacket &request);
     FirmwarePacket enterPairing(const FirmwarePacket &request);
 
-    const std::uint16_t version;
+    const ReceiverModel &model;
     Stored stored;
     std::uint8_t pairingStatus = 0; ///< 0 none yet, 1 goes on, 2 failed, 3 paired
 };
