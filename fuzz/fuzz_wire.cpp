@@ -93,13 +93,13 @@ void listen(const Frame &frame)
 
 void request(Reception &reception, FuzzInput &input)
 {
-    const std::size_t least = input.byte() % (maxPayload + 1);
-    const Request question{static_cast<ReportCode>(input.byte()), input.word(), input.byte(), input.bytes(), least};
+    const Request question{static_cast<ReportCode>(input.byte()), input.word(), input.byte(), input.bytes()};
     const auto answer = reception.ask(question, std::chrono::milliseconds(0));
     if (!answer)
         return;
     require(answer->code == question.code && answer->selector == question.selector, "an answer is one to its request");
-    require(answer->flags != static_cast<std::uint8_t>(AnswerStatus::Done) || answer->payload.size() >= least,
+    require(answer->flags != static_cast<std::uint8_t>(AnswerStatus::Done) ||
+                answer->payload.size() >= leastAnswer(question),
             "a good answer is long enough");
 }
 

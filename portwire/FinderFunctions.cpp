@@ -43,12 +43,11 @@ const char *const *findPaths(const char *vid, const char *pid, int *count, Filte
 }
 
 /** Asks the device; nothing if the path isn't on the bus, nobody answers or the answer isn't Done. */
-std::optional<Frame> askDevice(const char *path, ReportCode code, std::size_t minimumAnswer,
-                               std::vector<std::uint8_t> payload = {})
+std::optional<Frame> askDevice(const char *path, ReportCode code, std::vector<std::uint8_t> payload = {})
 {
     if (!path)
         return std::nullopt;
-    return Library::instance().devices().ask(path, {code, 0, 0, std::move(payload), minimumAnswer});
+    return Library::instance().devices().ask(path, {code, 0, 0, std::move(payload)});
 }
 
 std::uint16_t littleEndian(const std::vector<std::uint8_t> &bytes)
@@ -96,13 +95,13 @@ void UsbFinderC_GetDeviceInfo(const char *path, uint8_t *out3)
     if (!out3)
         return;
     std::fill_n(out3, 3, std::uint8_t{0});
-    if (const auto answer = askDevice(path, ReportCode::DeviceInfo, 3))
+    if (const auto answer = askDevice(path, ReportCode::DeviceInfo))
         std::copy_n(answer->payload.begin(), 3, out3);
 }
 
 int UsbFinderC_GetDeviceOnLine(const char *path)
 {
-    const auto answer = askDevice(path, ReportCode::Online, 4);
+    const auto answer = askDevice(path, ReportCode::Online);
     return answer && answer->payload[0] == 1;
 }
 
@@ -111,19 +110,19 @@ void UsbFinderC_GetDeviceOnLineWithUsbAddress(const char *path, uint8_t *out10)
     if (!out10)
         return;
     std::fill_n(out10, 10, std::uint8_t{0});
-    if (const auto answer = askDevice(path, ReportCode::Online, 4))
+    if (const auto answer = askDevice(path, ReportCode::Online))
         std::copy_n(answer->payload.begin(), 4, out10 + 6);
 }
 
 uint16_t UsbFinderC_GetVersion(const char *path)
 {
-    const auto answer = askDevice(path, ReportCode::MouseVersion, 2);
+    const auto answer = askDevice(path, ReportCode::MouseVersion);
     return answer ? littleEndian(answer->payload) : std::uint16_t{0};
 }
 
 int UsbFinderC_GetSlaveVersion(const char *path, uint16_t *out)
 {
-    const auto answer = askDevice(path, ReportCode::ReceiverVersion, 2);
+    const auto answer = askDevice(path, ReportCode::ReceiverVersion);
     if (!answer || !out)
         return 0;
     *out = littleEndian(answer->payload);
@@ -132,23 +131,23 @@ int UsbFinderC_GetSlaveVersion(const char *path, uint16_t *out)
 
 void UsbFinderC_GetLongRangeMode(const char *path, uint8_t *out)
 {
-    if (const auto answer = askDevice(path, ReportCode::LongRange, 1); answer && out)
+    if (const auto answer = askDevice(path, ReportCode::LongRange); answer && out)
         *out = answer->payload[0];
 }
 
 void UsbFinderC_SetLongRangeMode(const char *path, int on)
 {
-    askDevice(path, ReportCode::SetLongRange, 0, {static_cast<std::uint8_t>(on ? 1 : 0)});
+    askDevice(path, ReportCode::SetLongRange, {static_cast<std::uint8_t>(on ? 1 : 0)});
 }
 
 void UsbFinderC_Get4KDongleRGBValue(const char *path, struct DongleRGB *rgb)
 {
-    if (const auto answer = askDevice(path, ReportCode::ReceiverLight, sizeof(DongleRGB::bytes)); answer && rgb)
+    if (const auto answer = askDevice(path, ReportCode::ReceiverLight); answer && rgb)
         std::copy_n(answer->payload.begin(), sizeof rgb->bytes, rgb->bytes);
 }
 
 void UsbFinderC_Set4KDongleRGB(const char *path, const struct DongleRGB *rgb)
 {
     if (rgb)
-        askDevice(path, ReportCode::SetReceiverLight, 0, {std::begin(rgb->bytes), std::end(rgb->bytes)});
+        askDevice(path, ReportCode::SetReceiverLight, {std::begin(rgb->bytes), std::end(rgb->bytes)});
 }

@@ -31,7 +31,7 @@ void Library::startLink(const char *path, PortwireReportCallback callback)
         writes = std::make_shared<WriteQueue>();
     current = Link::start(channels, path, callback, std::move(writes));
     if (!batteryCurve.empty())
-        current->add({Job::Kind::Tell, {ReportCode::BatteryCurve, 0, 0, std::exchange(batteryCurve, {}), 0}});
+        current->add({Job::Kind::Tell, {ReportCode::BatteryCurve, 0, 0, std::exchange(batteryCurve, {})}});
 }
 
 void Library::endLink()

@@ -8,19 +8,16 @@ namespace {
 void addJob(Job::Kind kind, ReportCode code, std::vector<std::uint8_t> payload = {}, bool isForReceiver = false)
 {
     if (const auto link = Library::instance().link())
-        link->add({kind, {code, 0, 0, std::move(payload), 0}, isForReceiver});
+        link->add({kind, {code, 0, 0, std::move(payload)}, isForReceiver});
 }
 
 /** Reads a group of the settings block; the answer comes as a report with the group's address as selector. */
 void addRead(std::size_t address, std::size_t length)
 {
     if (const auto link = Library::instance().link())
-        link->add({Job::Kind::Read,
-                   {ReportCode::ReadFlash,
-                    static_cast<std::uint16_t>(address),
-                    0,
-                    {static_cast<std::uint8_t>(length)},
-                    length}});
+        link->add(
+            {Job::Kind::Read,
+             {ReportCode::ReadFlash, static_cast<std::uint16_t>(address), 0, {static_cast<std::uint8_t>(length)}}});
 }
 
 } // namespace

@@ -6,6 +6,8 @@
 #include "portwire/portwire.h"
 #include "portwire/virtual/SceneKeeper.h"
 #include "portwire/virtual/VirtualBus.h"
+#include "support/ReportCollector.h"
+#include "support/TappedBus.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -27,174 +29,8 @@ const char exitWhileBlocked[] = "--exit-while-a-callback-is-blocked";
 /** Long enough for a machine that is busy with something else; nothing here takes a tenth of it. */
 constexpr std::chrono::seconds patience{10};
 
-struct ReceivedReport
-{
-    int code;
-    int selector;
-    std::vector<std::uint8_t> payload;
-};
-
-/** Collects what a callback gets. Callbacks are plain functions, so there is one collector each. */
-template<int Number>
-class Collector
-{
-public:
-    static void callback(const std::uint8_t *header, int, const std::uint8_t *payload, std::uint32_t length)
-    {
-        State &state = the();
-        std::unique_lock lock(state.mutex);
-        state.mostInside = std::max(state.mostInside, ++state.inside);
-        state.reports.push_back({header[1], header[3] * 256 + header[4], {payload, payload + length}});
-        state.changed.notify_all();
-        state.changed.wait(lock, [&] { return !state.isBlocked; });
-        const auto inCallback = std::exchange(state.action, {});
-        lock.unlock();
-        if (inCallback)
-            inCallback();
-        lock.lock();
-        --state.inside;
-        state.changed.notify_all();
-    }
-
-    static void reset()
-    {
-        const std::lock_guard lock(the().mutex);
-        the().reports.clear();
-        the().isBlocked = false;
-        the().mostInside = 0;
-        the().action = {};
-        the().changed.notify_all();
-    }
-
-    static void block(bool now)
-    {
-        const std::lock_guard lock(the().mutex);
-        the().isBlocked = now;
-        the().changed.notify_all();
-    }
-
-    static void doInCallback(std::function<void()> what)
-    {
-        const std::lock_guard lock(the().mutex);
-        the().action = std::move(what);
-    }
-
-    /** Waits for a report with this code and selector; empty if it doesn't come. */
-    static std::optional<ReceivedReport> await(int code, int selector = 0, std::size_t length = 0)
-    {
-        std::unique_lock lock(the().mutex);
-        std::optional<ReceivedReport> found;
-        the().changed.wait_for(lock, patience, [&] {
-            for (const ReceivedReport &report : the().reports) {
-                if (report.code == code && report.selector == selector && report.payload.size() >= length)
-                    found = report;
-            }
-            return found.has_value();
-        });
-        return found;
-    }
-
-    static std::size_t count()
-    {
-        const std::lock_guard lock(the().mutex);
-        return the().reports.size();
-    }
-
-    static bool awaitIdle()
-    {
-        std::unique_lock lock(the().mutex);
-        return the().changed.wait_for(lock, patience, [] { return the().inside == 0; });
-    }
-
-    static int mostInside()
-    {
-        const std::lock_guard lock(the().mutex);
-        return the().mostInside;
-    }
-
-private:
-    struct State
-    {
-        std::mutex mutex;
-        std::condition_variable changed;
-        std::vector<ReceivedReport> reports;
-        bool isBlocked = false;
-        int inside = 0;
-        int mostInside = 0;
-        std::function<void()> action;
-    };
-
-    /** Never destroyed: a blocked callback stands in it while the process ends. */
-    static State &the()
-    {
-        static State *const state = new State;
-        return *state;
-    }
-};
-
-using First = Collector<1>;
-using Second = Collector<2>;
-
-/** Does something in the middle: a bus whose endpoints tell of each report before they send it. */
-class TappedBus : public Bus
-{
-public:
-    explicit TappedBus(std::shared_ptr<Bus> behind) : bus(std::move(behind)) {}
-
-    std::vector<DeviceNode> enumerate() override { return bus->enumerate(); }
-    void setChangeNotice(std::function<void()> notice) override { bus->setChangeNotice(std::move(notice)); }
-    std::unique_ptr<Endpoint> open(const std::string &path) override
-    {
-        auto endpoint = bus->open(path);
-        return endpoint ? std::make_unique<Tap>(*this, std::move(endpoint)) : nullptr;
-    }
-
-    /** Calls `what` before the report that is the `number`th one with this code from now on; 1 is the next. */
-    void before(ReportCode code, int number, std::function<void()> what)
-    {
-        const std::lock_guard lock(mutex);
-        awaitedCode = code;
-        remaining = number;
-        action = std::move(what);
-    }
-
-private:
-    class Tap : public Endpoint
-    {
-    public:
-        Tap(TappedBus &ofBus, std::unique_ptr<Endpoint> behind) : bus(ofBus), endpoint(std::move(behind)) {}
-        bool send(const Report &report) override
-        {
-            bus.sending(report);
-            return endpoint->send(report);
-        }
-        bool waitForReport() override { return endpoint->waitForReport(); }
-        bool takeReport(Report &report) override { return endpoint->takeReport(report); }
-        void close() override { endpoint->close(); }
-
-    private:
-        TappedBus &bus;
-        const std::unique_ptr<Endpoint> endpoint;
-    };
-
-    void sending(const Report &report)
-    {
-        std::function<void()> now;
-        {
-            const std::lock_guard lock(mutex);
-            if (action && report[1] == static_cast<std::uint8_t>(awaitedCode) && --remaining == 0)
-                now = std::exchange(action, {});
-        }
-        if (now)
-            now();
-    }
-
-    const std::shared_ptr<Bus> bus;
-    std::mutex mutex;
-    ReportCode awaitedCode{};
-    int remaining = 0;
-    std::function<void()> action;
-};
+using First = ReportCollector<1>;
+using Second = ReportCollector<2>;
 
 /** A Q1 on a 4K receiver, and a link to it. */
 struct Bench
@@ -312,6 +148,10 @@ private Q_SLOTS:
     void reportsOfEachRead();
     void faultsAreRepaired_data();
     void faultsAreRepaired();
+    void onlyWhatMayComeUnaskedPasses();
+    void answersThatAreTooShort_data();
+    void answersThatAreTooShort();
+    void refusedBytesAreGivenUpAlone();
     void lateAnswerIsNotTaken();
     void deadDeviceGivesUpSoon();
     void manyChangesCostFewReports();
@@ -397,16 +237,14 @@ void tst_portwire_link::faultsAreRepaired()
     QFETCH(int, kind);
     QFETCH(int, answers);
     Bench bench;
-    bench.tapped->before(ReportCode::ReadFlash, 50,
-                         [&] { bench.bus->setFault("q1", static_cast<FaultKind>(kind), answers); });
+    bench.tapped->before(8, 50, [&] { bench.bus->setFault("q1", static_cast<FaultKind>(kind), answers); });
     bench.readAll();
     const auto read = bench.awaitRecord();
     QVERIFY(read);
     QVERIFY(isSame(*read, bench.flash()));
     bench.record = *read;
 
-    bench.tapped->before(ReportCode::WriteFlash, 20,
-                         [&] { bench.bus->setFault("q1", static_cast<FaultKind>(kind), answers); });
+    bench.tapped->before(7, 20, [&] { bench.bus->setFault("q1", static_cast<FaultKind>(kind), answers); });
     const FlashDataMap wanted = changedEverywhere(*read);
     bench.change(wanted);
     QVERIFY(bench.awaitInFlash(wanted));
@@ -415,13 +253,81 @@ void tst_portwire_link::faultsAreRepaired()
         QVERIFY(bench.channels->statistics().dropped >= static_cast<unsigned>(answers));
 }
 
+void tst_portwire_link::onlyWhatMayComeUnaskedPasses()
+{
+    Bench bench;
+    // Nobody ordered a reset, asked for a profile or a level; and an answer counts only under its request's number.
+    bench.tapped->replaceAnswers([](const TappedBus::Packet &request) -> TappedBus::Replacement {
+        return {{{9}, {14, 0, 0, 0, {2}}, {8, 0, 4, 0, {5}}, {9, 77}, {6, 0, 0, 0, {1}}, request.answer({7, 0, 0, 0})}};
+    });
+    const auto answer = bench.channels->ask(bench.path, {ReportCode::Battery});
+    QVERIFY(answer);
+    QCOMPARE(int{answer->payload[0]}, 7);
+    QVERIFY(First::await(6));
+    QCOMPARE(First::count(), std::size_t{1});
+    QCOMPARE(bench.channels->statistics().dropped.load(), std::uint64_t{4});
+}
+
+void tst_portwire_link::answersThatAreTooShort_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<int>("times");
+    QTest::addColumn<int>("length"); ///< of the report that comes in the end
+    for (const auto &[code, length] : {std::pair(4, 4), {6, 1}, {14, 1}, {18, 2}})
+        QTest::addRow("%d", code) << code << 1 << length;
+    QTest::newRow("14 always") << 14 << INT_MAX << 0;
+}
+
+void tst_portwire_link::answersThatAreTooShort()
+{
+    QFETCH(int, code);
+    QFETCH(int, times);
+    QFETCH(int, length);
+    std::atomic<int> left{times};
+    Bench bench;
+    bench.tapped->replaceAnswers([&](const TappedBus::Packet &request) -> TappedBus::Replacement {
+        if (request.code != code || left-- <= 0)
+            return {};
+        return {{request.answer()}};
+    });
+    bench.link->add({Job::Kind::Read, {static_cast<ReportCode>(code)}, code == 6});
+    const auto report = First::await(code);
+    QVERIFY(report);
+    QCOMPARE(static_cast<int>(report->payload.size()), length);
+}
+
+void tst_portwire_link::refusedBytesAreGivenUpAlone()
+{
+    std::atomic<int> refusals{0};
+    Bench bench;
+    bench.readAll();
+    const FlashDataMap before = bench.awaitRecord().value();
+    bench.record = before;
+    bench.tapped->replaceAnswers([&](const TappedBus::Packet &request) -> TappedBus::Replacement {
+        if (request.code != 7 || request.address != 161)
+            return {};
+        ++refusals;
+        return {{request.refusal()}};
+    });
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("refuses a write at address 161"));
+    FlashDataMap wanted = changedEverywhere(before);
+    bench.change(wanted);
+    wanted.LightRed = before.LightRed;
+    QVERIFY(bench.awaitInFlash(wanted));
+    bench.record.Lod = 3 - bench.record.Lod;
+    bench.change(bench.record);
+    wanted.Lod = bench.record.Lod;
+    QVERIFY(bench.awaitInFlash(wanted));
+    QCOMPARE(refusals.load(), 1);
+}
+
 void tst_portwire_link::lateAnswerIsNotTaken()
 {
     Bench bench;
     // The first answer says "online". It is held up and arrives in front of the second, when that is no longer true.
     bench.bus->setFault("q1-4k", FaultKind::Stall, 1);
-    bench.tapped->before(ReportCode::Online, 2, [&] { bench.bus->setAwake("q1", false); });
-    const auto answer = bench.channels->ask(bench.path, {ReportCode::Online, 0, 0, {}, 4});
+    bench.tapped->before(3, 2, [&] { bench.bus->setAwake("q1", false); });
+    const auto answer = bench.channels->ask(bench.path, {ReportCode::Online});
     QVERIFY(answer);
     QCOMPARE(int{answer->payload[0]}, 0);
     QCOMPARE(bench.channels->statistics().dropped.load(), std::uint64_t{1});
@@ -434,23 +340,23 @@ void tst_portwire_link::deadDeviceGivesUpSoon()
     QElapsedTimer timer;
     timer.start();
     for (int i = 0; i < 10; ++i)
-        QVERIFY(!bench.channels->ask(bench.path, {ReportCode::DeviceInfo, 0, 0, {}, 3}));
+        QVERIFY(!bench.channels->ask(bench.path, {ReportCode::DeviceInfo}));
     // Some 30 ms for the first and 2 ms for the others, with a margin for a busy machine: a scan asks this often, and
     // whoever scans must not be kept waiting.
     QVERIFY2(timer.elapsed() >= 25 + 9 && timer.elapsed() < 150, qPrintable(QString::number(timer.elapsed())));
     bench.bus->setFault("q1-4k", FaultKind::Drop, 0);
-    QVERIFY(bench.channels->ask(bench.path, {ReportCode::DeviceInfo, 0, 0, {}, 3}));
+    QVERIFY(bench.channels->ask(bench.path, {ReportCode::DeviceInfo}));
     // It has shown itself: the next lost answer is repeated again.
     bench.bus->setFault("q1-4k", FaultKind::Drop, 2);
-    QVERIFY(bench.channels->ask(bench.path, {ReportCode::Online, 0, 0, {}, 4}));
+    QVERIFY(bench.channels->ask(bench.path, {ReportCode::Online}));
     // What isn't asked by a scan always gets its time.
     bench.bus->setFault("q1-4k", FaultKind::Drop, 1000);
     timer.start();
     for (int i = 0; i < 2; ++i)
-        QVERIFY(!bench.channels->ask(bench.path, {ReportCode::LongRange, 0, 0, {}, 1}));
+        QVERIFY(!bench.channels->ask(bench.path, {ReportCode::LongRange}));
     QVERIFY2(timer.elapsed() >= 50, qPrintable(QString::number(timer.elapsed())));
     timer.start();
-    QVERIFY(!bench.channels->ask("a", {ReportCode::Online, 0, 0, {}, 4}));
+    QVERIFY(!bench.channels->ask("a", {ReportCode::Online}));
     QVERIFY(timer.elapsed() < 25);
 }
 
@@ -480,7 +386,7 @@ void tst_portwire_link::batchTakesEffectAsAWhole()
     const FlashDataMap before = bench.flash();
     const FlashDataMap wanted = changedEverywhere(bench.record);
     QSemaphore asleep;
-    bench.tapped->before(ReportCode::WriteFlash, 40, [&] {
+    bench.tapped->before(7, 40, [&] {
         bench.bus->setAwake("q1", false);
         asleep.release();
     });
@@ -502,10 +408,10 @@ void tst_portwire_link::writesComeBeforeReading()
     wanted.LightGreen = 12;
     bench.change(wanted);
     bench.readAll();
-    QVERIFY(!bench.channels->ask(bench.path, {ReportCode::Battery, 0, 0, {}, 4}));
+    QVERIFY(!bench.channels->ask(bench.path, {ReportCode::Battery}));
     QCOMPARE(First::count(), std::size_t{0});
     bool isWrittenFirst = false;
-    bench.tapped->before(ReportCode::ReadFlash, 1, [&] { isWrittenFirst = bench.flash().LightGreen == 12; });
+    bench.tapped->before(8, 1, [&] { isWrittenFirst = bench.flash().LightGreen == 12; });
     bench.bus->setAwake("q1", true);
     const auto read = bench.awaitRecord();
     QVERIFY(read);
@@ -550,7 +456,7 @@ void tst_portwire_link::undeliveredWritesOutliveALinkToTheSameDevice()
 void tst_portwire_link::changeInMidReadStartsOver()
 {
     Bench bench;
-    bench.tapped->before(ReportCode::ReadFlash, 100, [&] {
+    bench.tapped->before(8, 100, [&] {
         bench.bus->changeProfile("q1", 1);
         bench.bus->changeRate("q1", 8);
         bench.bus->changeLevel("q1", 5);
@@ -594,13 +500,13 @@ void tst_portwire_link::writesAfterAChangeOfProfileCarryNothingAlong()
 void tst_portwire_link::unpluggedInMidRead()
 {
     Bench bench;
-    bench.tapped->before(ReportCode::ReadFlash, 60, [&] { bench.bus->setPlugged("q1-4k", false); });
+    bench.tapped->before(8, 60, [&] { bench.bus->setPlugged("q1-4k", false); });
     bench.readAll();
     QTRY_VERIFY(bench.bus->enumerate().empty());
-    QVERIFY(!bench.channels->ask(bench.path, {ReportCode::Online, 0, 0, {}, 4}));
+    QVERIFY(!bench.channels->ask(bench.path, {ReportCode::Online}));
     QCOMPARE(First::count(), std::size_t{0});
     bench.bus->setPlugged("q1-4k", true);
-    QVERIFY2(bench.channels->ask(bench.path, {ReportCode::Online, 0, 0, {}, 4}), "answers as soon as it is back");
+    QVERIFY2(bench.channels->ask(bench.path, {ReportCode::Online}), "answers as soon as it is back");
     const auto read = bench.awaitRecord();
     QVERIFY(read);
     QVERIFY(isSame(*read, bench.flash()));
@@ -619,7 +525,7 @@ void tst_portwire_link::endedLinkCallsNoMore()
     First::block(false);
     QVERIFY(First::awaitIdle());
     bench.bus->changeLevel("q1", 1);
-    QVERIFY(bench.channels->ask(bench.path, {ReportCode::Battery, 0, 0, {}, 4}));
+    QVERIFY(bench.channels->ask(bench.path, {ReportCode::Battery}));
     QCOMPARE(First::count(), std::size_t{1});
 }
 

@@ -168,6 +168,9 @@ void Link::runJob(std::deque<Job> &jobs, std::unique_lock<std::mutex> &lock)
     const bool isOver = outcome == Outcome::Done || outcome == Outcome::Refused;
     const bool isIgnored =
         job.kind == Job::Kind::Read && outcome == Outcome::NoAnswer && ++jobs.front().timesIgnored >= maxTimesIgnored;
+    // A mouse that doesn't tell its profile, or tells it without saying anything, is shown as one that has none.
+    if ((isIgnored || outcome == Outcome::Refused) && job.request.code == ReportCode::CurrentConfig)
+        delivery->post({Frame{ReportCode::CurrentConfig, 0, 0, 0, {}}.header(), {}});
     if (isOver || isIgnored || job.isForReceiver)
         jobs.pop_front();
     else
@@ -178,10 +181,12 @@ void Link::runBatch(const WriteQueue::Batch &batch, std::unique_lock<std::mutex>
 {
     const unsigned wakesBefore = wakes;
     lock.unlock();
-    const Outcome outcome = write(batch);
-    if (outcome == Outcome::Refused)
-        qWarning("portwire: %s refuses a write at address %d", devicePath.c_str(), batch.writes.front().address);
-    if (outcome == Outcome::Done || outcome == Outcome::Refused)
+    const auto [outcome, last] = write(batch);
+    if (outcome == Outcome::Refused) {
+        qWarning("portwire: %s refuses a write at address %d", devicePath.c_str(), last->address);
+        writes->giveUp(*last, batch.serial);
+    }
+    if (outcome == Outcome::Done)
         writes->confirm(batch, Clock::now());
     lock.lock();
     pauseAfter(outcome, wakesBefore);
@@ -215,7 +220,7 @@ std::shared_ptr<Channel> Link::openChannel()
         const bool isAskedFor = std::any_of(mouseJobs.begin(), mouseJobs.end(),
                                             [](const Job &job) { return job.kind == Job::Kind::WholeRecord; });
         if (!isAskedFor)
-            mouseJobs.push_back({Job::Kind::WholeRecord, {ReportCode::ReadFlash, 0, 0, {}, 0}});
+            mouseJobs.push_back({Job::Kind::WholeRecord, {ReportCode::ReadFlash}});
     }
     return channel;
 }
@@ -276,11 +281,8 @@ Link::Outcome Link::readImage(std::vector<std::uint8_t> &image)
         if (isEnded)
             return Outcome::NoAnswer;
         const std::size_t length = std::min(maxPayload, imageSize - image.size());
-        const auto [outcome, answer] = ask({ReportCode::ReadFlash,
-                                            static_cast<std::uint16_t>(image.size()),
-                                            0,
-                                            {static_cast<std::uint8_t>(length)},
-                                            length});
+        const auto [outcome, answer] = ask(
+            {ReportCode::ReadFlash, static_cast<std::uint16_t>(image.size()), 0, {static_cast<std::uint8_t>(length)}});
         if (!answer)
             return outcome;
         image.insert(image.end(), answer->payload.begin(), answer->payload.begin() + static_cast<long>(length));
@@ -288,21 +290,22 @@ Link::Outcome Link::readImage(std::vector<std::uint8_t> &image)
     return Outcome::Done;
 }
 
-Link::Outcome Link::write(const WriteQueue::Batch &batch)
+/** \return what became of the batch, and the write that decided it. */
+std::pair<Link::Outcome, const WriteQueue::Write *> Link::write(const WriteQueue::Batch &batch)
 {
     for (const WriteQueue::Write &next : batch.writes) {
         if (isEnded)
-            return Outcome::NoAnswer;
+            return {Outcome::NoAnswer, &next};
         std::uint8_t flags = 0;
         if (&next == &batch.writes.front())
             flags |= firstOfBatch;
         if (&next == &batch.writes.back())
             flags |= lastOfBatch;
-        const auto [outcome, answer] = ask({ReportCode::WriteFlash, next.address, flags, next.bytes, 0});
+        const auto [outcome, answer] = ask({ReportCode::WriteFlash, next.address, flags, next.bytes});
         if (!answer)
-            return outcome;
+            return {outcome, &next};
     }
-    return Outcome::Done;
+    return {Outcome::Done, nullptr};
 }
 
 /** Gives an answer to the callback; settings are brought together with what the program changed meanwhile. */

@@ -66,7 +66,7 @@ private:
     Outcome perform(const Job &job);
     Outcome readImage();
     Outcome readImage(std::vector<std::uint8_t> &image);
-    Outcome write(const WriteQueue::Batch &batch);
+    std::pair<Outcome, const WriteQueue::Write *> write(const WriteQueue::Batch &batch);
     void deliver(const Frame &frame, std::vector<std::uint8_t> payload, std::uint64_t sinceSerial);
     void arrived(const Frame &frame);
     void wentAway();

@@ -1,8 +1,18 @@
 #include "portwire/link/Reception.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace portwire {
+
+std::size_t leastAnswer(const Request &request)
+{
+    if (request.code == ReportCode::ReadFlash)
+        return request.payload.empty() ? 0 : request.payload[0];
+    const auto known = std::find_if(std::begin(answerLengths), std::end(answerLengths),
+                                    [&](const AnswerLength &each) { return each.code == request.code; });
+    return known == std::end(answerLengths) ? 0 : known->bytes;
+}
 
 Reception::Reception(std::unique_ptr<Endpoint> opened, std::shared_ptr<Statistics> counts)
     : endpoint(std::move(opened)), counters(std::move(counts))
@@ -81,6 +91,10 @@ void Reception::sort(Frame frame)
             ++counters->dropped;
         return;
     }
+    if (!isUnprompted(frame.code)) {
+        ++counters->dropped;
+        return;
+    }
     std::shared_ptr<const ReportListener> current;
     {
         const std::lock_guard lock(mutex);
@@ -98,7 +112,7 @@ bool Reception::complete(Frame &frame)
     if (!waiting || waiting->request.code != frame.code || waiting->request.selector != frame.selector)
         return false;
     const bool isDone = frame.flags == static_cast<std::uint8_t>(AnswerStatus::Done);
-    if (isDone && frame.payload.size() < waiting->request.minimumAnswer)
+    if (isDone && frame.payload.size() < leastAnswer(waiting->request))
         waiting->failed = true; // cut short: asking again at once is better than waiting
     else
         waiting->answer = std::move(frame);

@@ -20,8 +20,10 @@ struct Request
     std::uint16_t selector = 0;
     std::uint8_t flags = 0;
     std::vector<std::uint8_t> payload{};
-    std::size_t minimumAnswer = 0; ///< payload bytes that the answer must have if its status is Done
 };
+
+/** Payload bytes that the answer must have if its status is Done. */
+std::size_t leastAnswer(const Request &request);
 
 /** Gets what a device sends unprompted. Called on whatever thread took the report: it must not wait. */
 using ReportListener = std::function<void(const Frame &)>;

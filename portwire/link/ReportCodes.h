@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace portwire {
@@ -25,6 +27,34 @@ enum class ReportCode : std::uint8_t {
     SetLongRange = 22,
     LongRange = 23,
     ReceiverVersion = 24,
+};
+
+/**
+ * What a device may say without being asked. Anything else that comes unprompted is dropped: a "factory reset is done"
+ * that nobody ordered would make the program clear what the mouse still has.
+ */
+constexpr std::array unpromptedCodes = {ReportCode::PairingStatus, ReportCode::StatusChanged};
+
+constexpr bool isUnprompted(ReportCode code)
+{
+    for (const ReportCode each : unpromptedCodes) {
+        if (each == code)
+            return true;
+    }
+    return false;
+}
+
+/** Payload bytes that an answer with the status Done has. A read of the flash has as many as it asked for. */
+struct AnswerLength
+{
+    ReportCode code;
+    std::size_t bytes;
+};
+constexpr AnswerLength answerLengths[] = {
+    {ReportCode::DeviceInfo, 3},      {ReportCode::Online, 4},         {ReportCode::Battery, 4},
+    {ReportCode::PairingStatus, 1},   {ReportCode::CurrentConfig, 1},  {ReportCode::SelectConfig, 1},
+    {ReportCode::MouseVersion, 2},    {ReportCode::ReceiverLight, 10}, {ReportCode::LongRange, 1},
+    {ReportCode::ReceiverVersion, 2},
 };
 
 /** Status of an answer, at the place of a request's flags. */

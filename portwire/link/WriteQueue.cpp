@@ -145,4 +145,15 @@ void WriteQueue::confirm(const Batch &batch, Clock::time_point now)
     lastConfirmed = now;
 }
 
+void WriteQueue::giveUp(const Write &write, std::uint64_t serial)
+{
+    const std::lock_guard lock(mutex);
+    for (std::size_t at = write.address; at < write.address + write.bytes.size(); ++at) {
+        if (changedAt[at] > serial)
+            continue;
+        queued.reset(at);
+        known.reset(at);
+    }
+}
+
 } // namespace portwire

@@ -67,6 +67,9 @@ public:
     /** The mouse has acknowledged the whole batch. Without this call its bytes stay queued. */
     void confirm(const Batch &batch, Clock::time_point now);
 
+    /** The mouse won't have these bytes: what it holds there isn't known. \param serial of the batch that had them */
+    void giveUp(const Write &write, std::uint64_t serial);
+
 private:
     bool mayBridge(std::size_t from, std::size_t to) const;
     void cut(std::size_t from, std::size_t to, std::vector<Write> &writes) const;

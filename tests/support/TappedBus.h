@@ -1,0 +1,100 @@
+#pragma once
+
+#include "portwire/bus.h"
+#include "portwire/virtual/FirmwarePacket.h"
+
+#include <deque>
+#include <mutex>
+#include <optional>
+
+/** The man in the middle: a bus whose endpoints tell of each request before they send it, and may answer it themselves.
+ */
+class TappedBus : public portwire::Bus
+{
+public:
+    using Packet = portwire::FirmwarePacket;
+    /** Reports that arrive instead of the device's answer; nothing to let the device answer. */
+    using Replacement = std::optional<std::vector<Packet>>;
+
+    explicit TappedBus(std::shared_ptr<portwire::Bus> behind) : bus(std::move(behind)) {}
+
+    std::vector<portwire::DeviceNode> enumerate() override { return bus->enumerate(); }
+    void setChangeNotice(std::function<void()> notice) override { bus->setChangeNotice(std::move(notice)); }
+    std::unique_ptr<portwire::Endpoint> open(const std::string &path) override
+    {
+        auto endpoint = bus->open(path);
+        return endpoint ? std::make_unique<Tap>(*this, std::move(endpoint)) : nullptr;
+    }
+
+    /** Calls `what` before the request that is the `number`th one with this code from now on; 1 is the next. */
+    void before(int code, int number, std::function<void()> what)
+    {
+        const std::lock_guard lock(mutex);
+        awaitedCode = code;
+        remaining = number;
+        action = std::move(what);
+    }
+
+    /** From now on each request is shown to `answer`; empty to end that. */
+    void replaceAnswers(std::function<Replacement(const Packet &)> answer)
+    {
+        const std::lock_guard lock(mutex);
+        replacement = std::move(answer);
+    }
+
+private:
+    class Tap : public portwire::Endpoint
+    {
+    public:
+        Tap(TappedBus &ofBus, std::unique_ptr<portwire::Endpoint> behind) : bus(ofBus), endpoint(std::move(behind)) {}
+        bool send(const portwire::Report &report) override
+        {
+            const auto reports = bus.sending(*Packet::parse(report));
+            if (!reports)
+                return endpoint->send(report);
+            const std::lock_guard lock(mutex);
+            for (const Packet &each : *reports)
+                arriving.push_back(each.build());
+            return true;
+        }
+        bool waitForReport() override { return endpoint->waitForReport(); }
+        bool takeReport(portwire::Report &report) override
+        {
+            const std::lock_guard lock(mutex);
+            if (arriving.empty())
+                return endpoint->takeReport(report);
+            report = std::move(arriving.front());
+            arriving.pop_front();
+            return true;
+        }
+        void close() override { endpoint->close(); }
+
+    private:
+        TappedBus &bus;
+        const std::unique_ptr<portwire::Endpoint> endpoint;
+        std::mutex mutex;
+        std::deque<portwire::Report> arriving; ///< taken by whoever asked; the reader thread isn't told of it
+    };
+
+    Replacement sending(const Packet &request)
+    {
+        std::function<void()> now;
+        std::function<Replacement(const Packet &)> answer;
+        {
+            const std::lock_guard lock(mutex);
+            if (action && request.code == awaitedCode && --remaining == 0)
+                now = std::exchange(action, {});
+            answer = replacement;
+        }
+        if (now)
+            now();
+        return answer ? answer(request) : std::nullopt;
+    }
+
+    const std::shared_ptr<portwire::Bus> bus;
+    std::mutex mutex;
+    int awaitedCode = 0;
+    int remaining = 0;
+    std::function<void()> action;
+    std::function<Replacement(const Packet &)> replacement;
+};
