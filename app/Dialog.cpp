@@ -6,7 +6,7 @@
 #include "buttons/Buttoninterface.h"
 #include "devicelink/DeviceCache.h"
 #include "devicelink/DeviceFlags.h"
-#include "devicelink/Dispatcher.h"
+#include "devicelink/ReportLink.h"
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"
 #include "lighting/LampLight.h"
@@ -162,7 +162,7 @@ void Dialog::on_UpArrow_clicked()
     Wait::serving(100);
     if (Wait::isEnding())
         return;
-    endReportLink();
+    ReportLink::end();
     postMsg()->post(&PostMsg::SigChangeMainDialog, 0);
     postMsg()->post(&PostMsg::SigSetMacroPage);
     ui->stackedWidgetDialog->setCurrentWidget(buttonPage);

@@ -8,7 +8,7 @@
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceScan.h"
 #include "devicelink/DeviceWatch.h"
-#include "devicelink/Dispatcher.h"
+#include "devicelink/ReportLink.h"
 #include "platform/Registry.h"
 #include "portwire/portwire.h"
 #include "productdata/LanguageFile.h"
@@ -78,7 +78,7 @@ void DialogMain::SlotChangeMainDialog(int index)
         ui->stackedWidget->setCurrentIndex(chooserPage);
         DeviceWindowOpen = false;
         postMsg()->post(&PostMsg::SigMainPageChange);
-        endReportLink();
+        ReportLink::end();
         postMsg()->post(&PostMsg::SigCloseProgress);
         postMsg()->post(&PostMsg::SigSecondPageChange);
         // The device that was offline isn't shown any more; its prompt would stand over the chooser.

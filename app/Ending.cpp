@@ -3,6 +3,7 @@
 #include "app/hub/Wait.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/Dispatcher.h"
+#include "devicelink/ReportLink.h"
 #include "devicelink/Worker.h"
 #include "portwire/portwire.h"
 
@@ -38,7 +39,7 @@ void Ending::begin(QWidget *window)
     StopUsbChanged();
     const QDeadlineTimer grace(Wait::scaled(graceTime));
     serveWhile([&grace] { return !grace.hasExpired(); });
-    endReportLink();
+    ReportLink::end();
     if (window)
         window->close();
     QCoreApplication::quit();
@@ -49,7 +50,7 @@ void Ending::finish(QWidget *window)
     Wait::setEnding(true);
     StopUsbChanged();
     serveWhile(isConnecting);
-    endReportLink();
+    ReportLink::end();
     serveWhile(isDispatching);
     delete window;
     begun = false;

@@ -5,9 +5,12 @@
 #include "devicelink/DeviceCache.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/Dispatcher.h"
+#include "devicelink/ReportLink.h"
 #include "devicelink/SelectedDevice.h"
+#include "devicelink/StatusGate.h"
 #include "portwire/portwire.h"
 #include "productdata/ConfigStore.h"
+#include "productdata/ModelData.h"
 
 #include <QDebug>
 
@@ -20,6 +23,19 @@ constexpr int batteryTableSize = 21;
 Worker *theWorker = nullptr; // GUI thread only
 
 bool isOnline(const QByteArray &path) { return UsbFinderC_GetDeviceOnLine(path.constData()) != 0; }
+
+/** Gives the library the battery curve of a model, if it has one. */
+void sendBatteryTable(const DeviceAllInfo &selected)
+{
+    if (selected.DeviceKind != 1 && selected.DeviceKind != 2)
+        return;
+    const QList<int> table =
+        ConfigStore::instance()->numberList(ModelData::section(selected.ModelIndex), QStringLiteral("BatteryParam"));
+    if (table.size() == batteryTableSize)
+        UsbServer_SetBatteryOptimizeSection(table.toVector().constData());
+    else if (!table.isEmpty())
+        qWarning() << "BatteryParam is ignored, it has" << table.size() << "elements";
+}
 
 } // namespace
 
@@ -137,9 +153,14 @@ bool Worker::connectDevice(const DeviceAllInfo &selected, const QByteArray &path
         announceOnline();
     else
         showCache();
-    sendBatteryTable(selected);
-    const auto stillWanted = [&selected] { return DeviceWindowOpen && SelectInfo().get().Path == selected.Path; };
-    if (!startReportLinkIf(stillWanted, path.constData()))
+    // The curve goes to the link that starts next, so it is given to the library only together with this one's start.
+    const auto prepare = [&selected] {
+        if (!DeviceWindowOpen || SelectInfo().get().Path != selected.Path)
+            return false;
+        sendBatteryTable(selected);
+        return true;
+    };
+    if (!ReportLink::startIf(prepare, path, dispatchReport))
         return false;
     lastConnection = Connection{selected.Path, selected.ReceiverClass};
     UsbServer_SetPCDriverStatus(1);
@@ -170,17 +191,6 @@ void Worker::showCache()
     postMsg()->postBlocking(&PostMsg::SigUpDataLightLight, cached);
     postMsg()->postBlocking(&PostMsg::SigUpDataLightSensor, cached);
     postMsg()->postBlocking(&PostMsg::SigForm);
-}
-
-void Worker::sendBatteryTable(const DeviceAllInfo &selected)
-{
-    if (selected.DeviceKind != 1 && selected.DeviceKind != 2)
-        return;
-    const QList<int> table = ConfigStore::instance()->numberList(selectedSection(), QStringLiteral("BatteryParam"));
-    if (table.size() == batteryTableSize)
-        UsbServer_SetBatteryOptimizeSection(table.toVector().constData());
-    else if (!table.isEmpty())
-        qWarning() << "BatteryParam is ignored, it has" << table.size() << "elements";
 }
 
 void requestConnect()

@@ -49,7 +49,6 @@ private:
     bool connectDevice(const DeviceAllInfo &selected, const QByteArray &path);
     void announceOnline();
     void showCache();
-    void sendBatteryTable(const DeviceAllInfo &selected);
     void startAgainIfRequested();
 
     QTimer checkTimer;

@@ -5,9 +5,12 @@
 #include "devicelink/DeviceScan.h"
 #include "devicelink/DeviceSetters.h"
 #include "devicelink/Dispatcher.h"
+#include "devicelink/ReportLink.h"
 #include "devicelink/SelectedDevice.h"
+#include "devicelink/StatusGate.h"
 #include "devicelink/WorkingRecord.h"
 #include "productdata/UserFolders.h"
+#include "support/ConnectedMouse.h"
 #include "support/ProductCopy.h"
 #include "support/TestHome.h"
 #include "support/VirtualMice.h"
@@ -32,20 +35,6 @@ QByteArray bytesOf(const FlashDataMap &record)
     return QByteArray(reinterpret_cast<const char *>(&record), static_cast<int>(flashDataMapSize));
 }
 
-/** Selects the mouse on its receiver, as the chooser would. */
-void select(const QString &mouse)
-{
-    SelectInfo().set({});
-    QList<DeviceAllInfo> entries = findEntries(findDefaultPaths);
-    for (DeviceAllInfo &entry : entries) {
-        if (identifyDevice(entry) == Identity::Known && entry.ModelIndex == (mouse == "q1" ? 0 : 1)) {
-            refreshOnline(entry);
-            SelectInfo().set(entry);
-            DevicePath().set(entry.Path.toUtf8());
-        }
-    }
-}
-
 /** Runs something on a thread of its own, as the library does with a report, while this one serves events. */
 void runOnThread(const std::function<void()> &work)
 {
@@ -54,6 +43,39 @@ void runOnThread(const std::function<void()> &work)
     while (!thread->wait(1))
         QCoreApplication::processEvents();
 }
+
+int written() { return QJsonDocument::fromJson(VirtualMice::tell({"stats"})).object()["written"].toInt(); }
+
+/** Between the library and the dispatcher: lets something happen when a settings reply has left the one for the other.
+ */
+struct Between
+{
+    static void arm(const Setter &click, bool isAnnounced)
+    {
+        onReply = click;
+        losesAnnouncements = !isAnnounced;
+        armed = true;
+    }
+    static bool isArmed() { return armed; }
+
+    static void callback(const std::uint8_t *header, int headerLength, const std::uint8_t *payload,
+                         std::uint32_t length)
+    {
+        if (header[1] == 10 && losesAnnouncements)
+            return;
+        const bool isMeant = header[1] == 8 && armed;
+        if (isMeant && onReply)
+            QMetaObject::invokeMethod(qApp, onReply, Qt::BlockingQueuedConnection);
+        dispatchReport(header, headerLength, payload, length);
+        if (isMeant)
+            armed = false;
+    }
+
+private:
+    static inline Setter onReply;
+    static inline std::atomic<bool> losesAnnouncements{false};
+    static inline std::atomic<bool> armed{false};
+};
 
 } // namespace
 
@@ -73,9 +95,10 @@ private Q_SLOTS:
     void manyChangesOfOneField();
     void identify_data();
     void identify();
-    void dispatcherTakesChangesMadeOnTheMouse();
     void dispatcherDropsRubbish();
     void ratesOfACordedMouse();
+    void aSetterMeetsAReply_data();
+    void aSetterMeetsAReply();
     void twoRereadsInThreeSeconds();
     void resetOfOneMouseSparesTheNext();
     void resetSparesCombinationsOfTheProduct();
@@ -85,30 +108,27 @@ private Q_SLOTS:
     void damagedCache();
 
 private:
-    void connectMouse();
+    static void connectMouse(PortwireReportCallback callback = dispatchReport);
 };
 
 void DeviceLinkTest::init()
 {
     UserFolders::prepare();
     VirtualMice::restoreScene();
-    select("q1");
+    ConnectedMouse::select(0);
 }
 
 void DeviceLinkTest::cleanup()
 {
-    endReportLink();
+    ConnectedMouse::forget();
     SensorUiUpdating = false;
     ReconnectRequested = false;
     RereadPending = false;
 }
 
-void DeviceLinkTest::connectMouse()
+void DeviceLinkTest::connectMouse(PortwireReportCallback callback)
 {
-    LinkUp = false;
-    startReportLink(DevicePath().get().constData());
-    UsbServer_ReadAllFlashData();
-    QTRY_VERIFY(LinkUp);
+    QVERIFY(ConnectedMouse::read(false, callback));
     QCOMPARE(bytesOf(WorkingRecord::instance().copy()), bytesOf(VirtualMice::record("q1")));
 }
 
@@ -272,17 +292,6 @@ void DeviceLinkTest::identify()
 
 // Reports ------------------------------------------------------------------------------------------------------------
 
-void DeviceLinkTest::dispatcherTakesChangesMadeOnTheMouse()
-{
-    connectMouse();
-    VirtualMice::tell({"dpi", "q1", "3"});
-    QTRY_COMPARE(int{WorkingRecord::instance().copy().DpiCurrentLevel}, 3);
-    VirtualMice::tell({"rate", "q1", "4"});
-    QTRY_COMPARE(int{WorkingRecord::instance().copy().ReportRate}, 4);
-    VirtualMice::tell({"battery", "q1", "15"});
-    QTRY_COMPARE(VirtualMice::device("q1")["battery"].toInt(), 15);
-}
-
 void DeviceLinkTest::dispatcherDropsRubbish()
 {
     connectMouse();
@@ -333,6 +342,59 @@ void DeviceLinkTest::ratesOfACordedMouse()
     QTRY_COMPARE(int{VirtualMice::record("q1").ReportRate}, 16);
 }
 
+void DeviceLinkTest::aSetterMeetsAReply_data()
+{
+    QTest::addColumn<QStringList>("onTheMouse");
+    QTest::addColumn<bool>("isAnnounced"); ///< else its word of that gets lost, and the program reads on its own
+    QTest::addColumn<Setter>("click");     ///< when the reply has left the library and the program doesn't have it yet
+    QTest::addColumn<QString>("rateLevelLod");
+    const auto row = [](const char *name, const char *onTheMouse, bool isAnnounced, const char *wanted,
+                        const Setter &click = {}) {
+        QTest::newRow(name) << QString(onTheMouse).split(' ') << isAnnounced << click << QString(wanted);
+    };
+    row("the same field", "rate q1 4", true, "2 0 1", [] { return SetReportRate(2); });
+    row("there and back", "rate q1 4", true, "1 0 1", [] { return SetReportRate(2) && SetReportRate(1); });
+    row("another field", "dpi q1 3", true, "1 3 2", [] { return SetLod(2); });
+    row("the same and another", "dpi q1 3", true, "1 1 2", [] { return SetLod(2) && SetDpiCurrentLevel(1); });
+    row("whole record", "rate q1 4", false, "2 0 1", [] { return SetReportRate(2); });
+    row("no click: the mouse has the last word", "rate q1 4", false, "4 0 1");
+}
+
+/** A click in the microseconds in which a reply is on its way from the library into the record. */
+void DeviceLinkTest::aSetterMeetsAReply()
+{
+    QFETCH(QStringList, onTheMouse);
+    QFETCH(bool, isAnnounced);
+    QFETCH(Setter, click);
+    QFETCH(QString, rateLevelLod);
+    const auto held = [](const FlashDataMap &record) {
+        return QStringLiteral("%1 %2 %3").arg(record.ReportRate).arg(record.DpiCurrentLevel).arg(record.Lod);
+    };
+    connectMouse(Between::callback);
+    // What the mouse will change is what the program set last.
+    QVERIFY(SetReportRate(8) && SetDpiCurrentLevel(5) && SetLod(2));
+    QVERIFY(SetReportRate(1) && SetDpiCurrentLevel(0) && SetLod(1));
+    QVERIFY(ConnectedMouse::isWritten("q1"));
+    const int before = written();
+    if (click)
+        WorkingRecord::instance().settle(); // some report has come since
+
+    Between::arm(click, isAnnounced);
+    VirtualMice::tell(onTheMouse);
+    if (!isAnnounced)
+        UsbServer_ReadAllFlashData();
+    QTRY_COMPARE(Between::isArmed(), false);
+    QTRY_COMPARE(held(WorkingRecord::instance().copy()), rateLevelLod);
+    QVERIFY(ConnectedMouse::isWritten("q1"));
+    if (!click)
+        QCOMPARE(written(), before);
+    // The next change takes along whatever the program has wrong.
+    QVERIFY(SetDebounceTime(19) && SetDebounceTime(20));
+    QTRY_COMPARE(int{VirtualMice::record("q1").DebounceTime}, 20);
+    QVERIFY(ConnectedMouse::isWritten("q1"));
+    QCOMPARE(held(VirtualMice::record("q1")), rateLevelLod);
+}
+
 void DeviceLinkTest::twoRereadsInThreeSeconds()
 {
     connectMouse();
@@ -350,25 +412,22 @@ void DeviceLinkTest::twoRereadsInThreeSeconds()
 /** The record that a reset waits for never comes, the user goes back and takes the other mouse. */
 void DeviceLinkTest::resetOfOneMouseSparesTheNext()
 {
-    const auto connectTo = [](const QString &mouse) {
-        select(mouse);
-        LinkUp = false;
-        startReportLink(DevicePath().get().constData());
-        UsbServer_ReadAllFlashData();
-        return QTest::qWaitFor([] { return LinkUp.load(); });
+    const auto connectTo = [](int model) {
+        ConnectedMouse::select(model);
+        return ConnectedMouse::read(false);
     };
-    QVERIFY(connectTo("q2"));
+    QVERIFY(connectTo(1));
     QVERIFY(SetMacro(4, {6, 0, 1}, {2, "Ab", 2, {{0, 1, 4, 10}, {1, 1, 4, 0}}}));
     QTRY_COMPARE(int{VirtualMice::record("q2").MacroSlots[4].EventCount}, 2);
-    endReportLink();
+    ReportLink::end();
 
-    QVERIFY(connectTo("q1"));
+    QVERIFY(connectTo(0));
     VirtualMice::tell({"fault", "q1", "drop", "1000000"});
     const std::array<std::uint8_t, 5> reset{0, 9, 0, 0, 0};
     runOnThread([&reset] { dispatchReport(reset.data(), 5, nullptr, 0); });
-    endReportLink();
+    ReportLink::end();
 
-    QVERIFY(connectTo("q2"));
+    QVERIFY(connectTo(1));
     QVERIFY(SetReportRate(4));
     QTRY_COMPARE(int{VirtualMice::record("q2").ReportRate}, 4);
     QCOMPARE(int{VirtualMice::record("q2").MacroSlots[4].EventCount}, 2);

@@ -1,6 +1,7 @@
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/Dispatcher.h"
+#include "devicelink/ReportLink.h"
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"
 #include "lighting/LampLight.h"
@@ -130,7 +131,7 @@ void LightingTest::init()
     page->show();
     LightUiLoaded = false;
     LinkUp = false;
-    startReportLink(path.constData());
+    ReportLink::start(path, dispatchReport);
     UsbServer_ReadAllFlashData();
     QTRY_VERIFY(LightUiLoaded && LinkUp);
     DeviceWritesEnabled = true;
@@ -152,7 +153,7 @@ void LightingTest::init()
 
 void LightingTest::cleanup()
 {
-    endReportLink();
+    ReportLink::end();
     DeviceWritesEnabled = false;
     QTRY_VERIFY(!isDispatching());
     page.reset();

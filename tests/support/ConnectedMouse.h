@@ -4,6 +4,7 @@
 #include "devicelink/DeviceIdentity.h"
 #include "devicelink/DeviceScan.h"
 #include "devicelink/Dispatcher.h"
+#include "devicelink/ReportLink.h"
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"
 #include "support/VirtualMice.h"
@@ -33,12 +34,12 @@ inline void select(int modelIndex, bool corded = false)
 }
 
 /** Links the selected mouse and waits until the record is read and the sensor page, if there is one, shows it. */
-inline bool read(bool withSensorPage)
+inline bool read(bool withSensorPage, PortwireReportCallback callback = dispatchReport)
 {
     LinkUp = false;
     SensorUiLoaded = false;
     DeviceWritesEnabled = true;
-    startReportLink(DevicePath().get().constData());
+    ReportLink::start(DevicePath().get(), callback);
     UsbServer_ReadAllFlashData();
     return QTest::qWaitFor([=] { return LinkUp && (SensorUiLoaded || !withSensorPage); });
 }
@@ -46,7 +47,7 @@ inline bool read(bool withSensorPage)
 /** State of the process as before any mouse. */
 inline void forget()
 {
-    endReportLink();
+    ReportLink::end();
     while (isDispatching())
         QCoreApplication::processEvents();
     DeviceWritesEnabled = false;
