@@ -1,4 +1,4 @@
-/** The folder in which the virtual bus keeps its state: any scene, any flash, then a button pressed on what came of it.
+/** The folder in which the virtual bus keeps its state: any scene, any flash, then buttons pressed on what came of it.
  */
 #include "FuzzHome.h"
 #include "FuzzInput.h"
@@ -7,6 +7,8 @@
 #include "portwire/virtual/VirtualBus.h"
 
 #include <QDataStream>
+
+#include <utility>
 
 using namespace portwire;
 
@@ -31,7 +33,18 @@ QByteArray flashFile(FuzzInput &input)
     return content;
 }
 
-void use(VirtualBus &bus, int slot)
+/** Buttons one after the other and at the same time; one of them is held for long. */
+std::vector<ButtonPress> pressesFrom(FuzzInput &input)
+{
+    const int first = input.byte() % 16;
+    return {{first, 0, 50},
+            {(first + 1) % 16, input.byte(), 300},
+            {first, 60, 60 + input.byte()},
+            {(first + 2) % 16, 400, 1000000},
+            {first, 500, 500 + input.byte()}};
+}
+
+void use(VirtualBus &bus, const std::vector<ButtonPress> &presses)
 {
     for (const DeviceDescription &device : bus.describe()) {
         if (device.isReceiver)
@@ -39,9 +52,15 @@ void use(VirtualBus &bus, int slot)
         std::vector<std::uint8_t> record;
         require(bus.record(device.id, record).empty() && record.size() == 10428, "a mouse has a record");
         std::vector<HidEvent> events;
-        require(bus.press(device.id, slot, events).empty(), "a button can be pressed");
+        require(bus.play(device.id, presses, events).empty(), "buttons can be pressed");
+        require(events.size() < ButtonPlayer::mostSteps + 500, "a play has an end");
+        std::int64_t before = 0;
         for (const HidEvent &event : events)
-            require(event.atMs >= 0 && event.code >= -1, "an event is one");
+            require(event.atMs >= std::exchange(before, event.atMs) && event.code >= -1, "an event is one");
+        require(bus.setRecord(device.id, record).empty(), "a record can be written");
+        std::vector<std::uint8_t> again;
+        bus.record(device.id, again);
+        require(again == record, "a record that was written is the one that is read");
     }
     bus.enumerate();
 }
@@ -79,7 +98,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString folder = FuzzHome::instance().path("scene");
     QDir(folder).removeRecursively();
     QDir().mkpath(folder);
-    const int slot = input.byte() % 16;
+    const std::vector<ButtonPress> presses = pressesFrom(input);
     FuzzHome::write(folder + "/flash-q1.bin", flashFile(input));
     FuzzHome::write(folder + "/scene.json", input.rest());
 
@@ -90,7 +109,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(kept->mice.size() + kept->receivers.size() <= 64, "a bus has few devices");
     const auto bus = VirtualBus::create();
     bus->setScene(*kept);
-    use(*bus, slot);
+    use(*bus, presses);
     const Scene now = bus->scene();
     store.save(now);
     const auto again = SceneStore(folder).load();

@@ -835,6 +835,11 @@ void tst_portwire_link::controlProgram_data()
     QTest::addColumn<QByteArray>("errors");
     QTest::newRow("done") << QStringList{"dpi", "q1", "2"} << 0 << QByteArray("{") << QByteArray();
     QTest::newRow("refused") << QStringList{"dpi", "q1", "8"} << 1 << QByteArray() << QByteArray("portwirectl: ");
+    QTest::newRow("played") << QStringList{"play", "q1", "1:0-50", "0:60-90"} << 0
+                            << QByteArray(R"({"action":"press","at":0,"code":2,"ms":0,"type":"button"})")
+                            << QByteArray();
+    QTest::newRow("no record") << QStringList{"flash", "q1", "/dev/null"} << 1 << QByteArray()
+                               << QByteArray("portwirectl: /dev/null doesn't have");
     QTest::newRow("help") << QStringList{"--help"} << 0 << QByteArray("usage: ") << QByteArray();
     QTest::newRow("no command") << QStringList() << 1 << QByteArray() << QByteArray("usage: ");
 }

@@ -1,9 +1,8 @@
-#include "portwire/virtual/ButtonPlayer.h"
 #include "portwire/virtual/VirtualBus.h"
 
 #include <QtTest>
 
-#include <cstring>
+#include <random>
 
 using namespace portwire;
 
@@ -56,6 +55,17 @@ QString text(const std::vector<HidEvent> &events)
     return list.join(", ");
 }
 
+/** Presses written as for `portwirectl play`. */
+std::vector<ButtonPress> pressesIn(const QString &words)
+{
+    std::vector<ButtonPress> presses;
+    for (const QString &word : words.split(' ')) {
+        const QStringList numbers = QString(word).replace('-', ':').split(':');
+        presses.push_back({numbers[0].toInt(), numbers[1].toInt(), numbers[2].toInt()});
+    }
+    return presses;
+}
+
 /** A mouse with a list of what it announces. */
 struct ToldMouse
 {
@@ -79,10 +89,9 @@ class tst_virtualmouse : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsDpi_data();
     void readsDpi();
     void factoryState();
-    void exportsItsRecord();
+    void recordAndImageAreTheSame();
     void refusesWhatIsOutside_data();
     void refusesWhatIsOutside();
     void batchIsStagedUntilItsEnd();
@@ -91,6 +100,8 @@ private Q_SLOTS:
     void tellsOfChangesMadeOnIt();
     void buttons_data();
     void buttons();
+    void ratesEndWithTheLink();
+    void refusesImpossiblePresses();
     void buttonsSurviveAnyFlash();
     void receiverAnswersForAMouseThatDoesNot();
     void spoiledRequestsAndAnnouncements_data();
@@ -98,38 +109,24 @@ private Q_SLOTS:
     void latencyKeepsTheOrder();
 };
 
-void tst_virtualmouse::readsDpi_data()
-{
-    QTest::addColumn<int>("sensor");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<int>("flags");
-    QTest::addColumn<int>("dpi");
-    const auto row = [](const char *name, Sensor sensor, int code, int flags, int dpi) {
-        QTest::newRow(name) << static_cast<int>(sensor) << code << flags << dpi;
-    };
-    row("3395, first", Sensor::Sensor3395, 0, 0x00, 50);
-    row("3395, plain", Sensor::Sensor3395, 31, 0x00, 1600);
-    row("3395, high bits", Sensor::Sensor3395, 43, 0x44, 15000);
-    row("3395, last", Sensor::Sensor3395, 7, 0x88, 26000);
-    row("3395, steps of 100", Sensor::Sensor3395, 31, 0x22, 3200);
-    row("3395, doubled", Sensor::Sensor3395, 31, 0x11, 3200);
-    row("3395, both", Sensor::Sensor3395, 31, 0x33, 6400);
-    row("3311, first", Sensor::Sensor3311, 4, 0x00, 100);
-    row("3311, last", Sensor::Sensor3311, 127, 0x00, 12400);
-    row("3311, doubled", Sensor::Sensor3311, 127, 0x11, 24800);
-    row("3311, below the table", Sensor::Sensor3311, 0, 0x00, 100);
-    row("3311, above the table", Sensor::Sensor3311, 255, 0x00, 12400);
-    row("unknown, no high bits", Sensor::Unknown, 43, 0x44, 2200);
-}
-
 void tst_virtualmouse::readsDpi()
 {
-    QFETCH(int, sensor);
-    QFETCH(int, code);
-    QFETCH(int, flags);
-    QFETCH(int, dpi);
-    QCOMPARE(dpiOfCode(static_cast<Sensor>(sensor), static_cast<std::uint8_t>(code), static_cast<std::uint8_t>(flags)),
-             dpi);
+    const struct
+    {
+        Sensor sensor;
+        std::uint8_t code, flags;
+        int dpi;
+    } levels[] = {
+        {Sensor::Sensor3395, 0, 0x00, 50},      {Sensor::Sensor3395, 31, 0x00, 1600},
+        {Sensor::Sensor3395, 43, 0x44, 15000},  {Sensor::Sensor3395, 7, 0x88, 26000},
+        {Sensor::Sensor3395, 31, 0x22, 3200},   {Sensor::Sensor3395, 31, 0x11, 3200},
+        {Sensor::Sensor3395, 31, 0x33, 6400},   {Sensor::Sensor3311, 4, 0x00, 100},
+        {Sensor::Sensor3311, 127, 0x00, 12400}, {Sensor::Sensor3311, 127, 0x11, 24800},
+        {Sensor::Sensor3311, 0, 0x00, 100},     {Sensor::Sensor3311, 255, 0x00, 12400},
+        {Sensor::Unknown, 43, 0x44, 2200},
+    };
+    for (const auto &level : levels)
+        QCOMPARE(dpiOfCode(level.sensor, level.code, level.flags), level.dpi);
 }
 
 void tst_virtualmouse::factoryState()
@@ -144,16 +141,16 @@ void tst_virtualmouse::factoryState()
             QCOMPARE(told.mouse.flash().dpi(told.mouse.sensor()), levels[level]);
         }
         QCOMPARE(told.mouse.flash().rateHz(), 1000);
-        const char *const functions[] = {"0 +button 1, 0 -button 1", "0 +button 2, 0 -button 2",
-                                         "0 +button 4, 0 -button 4", "0 +button 16, 0 -button 16",
-                                         "0 +button 8, 0 -button 8", "0 +dpi 400"};
-        for (int slot = 0; slot < 6; ++slot)
-            QCOMPARE(text(ButtonPlayer(told.mouse).press(slot)), QString(functions[slot]));
-        QCOMPARE(text(ButtonPlayer(told.mouse).press(6)), QString());
+        std::vector<ButtonPress> presses;
+        for (int slot = 0; slot < 16; ++slot)
+            presses.push_back({slot, 10 * slot, 10 * slot + 5});
+        QCOMPARE(text(ButtonPlayer(told.mouse, 1000).play(presses)),
+                 QString("0 +button 1, 5 -button 1, 10 +button 2, 15 -button 2, 20 +button 4, 25 -button 4, "
+                         "30 +button 16, 35 -button 16, 40 +button 8, 45 -button 8, 50 +dpi 400"));
     }
 }
 
-void tst_virtualmouse::exportsItsRecord()
+void tst_virtualmouse::recordAndImageAreTheSame()
 {
     ToldMouse told("q1");
     const Bytes changes[] = {
@@ -191,6 +188,22 @@ void tst_virtualmouse::exportsItsRecord()
                                               record.begin() + static_cast<long>(part.at + part.values.size()));
         QVERIFY2(found == part.values, qPrintable(QString::number(part.at)));
     }
+
+    // Another program's record: back to the same image, and counts and lengths as they are.
+    std::array<std::uint8_t, FirmwareFlash::recordSize> given{};
+    std::copy(record.begin(), record.end(), given.begin());
+    ToldMouse other("q1");
+    other.mouse.setRecord(given);
+    QVERIFY(other.mouse.flash().bytes == told.mouse.flash().bytes);
+    given.fill(0xFF);
+    other.mouse.setRecord(given);
+    const auto &bytes = other.mouse.flash().bytes;
+    for (const std::size_t count : {256, 768, 768 + 31})
+        QCOMPARE(int{bytes[count]}, 255);
+    // Release of a kind without bits: kind and code 0, and the longest delay.
+    const std::uint8_t event[] = {0x01, 0xE0, 0xFF, 0xFF, 0xFF};
+    QVERIFY(std::equal(std::begin(event), std::end(event), &bytes[768 + 32]));
+    QVERIFY(other.told.empty());
 }
 
 void tst_virtualmouse::refusesWhatIsOutside_data()
@@ -306,72 +319,142 @@ void tst_virtualmouse::tellsOfChangesMadeOnIt()
     QCOMPARE(told.mouse.answer({4, 1, 0, 0, {}}).data, (std::vector<std::uint8_t>{5, 0, 0, 0}));
 }
 
+/** Functions of the buttons 2 and following, a block of the flash, what the hand does and what comes of it. */
 void tst_virtualmouse::buttons_data()
 {
-    QTest::addColumn<QByteArray>("function");
-    QTest::addColumn<int>("blockAt");
+    QTest::addColumn<QByteArray>("functions");
     QTest::addColumn<QByteArray>("block");
+    QTest::addColumn<QString>("presses");
     QTest::addColumn<QString>("events");
-    const auto row = [](const char *name, const char *function, const char *events, int blockAt = 0,
+    const auto row = [](const char *name, const char *functions, const char *events, const char *presses = "2:0-50",
                         const char *block = "") {
-        QTest::newRow(name) << QByteArray::fromHex(function) << blockAt << QByteArray::fromHex(block)
+        QTest::newRow(name) << QByteArray::fromHex(functions) << QByteArray::fromHex(block) << QString(presses)
                             << QString(events);
     };
     row("nothing", "000000", "");
-    row("back", "010800", "0 +button 8, 0 -button 8");
+    row("back", "010800", "0 +button 8, 50 -button 8");
+    row("shorter than the debounce time", "010800", "10 +button 8, 14 -button 8", "2:0-3 2:10-14");
     row("next level", "020100", "0 +dpi 3200");
     row("level up", "020200", "0 +dpi 3200");
     row("level down", "020300", "0 +dpi 800");
     row("tilt right", "030200", "0 +tilt 1");
-    row("fire", "041e02", "0 +button 1, 0 -button 1, 30 +button 1, 30 -button 1");
-    row("fire while held", "040a00", "0 +button 1, 0 -button 1");
-    row("Ctrl+C", "050000", "0 +modifier 1, 10 +key 6, 20 -key 6, 30 -modifier 1", 256,
-        "040840010000 3240010000 3340010000 0940010000");
-    row("browser search", "050000", "0 +consumer 545, 10 -consumer 545", 256, "02 0c51010000 0d51010000");
-    // two events, 70,000 ms between them, played twice
-    row("macro", "060002", "0 +key 4, 70000 -key 4, 70000 +key 4, 140000 -key 4", 768 + 31, "02 22002e2200 2300000000");
-    row("macro until let go", "0600fe", "0 +button 2, 0 -button 2", 768 + 31, "02 1600000000 1700000000");
-    row("rate", "070000", "0 +rate 125");
+    row("fire", "041e02", "0 +button 1, 15 -button 1, 30 +button 1, 45 -button 1", "2:0-5");
+    row("fire while held", "041401", "0 +button 1, 10 -button 1");
+    row("fire until let go", "041400", "0 +button 1, 10 -button 1, 20 +button 1, 30 -button 1", "2:0-25");
+    const char ctrlC[] = "040840010000 3240010000 3340010000 0940010000";
+    row("Ctrl+C", "050000", "0 +modifier 1, 10 +key 6, 50 -key 6, 60 -modifier 1", "2:0-50", ctrlC);
+    row("short Ctrl+C", "050000", "0 +modifier 1, 10 +key 6, 20 -key 6, 30 -modifier 1", "2:0-5", ctrlC);
+    row("browser search", "050000", "0 +consumer 545, 300 -consumer 545", "2:0-300", "02 0c51010000 0d51010000");
+    // two events, 70,000 ms between them, played twice; the second press comes too early
+    row("macro", "060202", "0 +key 4, 70000 -key 4, 70000 +key 4, 140000 -key 4", "2:0-50 2:60-70",
+        "02 22002e2200 2300000000");
+    const char shiftA[] = "04 1040010000 22800c0000 2340010000 1140010000"; // 10, 100, 10 and 10 ms
+    row("until let go", "0602fe", "0 +modifier 2, 10 +key 4, 110 -key 4, 110 -modifier 2", "2:0-50", shiftA);
+    row("held on in time", "0602fe",
+        "0 +modifier 2, 10 +key 4, 110 -key 4, 120 -modifier 2, 130 +modifier 2, 140 -modifier 2", "2:0-50 2:90-135",
+        shiftA);
+    row("without delays", "0602fe", "0 +button 2, 0 -button 2, 1 +button 2, 1 -button 2, 10 +button 2, 10 -button 2",
+        "2:0-2 2:10-10", "02 1600000000 1700000000");
+    const char tapA[] = "02 22c0030000 23c0030000"; // 30 ms each
+    const QString twice = "0 +key 4, 30 -key 4, 60 +key 4, 90 -key 4";
+    row("until pressed again", "0602ff", qPrintable(twice), "2:0-50 2:100-110", tapA);
+    row("another button is none of its", "0602ff", qPrintable("0 +button 1, " + twice + ", 95 -button 1"),
+        "2:0-50 0:0-95 2:100-110", tapA);
+    row("until any button", "0602fd", qPrintable(twice + ", 100 +button 1, 110 -button 1"), "2:0-50 0:100-110", tapA);
+    row("until any button, its own", "0602fd", qPrintable(twice), "2:0-50 2:100-110", tapA);
+    row("what no report holds", "060201", "20 -key 4", "2:0-50", "04 1840010000 0641010000 0208000000 2300000000");
     row("all lights", "080000", "0 +light 0, 0 +indicator 0");
     row("indicator", "080100", "0 +indicator 0");
     row("next effect", "080400", "0 +light 1");
     row("profile", "090000", "0 +profile 1");
-    row("DPI lock", "0a0700", "0 +dpi 400, 0 +dpi 1600");
+    row("profile in a macro", "060201 090000", qPrintable("0 +key 4, 10 +profile 1, 30 -key 4"), "2:0-5 3:10-20", tapA);
+    row("DPI locks", "0a0700 0a0f00", "0 +dpi 400, 20 +dpi 800, 50 +dpi 800, 100 +dpi 1600", "2:0-50 3:20-100");
     row("wheel down", "0b0200", "0 +wheel -1");
-    row("unknown", "7f0101", "");
+    for (const char *unknown : {"7f0101", "010300", "010101", "020400", "030000", "040901", "041404", "050001",
+                                "060101", "060200", "0602fb", "070100", "080200", "090100", "0a0701", "0b0300"})
+        row(unknown, unknown, "", "2:0-50", tapA);
 }
 
 void tst_virtualmouse::buttons()
 {
-    QFETCH(QByteArray, function);
-    QFETCH(int, blockAt);
+    QFETCH(QByteArray, functions);
     QFETCH(QByteArray, block);
+    QFETCH(QString, presses);
     QFETCH(QString, events);
     ToldMouse told("q1");
-    told.put({96, {function.begin(), function.end()}});
+    told.put({54, {QByteArray(QTest::currentDataTag()).startsWith("without") ? std::uint8_t{0} : std::uint8_t{4}}});
+    told.put({96 + 2 * 3, {functions.begin(), functions.end()}});
     if (!block.isEmpty())
-        told.put({static_cast<std::size_t>(blockAt), {block.begin(), block.end()}});
-    QCOMPARE(text(ButtonPlayer(told.mouse).press(0)), events);
+        told.put({functions.at(0) == 5 ? std::size_t{256 + 2 * 32} : std::size_t{768 + 2 * 384 + 31},
+                  {block.begin(), block.end()}});
+    QCOMPARE(text(ButtonPlayer(told.mouse, 4000).play(pressesIn(presses))), events);
+}
+
+void tst_virtualmouse::ratesEndWithTheLink()
+{
+    const std::pair<const char *, std::vector<int>> links[] = {
+        {"cable", {125, 250, 500, 1000, 125}},
+        {"1k", {125, 250, 500, 1000, 125}},
+        {"2k", {2000, 125, 250, 500, 1000}},
+        {"4k", {2000, 4000, 125, 250, 500}},
+    };
+    for (const auto &[link, rates] : links) {
+        const auto bus = VirtualBus::create();
+        std::string id;
+        QVERIFY(bus->add("q1", link, id).empty());
+        std::vector<std::uint8_t> record;
+        bus->record(id, record);
+        record[74] = 7;
+        record[75] = 0;
+        QVERIFY(bus->setRecord(id, record).empty());
+        std::vector<HidEvent> events;
+        QVERIFY(bus->play(id, pressesIn("0:0-10 0:20-30 0:40-50 0:60-70 0:80-90"), events).empty());
+        std::vector<int> found;
+        for (const HidEvent &event : events)
+            found.push_back(event.code);
+        QVERIFY2(found == rates, link);
+    }
+}
+
+void tst_virtualmouse::refusesImpossiblePresses()
+{
+    const auto bus = VirtualBus::create();
+    std::string id;
+    bus->add("q1", "cable", id);
+    std::vector<HidEvent> events;
+    for (const char *presses : {"16:0-1", "2:10-5", "2:0-50 2:40-60"})
+        QVERIFY2(!bus->play(id, pressesIn(presses), events).empty() && events.empty(), presses);
+    QVERIFY(!bus->play(id, {{-1, 0, 1}}, events).empty());
+    QVERIFY(!bus->setRecord(id, std::vector<std::uint8_t>(10427)).empty());
+    // Given in any order, they are played by their time.
+    QVERIFY(bus->play(id, pressesIn("1:10-20 0:0-5"), events).empty());
+    QCOMPARE(text(events), QString("0 +button 1, 5 -button 1, 10 +button 2, 20 -button 2"));
 }
 
 void tst_virtualmouse::buttonsSurviveAnyFlash()
 {
-    std::uint32_t random = 1;
+    std::mt19937 random(1);
     for (int round = 0; round < 40; ++round) {
         VirtualMouse mouse(*findMouseModel("q1"), HandClock());
         VirtualMouse::Stored stored;
         for (FirmwareFlash &profile : stored.profiles) {
-            for (std::uint8_t &byte : profile.bytes) {
-                random = random * 1664525 + 1013904223;
-                byte = static_cast<std::uint8_t>(random >> 24);
+            for (std::uint8_t &byte : profile.bytes)
+                byte = static_cast<std::uint8_t>(random());
+            // Most random parameters are unknown; these play without end.
+            for (std::uint8_t slot = 0; slot < 16; ++slot) {
+                const std::uint8_t endless[] = {6, slot, 253};
+                std::copy(endless, endless + (slot % 2 == 0 ? 3 : 0), &profile.bytes[96 + 3 * slot]);
             }
-            for (std::size_t slot = 0; slot < 16; ++slot)
-                profile.bytes[96 + 3 * slot] %= 13;
         }
+        std::vector<ButtonPress> presses;
+        for (int slot = 0; slot < 16; ++slot)
+            presses.push_back({slot, 100 * slot, 100 * slot + 99});
         stored.activeProfile = 200;
         mouse.setContent(stored);
-        for (int slot = -1; slot < 17; ++slot)
-            QVERIFY(ButtonPlayer(mouse).press(slot).size() <= std::size_t{250} * 70);
+        const auto events = ButtonPlayer(mouse, 4000).play(presses);
+        QVERIFY(events.size() < ButtonPlayer::mostSteps + 16 * 75);
+        QVERIFY(std::is_sorted(events.begin(), events.end(),
+                               [](const HidEvent &a, const HidEvent &b) { return a.atMs < b.atMs; }));
         QVERIFY(mouse.flash().currentLevel() < mouse.flash().levelCount());
     }
 }

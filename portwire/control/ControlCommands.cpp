@@ -1,10 +1,14 @@
 #include "portwire/control/ControlCommands.h"
 
+#include "portwire/control/ControlJson.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <algorithm>
+#include <limits>
 
 namespace portwire {
 
@@ -22,48 +26,6 @@ QByteArray line(const QJsonObject &object) { return QJsonDocument(object).toJson
 ControlResult failure(const QString &error) { return {{}, error}; }
 
 QString text(const std::string &value) { return QString::fromStdString(value); }
-
-QJsonObject toJson(const LightState &light)
-{
-    return {{"on", light.isOn},
-            {"mode", light.mode},
-            {"red", light.red},
-            {"green", light.green},
-            {"blue", light.blue},
-            {"speed", light.speed},
-            {"brightness", light.brightness}};
-}
-
-QJsonObject toJson(const DeviceDescription &device)
-{
-    const QByteArray address(reinterpret_cast<const char *>(device.address.data()),
-                             static_cast<int>(device.address.size()));
-    QJsonObject object{{"id", text(device.id)},
-                       {"kind", device.isReceiver ? "receiver" : "mouse"},
-                       {"model", text(device.model)},
-                       {"pid", text(device.product)},
-                       {"path", text(device.path)},
-                       {"plugged", device.isPlugged},
-                       {"awake", device.isAwake},
-                       {"corded", device.isCorded},
-                       {"address", QString::fromLatin1(address.toHex())},
-                       {"battery", device.batteryPercent},
-                       {"charging", device.isCharging},
-                       {"dpi", device.dpi},
-                       {"rate", device.rateHz},
-                       {"level", device.level},
-                       {"profile", device.profile},
-                       {"latency", static_cast<double>(device.latency.count()) / 1000}};
-    if (device.isReceiver) {
-        object["mouse"] = text(device.partner);
-        object["light"] = QJsonObject{{"mode", device.receiverLightMode}};
-    } else {
-        object["receiver"] = text(device.partner);
-        object["program"] = device.isProgramShown;
-        object["light"] = toJson(device.light);
-    }
-    return object;
-}
 
 /** The device as it is now, as the answer to a command that changed it. */
 ControlResult deviceOrFailure(const Context &context, const std::string &error)
@@ -163,41 +125,45 @@ ControlResult battery(const Context &context)
     return deviceOrFailure(context, context.bus.setBattery(idOf(context), numberAt(context, 1), isCharging));
 }
 
-constexpr struct
-{
-    HidEvent::Type type;
-    const char *name;
-} eventNames[] = {
-    {HidEvent::Type::MouseButton, "button"},
-    {HidEvent::Type::Modifier, "modifier"},
-    {HidEvent::Type::Key, "key"},
-    {HidEvent::Type::Consumer, "consumer"},
-    {HidEvent::Type::Wheel, "wheel"},
-    {HidEvent::Type::Tilt, "tilt"},
-    {HidEvent::Type::Dpi, "dpi"},
-    {HidEvent::Type::ReportRate, "rate"},
-    {HidEvent::Type::Light, "light"},
-    {HidEvent::Type::Indicator, "indicator"},
-    {HidEvent::Type::Profile, "profile"},
-};
-
 /** One event a line. */
-ControlResult press(const Context &context)
+ControlResult play(const Context &context, const std::vector<ButtonPress> &presses)
 {
     std::vector<HidEvent> events;
-    const std::string error = context.bus.press(idOf(context), numberAt(context, 1), events);
+    const std::string error = context.bus.play(idOf(context), presses, events);
     if (!error.empty())
         return failure(text(error));
     QByteArray lines;
-    for (const HidEvent &event : events) {
-        const auto *const name = std::find_if(std::begin(eventNames), std::end(eventNames),
-                                              [&](const auto &known) { return known.type == event.type; });
-        lines += line({{"at", static_cast<double>(event.atMs)},
-                       {"type", name->name},
-                       {"action", event.isPress ? "press" : "release"},
-                       {"code", event.code}});
-    }
+    for (const HidEvent &event : events)
+        lines += line(toJson(event));
     return {lines, {}};
+}
+
+ControlResult press(const Context &context)
+{
+    constexpr int usualMs = 50;
+    return play(context, {{numberAt(context, 1), 0, numberAt(context, 2, usualMs)}});
+}
+
+ControlResult play(const Context &context)
+{
+    static const QRegularExpression form(QStringLiteral("\\A(\\d{1,9}):(\\d{1,9})-(\\d{1,9})\\z"));
+    std::vector<ButtonPress> presses;
+    for (const QString &word : context.arguments.mid(1)) {
+        const QRegularExpressionMatch match = form.match(word);
+        if (!match.hasMatch())
+            return failure(QStringLiteral("'%1' isn't of the form SLOT:DOWN-UP").arg(word));
+        presses.push_back({match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt()});
+    }
+    return play(context, presses);
+}
+
+/** The record comes in base64: what is read is the client's business. */
+ControlResult flash(const Context &context)
+{
+    const auto decoded =
+        QByteArray::fromBase64Encoding(context.arguments[1].toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
+    const QByteArray &bytes = *decoded;
+    return deviceOrFailure(context, context.bus.setRecord(idOf(context), {bytes.begin(), bytes.end()}));
 }
 
 ControlResult fault(const Context &context)
@@ -247,6 +213,9 @@ struct Command
     ControlResult (*run)(const Context &context);
 };
 
+/** Of a command that takes any number; the line that brings them has its bound. */
+constexpr int mostArguments = std::numeric_limits<int>::max();
+
 constexpr Command commands[] = {
     {"devices", "", 0, 0, devices},
     {"record", "ID", 1, 1, record},
@@ -256,7 +225,9 @@ constexpr Command commands[] = {
     {"unplug", "ID", 1, 1, unplug},
     {"sleep", "ID", 1, 1, sleep},
     {"wake", "ID", 1, 1, wake},
-    {"press", "ID SLOT", 2, 2, press},
+    {"press", "ID SLOT [MS]", 2, 3, press},
+    {"play", "ID SLOT:DOWN-UP...", 2, mostArguments, play},
+    {"flash", "ID RECORD", 2, 2, flash},
     {"dpi", "ID LEVEL", 2, 2, dpi},
     {"rate", "ID CODE", 2, 2, rate},
     {"profile", "ID N", 2, 2, profile},

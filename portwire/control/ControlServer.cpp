@@ -11,8 +11,8 @@ namespace portwire {
 
 namespace {
 
-/** The longest command is far shorter; a client that sends more is none of ours. */
-constexpr qint64 longestLine = 4096;
+/** A record in base64 has 14 KB, all else is far shorter; a client that sends more is none of ours. */
+constexpr qint64 longestLine = 1 << 15;
 
 /** Whether another process serves this socket, rather than having left it behind. */
 bool isServed(const QString &socketPath)

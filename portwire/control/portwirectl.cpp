@@ -1,6 +1,7 @@
 #include "portwire/control/ControlClient.h"
 
 #include <QCoreApplication>
+#include <QFile>
 
 #include <cstdio>
 
@@ -15,7 +16,10 @@ const char usage[] =
     "  remove ID                        a mouse with its receiver, or a receiver, less\n"
     "  plug ID, unplug ID               a receiver, or the cable of a mouse\n"
     "  sleep ID, wake ID                the mouse\n"
-    "  press ID SLOT                    a button of the mouse, 0 to 15; gives the events, one a line\n"
+    "  press ID SLOT [MS]               a button of the mouse, 0 to 15, held for 50 or MS milliseconds of its own\n"
+    "                                   clock; gives the events, one a line\n"
+    "  play ID SLOT:DOWN-UP...          several buttons on one time line, such as 2:0-50 0:1200-1250\n"
+    "  flash ID FILE                    10,428 bytes into its flash, whatever they say\n"
     "  dpi ID LEVEL                     another DPI level, from 0, chosen on the mouse\n"
     "  rate ID CODE                     8, 4, 2, 1, 16, 32 for 125 to 4000 Hz\n"
     "  profile ID N                     another stored profile, 0 to 3\n"
@@ -25,6 +29,24 @@ const char usage[] =
     "                                   answers, the requests or the announcements\n"
     "  latency ID MS                    how long what the device sends is on its way; 0 for not at all\n"
     "  stats                            counts of reports\n";
+
+/** The words for the program, which reads no file for anyone: its content takes the place of the name. */
+QStringList withContent(QStringList words, QString &error)
+{
+    constexpr qint64 recordSize = 10428;
+    if (words[0] != QLatin1String("flash") || words.size() != 3)
+        return words;
+    QFile file(words[2]);
+    if (!file.open(QIODevice::ReadOnly)) {
+        error = QStringLiteral("can't read %1: %2").arg(words[2], file.errorString());
+        return {};
+    }
+    const QByteArray content = file.read(recordSize + 1);
+    if (content.size() != recordSize)
+        error = QStringLiteral("%1 doesn't have the %2 bytes of a record").arg(words[2]).arg(recordSize);
+    words[2] = QString::fromLatin1(content.toBase64());
+    return words;
+}
 
 } // namespace
 
@@ -36,7 +58,10 @@ int main(int argc, char *argv[])
         std::fputs(usage, words.isEmpty() ? stderr : stdout);
         return words.isEmpty() ? 1 : 0;
     }
-    const portwire::ControlClient::Reply reply = portwire::ControlClient().call(words);
+    QString error;
+    const QStringList sent = withContent(words, error);
+    const portwire::ControlClient::Reply reply =
+        error.isEmpty() ? portwire::ControlClient().call(sent) : portwire::ControlClient::Reply{{}, error};
     if (!reply.isGood()) {
         std::fprintf(stderr, "portwirectl: %s\n", qPrintable(reply.error));
         return 1;

@@ -1,5 +1,7 @@
 #include "portwire/virtual/ButtonPlayer.h"
 
+#include "portwire/virtual/ReportRates.h"
+
 #include <algorithm>
 
 namespace portwire {
@@ -8,73 +10,142 @@ namespace {
 
 using Type = HidEvent::Type;
 
-constexpr int slots = 16;
+/** Longest debounce time that a mouse knows, in ms; a greater number is none. */
+constexpr int longestDebounce = 20;
 
-/** What a button goes through when it switches the rate; the higher ones depend on the receiver. */
-constexpr std::uint8_t rates[] = {8, 4, 2, 1};
+constexpr int shortestFireInterval = 10;
+constexpr int mostShots = 3;
+
+template<int... values>
+bool isOneOf(int, int first, int second)
+{
+    return ((first == values) || ...) && second == 0;
+}
+
+bool isFire(int, int intervalMs, int count) { return intervalMs >= shortestFireInterval && count <= mostShots; }
+
+bool isOwnMacro(int slot, int ofSlot, int) { return slot == ofSlot; }
+
+bool isAnyCode(int, int, int second) { return second == 0; }
 
 } // namespace
 
-std::vector<HidEvent> ButtonPlayer::press(int slot)
+/** What a type of key function does, and which parameters it has; with others the button does nothing. */
+struct ButtonPlayer::Function
 {
-    events.clear();
-    now = 0;
-    if (slot < 0 || slot >= slots)
-        return events;
+    std::uint8_t type;
+    bool (*isKnown)(int slot, int first, int second);
+    void (ButtonPlayer::*press)(int slot, int first, int second);
+};
+
+const ButtonPlayer::Function ButtonPlayer::functions[] = {
+    {1, isOneOf<1, 2, 4, 8, 16>, &ButtonPlayer::holdButton},
+    {2, isOneOf<1, 2, 3>, &ButtonPlayer::stepDpi},
+    {3, isOneOf<1, 2>, &ButtonPlayer::tilt},
+    {4, isFire, &ButtonPlayer::fire},
+    {5, isOneOf<0>, &ButtonPlayer::playSequence},
+    {6, isOwnMacro, &ButtonPlayer::playMacro},
+    {7, isOneOf<0>, &ButtonPlayer::switchRate},
+    {8, isOneOf<0, 1, 3, 4>, &ButtonPlayer::switchLight},
+    {9, isOneOf<0>, &ButtonPlayer::switchProfile},
+    {10, isAnyCode, &ButtonPlayer::lockDpi},
+    {11, isOneOf<1, 2>, &ButtonPlayer::turnWheel},
+};
+
+std::vector<HidEvent> ButtonPlayer::play(const std::vector<ButtonPress> &presses)
+{
     mouse.wake();
-    const std::uint8_t *function = mouse.flash().keyFunction(static_cast<std::size_t>(slot));
-    const int type = function[0];
-    const std::uint8_t first = function[1];
-    const int second = function[2];
-    switch (type) {
-    case 1:
-        pressAndRelease(Type::MouseButton, first);
-        break;
-    case 2:
-        stepDpi(first);
-        break;
-    case 3:
-        events.push_back({now, Type::Tilt, true, first == 1 ? -1 : 1});
-        break;
-    case 4:
-        fire(first, second);
-        break;
-    case 5:
-        playSequence(slot);
-        break;
-    case 6:
-        playMacro(first < slots ? first : slot, second);
-        break;
-    case 7:
-        switchRate();
-        break;
-    case 8:
-        switchLight(first);
-        break;
-    case 9:
-        mouse.changeProfile((mouse.activeProfile() + 1) % static_cast<int>(VirtualMouse::profileCount));
-        events.push_back({now, Type::Profile, true, mouse.activeProfile()});
-        break;
-    case 10:
-        lockDpi(first);
-        break;
-    case 11:
-        events.push_back({now, Type::Wheel, true, first == 1 ? 1 : -1});
-        break;
-    default:
-        break;
+    std::vector<Edge> edges;
+    for (const ButtonPress &press : presses) {
+        edges.push_back({press.downMs, true, press.slot, press.upMs - press.downMs});
+        edges.push_back({press.upMs, false, press.slot, 0});
     }
-    return events;
+    std::stable_sort(edges.begin(), edges.end(), [](const Edge &a, const Edge &b) { return a.atMs < b.atMs; });
+    auto edge = edges.begin();
+    for (int step = 0; step < mostSteps;) {
+        const auto run = std::min_element(runs.begin(), runs.end(),
+                                          [](const ButtonRun &a, const ButtonRun &b) { return a.due() < b.due(); });
+        // The hand comes first: an event that is due when its button is let go is one too many.
+        if (edge != edges.end() && (run == runs.end() || edge->atMs <= run->due())) {
+            now = edge->atMs;
+            handle(*edge++);
+        } else if (run != runs.end()) {
+            now = run->due();
+            if (!run->step(events))
+                runs.erase(run);
+            ++step;
+        } else {
+            break;
+        }
+    }
+    return std::move(events);
 }
 
-void ButtonPlayer::pressAndRelease(Type type, int code)
+void ButtonPlayer::handle(const Edge &edge)
 {
-    events.push_back({now, type, true, code});
-    events.push_back({now, type, false, code});
+    const auto slot = static_cast<std::size_t>(edge.slot);
+    if (!edge.isDown) {
+        if (isDown[slot])
+            buttonUp(edge.slot);
+        isDown[slot] = false;
+        return;
+    }
+    const int debounce = mouse.flash().bytes[flash::debounceTime];
+    if (debounce <= longestDebounce && edge.heldMs < debounce)
+        return;
+    isDown[slot] = true;
+    bool isFree = true;
+    for (ButtonRun &run : runs)
+        isFree = run.buttonDown(edge.slot) && isFree;
+    if (isFree)
+        start(edge.slot);
+}
+
+void ButtonPlayer::buttonUp(int slot)
+{
+    for (ButtonRun &run : runs) {
+        if (run.slot() == slot)
+            run.buttonUp(now);
+    }
+    if (int &code = buttons[static_cast<std::size_t>(slot)]; code != 0) {
+        emit(Type::MouseButton, code, false);
+        code = 0;
+    }
+    const auto lock = std::find_if(locks.begin(), locks.end(), [&](const Lock &held) { return held.slot == slot; });
+    if (lock != locks.end()) {
+        locks.erase(lock);
+        emit(Type::Dpi, dpi());
+    }
+}
+
+void ButtonPlayer::start(int slot)
+{
+    const std::uint8_t *key = mouse.flash().keyFunction(static_cast<std::size_t>(slot));
+    for (const Function &function : functions) {
+        if (function.type == key[0] && function.isKnown(slot, key[1], key[2]))
+            return (this->*function.press)(slot, key[1], key[2]);
+    }
+}
+
+void ButtonPlayer::emit(Type type, int code, bool isPress) { events.push_back({now, type, isPress, code}); }
+
+void ButtonPlayer::add(std::optional<ButtonRun> run)
+{
+    if (run)
+        runs.push_back(std::move(*run));
+}
+
+/** What counts now: that of the lock that was pressed last, or of the level. */
+int ButtonPlayer::dpi() const { return locks.empty() ? mouse.flash().dpi(mouse.sensor()) : locks.back().dpi; }
+
+void ButtonPlayer::holdButton(int slot, int code, int)
+{
+    buttons[static_cast<std::size_t>(slot)] = code;
+    emit(Type::MouseButton, code);
 }
 
 /** 1 goes round, 2 up, 3 down; up and down end at the last level in use. */
-void ButtonPlayer::stepDpi(int direction)
+void ButtonPlayer::stepDpi(int, int direction, int)
 {
     const int count = mouse.flash().levelCount();
     int level = mouse.flash().currentLevel();
@@ -83,75 +154,64 @@ void ButtonPlayer::stepDpi(int direction)
     else
         level = std::clamp(direction == 2 ? level + 1 : level - 1, 0, count - 1);
     mouse.changeLevel(level);
-    events.push_back({now, Type::Dpi, true, mouse.flash().dpi(mouse.sensor())});
+    emit(Type::Dpi, dpi());
 }
 
-/** Left clicks. A count of 0 means for as long as the button is held, so once for a short press. */
-void ButtonPlayer::fire(int intervalMs, int count)
+void ButtonPlayer::tilt(int, int direction, int) { emit(Type::Tilt, direction == 1 ? -1 : 1); }
+
+void ButtonPlayer::fire(int slot, int intervalMs, int count) { add(ButtonRun::fire(slot, intervalMs, count, now)); }
+
+void ButtonPlayer::playSequence(int slot, int, int) { add(ButtonRun::sequence(mouse.flash(), slot, now)); }
+
+void ButtonPlayer::playMacro(int slot, int, int repeatCode)
 {
-    for (int shot = 0; shot < std::max(count, 1); ++shot) {
-        pressAndRelease(Type::MouseButton, 1);
-        now += intervalMs;
-    }
+    add(ButtonRun::macro(mouse.flash(), slot, repeatCode, now));
 }
 
-void ButtonPlayer::playSequence(int slot)
+/** The next faster one that gets through, or the slowest. */
+void ButtonPlayer::switchRate(int, int, int)
 {
-    const std::uint8_t *sequence = mouse.flash().keySequence(static_cast<std::size_t>(slot));
-    for (std::size_t i = 0; i < std::min<std::size_t>(sequence[0], 6); ++i)
-        playEvent(sequence + 1 + 5 * i);
-}
-
-/** 1 to 250 times; the codes above stop when the button is let go or pressed again, so a short press plays once. */
-void ButtonPlayer::playMacro(int slot, int repeatCode)
-{
-    const std::uint8_t *macro = mouse.flash().macro(static_cast<std::size_t>(slot));
-    const int times = repeatCode >= 1 && repeatCode <= 250 ? repeatCode : 1;
-    for (int time = 0; time < times; ++time) {
-        for (std::size_t i = 0; i < std::min<std::size_t>(macro[31], 70); ++i)
-            playEvent(macro + 32 + 5 * i);
-    }
-}
-
-void ButtonPlayer::playEvent(const std::uint8_t *event)
-{
-    static constexpr Type types[4] = {Type::Modifier, Type::Key, Type::Consumer, Type::MouseButton};
-    const int head = event[0] + 256 * event[1];
-    const int code = head / 8 % 1024;
-    if (code != 0)
-        events.push_back({now, types[head / 2 % 4], head % 2 == 0, code});
-    now += head / 8192 + 8 * event[2] + 2048 * event[3] + 524288 * event[4];
-}
-
-void ButtonPlayer::switchRate()
-{
-    const auto *const current = std::find(std::begin(rates), std::end(rates), mouse.flash().bytes[flash::reportRate]);
-    const bool isLast = current == std::end(rates) || current + 1 == std::end(rates);
-    mouse.changeRate(isLast ? rates[0] : current[1]);
-    events.push_back({now, Type::ReportRate, true, mouse.flash().rateHz()});
+    const int hertz = mouse.flash().rateHz();
+    const auto *const faster =
+        std::find_if(std::begin(reportRates), std::end(reportRates), [&](const ReportRate &rate) {
+            return hertz != 0 && rate.hertz > hertz && rate.hertz <= mostHertz;
+        });
+    mouse.changeRate(faster == std::end(reportRates) ? reportRates[0].code : faster->code);
+    emit(Type::ReportRate, mouse.flash().rateHz());
 }
 
 /** 0 everything, 1 the DPI indicator, 3 the light, 4 its next effect. */
-void ButtonPlayer::switchLight(int which)
+void ButtonPlayer::switchLight(int, int which, int)
 {
-    const bool isOn = mouse.flash().light().isOn;
-    if (which == 0 || which == 3)
-        mouse.changeLight(!isOn, mouse.flash().light().mode);
+    constexpr int effects = 5;
+    const LightState light = mouse.flash().light();
     if (which == 4)
-        mouse.changeLight(true, mouse.flash().light().mode % 5 + 1);
-    if (which == 0 || which == 3 || which == 4)
-        events.push_back({now, Type::Light, true, mouse.flash().light().isOn});
+        mouse.changeLight(true, light.mode % effects + 1);
+    else if (which != 1)
+        mouse.changeLight(!light.isOn, light.mode);
+    if (which != 1)
+        emit(Type::Light, mouse.flash().light().isOn);
     if (which == 0 || which == 1) {
-        mouse.changeIndicator(which == 0 ? !isOn : mouse.flash().bytes[flash::indicatorOn] == 0);
-        events.push_back({now, Type::Indicator, true, mouse.flash().bytes[flash::indicatorOn] != 0});
+        mouse.changeIndicator(which == 0 ? !light.isOn : mouse.flash().bytes[flash::indicatorOn] == 0);
+        emit(Type::Indicator, mouse.flash().bytes[flash::indicatorOn] != 0);
     }
 }
 
-/** Another DPI for as long as the button is held. */
-void ButtonPlayer::lockDpi(std::uint8_t code)
+void ButtonPlayer::switchProfile(int, int, int)
 {
-    events.push_back({now, Type::Dpi, true, dpiOfCode(mouse.sensor(), code, 0)});
-    events.push_back({now, Type::Dpi, true, mouse.flash().dpi(mouse.sensor())});
+    mouse.changeProfile((mouse.activeProfile() + 1) % static_cast<int>(VirtualMouse::profileCount));
+    emit(Type::Profile, mouse.activeProfile());
 }
+
+/** Another DPI for as long as the button is held. */
+void ButtonPlayer::lockDpi(int slot, int code, int)
+{
+    if (!hasCode(mouse.sensor(), static_cast<std::uint8_t>(code)))
+        return;
+    locks.push_back({slot, dpiOfCode(mouse.sensor(), static_cast<std::uint8_t>(code), 0)});
+    emit(Type::Dpi, dpi());
+}
+
+void ButtonPlayer::turnWheel(int, int direction, int) { emit(Type::Wheel, direction == 1 ? 1 : -1); }
 
 } // namespace portwire

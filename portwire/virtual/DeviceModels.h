@@ -29,6 +29,7 @@ constexpr HidInterface hidInterfaces[] = {{0, 5, "/mouse"}, {1, 5, ""}, {1, 1, "
 
 /** What a mouse on its cable gives as receiver class; no receiver has it. */
 constexpr std::uint8_t cableClass = 2;
+constexpr int cableMostHertz = 1000;
 
 struct ReceiverModel
 {

@@ -22,6 +22,7 @@ class FirmwareFlash
 {
 public:
     static constexpr std::size_t size = flash::imageSize;
+    static constexpr std::size_t recordSize = 10428; ///< of the PC's record of one profile
 
     /** The factory state of a model. */
     static FirmwareFlash factory(const MouseModel &model);
@@ -39,8 +40,10 @@ public:
     int idleSeconds() const;      ///< until the mouse sleeps; 0 for never
     LightState light() const;
 
-    /** This profile as the 10,428-byte record of the PC. */
+    /** This profile as the record of the PC: counts and lengths end with their arrays. */
     std::vector<std::uint8_t> record() const;
+    /** Takes a record as it is, whatever it says; what the image has no bits for is lost. */
+    void setRecord(const std::array<std::uint8_t, recordSize> &record);
 };
 
 } // namespace portwire

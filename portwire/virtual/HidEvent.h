@@ -4,7 +4,7 @@
 
 namespace portwire {
 
-/** What a mouse tells the PC, or does to itself, when a button is used. */
+/** What a mouse tells the PC, or does to itself, when buttons are used. */
 struct HidEvent
 {
     enum class Type {
@@ -20,7 +20,7 @@ struct HidEvent
         Indicator,   ///< code: 1 the DPI indicator is on from now, else 0
         Profile,     ///< code: the profile that counts from now on
     };
-    std::int64_t atMs; ///< since the button went down
+    std::int64_t atMs; ///< on the time line of the play
     Type type;
     bool isPress; ///< of what can be held; otherwise true
     int code;

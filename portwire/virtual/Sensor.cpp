@@ -4,17 +4,29 @@
 
 namespace portwire {
 
+namespace {
+
+/** The codes of the 3311's table. */
+constexpr int first3311 = 4;
+constexpr int last3311 = 127;
+
+} // namespace
+
 int dpiOfCode(Sensor sensor, std::uint8_t code, std::uint8_t flags)
 {
     int value = 0;
     if (sensor == Sensor::Sensor3311) {
-        // The table has the codes 4 to 127; the sensor stays at the end of its range for others.
-        value = 100 * (std::clamp<int>(code, 4, 127) - 3);
+        value = 100 * (std::clamp<int>(code, first3311, last3311) - 3);
     } else {
         const int high = sensor == Sensor::Sensor3395 ? flags >> 6 : 0;
         value = (high * 256 + code + 1) * ((flags & 0x22) ? 100 : 50);
     }
     return (flags & 0x11) ? 2 * value : value;
+}
+
+bool hasCode(Sensor sensor, std::uint8_t code)
+{
+    return sensor != Sensor::Sensor3311 || (code >= first3311 && code <= last3311);
 }
 
 LevelCode codeOfDpi(Sensor sensor, int dpi)

@@ -14,6 +14,9 @@ enum class Sensor {
 /** What a sensor makes of the code and flags of a level. */
 int dpiOfCode(Sensor sensor, std::uint8_t code, std::uint8_t flags);
 
+/** Whether the sensor has this code; with another one it stays at the end of its range. */
+bool hasCode(Sensor sensor, std::uint8_t code);
+
 struct LevelCode
 {
     std::uint8_t code;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "portwire/bus.h"
+#include "portwire/virtual/ButtonPlayer.h"
 #include "portwire/virtual/Fault.h"
-#include "portwire/virtual/HidEvent.h"
 #include "portwire/virtual/Scene.h"
 #include "portwire/virtual/VirtualEndpoint.h"
 
@@ -61,8 +61,10 @@ public:
                          ReportClass reports = ReportClass::Answers);
     /** How long what the device sends is on its way, up to a second. */
     std::string setLatency(const std::string &id, std::chrono::microseconds latency);
-    /** Presses and lets go a button. \param events what comes of it */
-    std::string press(const std::string &id, int slot, std::vector<HidEvent> &events);
+    /** Presses buttons on the mouse's own clock; nothing waits for it. \param events what comes of it */
+    std::string play(const std::string &id, const std::vector<ButtonPress> &presses, std::vector<HidEvent> &events);
+    /** Another program writes the mouse's active profile. \param bytes 10,428 of them */
+    std::string setRecord(const std::string &id, const std::vector<std::uint8_t> &bytes);
     /** The 10,428 bytes that the mouse's active profile means. */
     std::string record(const std::string &id, std::vector<std::uint8_t> &bytes);
     std::vector<DeviceDescription> describe();

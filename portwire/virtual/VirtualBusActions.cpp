@@ -1,4 +1,3 @@
-#include "portwire/virtual/ButtonPlayer.h"
 #include "portwire/virtual/VirtualBus.h"
 
 #include <algorithm>
@@ -157,12 +156,40 @@ std::string VirtualBus::setBattery(const std::string &id, int percent, bool isCh
     });
 }
 
-std::string VirtualBus::press(const std::string &id, int slot, std::vector<HidEvent> &events)
+std::string VirtualBus::play(const std::string &id, const std::vector<ButtonPress> &presses,
+                             std::vector<HidEvent> &events)
 {
-    return onMouse(id, [&](Mouse &mouse) -> std::string {
-        if (slot < 0 || slot > 15)
+    std::vector<ButtonPress> inOrder = presses;
+    std::stable_sort(inOrder.begin(), inOrder.end(),
+                     [](const ButtonPress &a, const ButtonPress &b) { return a.downMs < b.downMs; });
+    std::array<std::int64_t, flash::slots> isFreeAt{};
+    for (const ButtonPress &press : inOrder) {
+        if (press.slot < 0 || press.slot >= static_cast<int>(flash::slots))
             return "the slot is not within 0 to 15";
-        events = ButtonPlayer(mouse.device).press(slot);
+        if (press.downMs < 0 || press.upMs < press.downMs)
+            return "a button is let go after it was pressed, and pressed at 0 or later";
+        std::int64_t &freeAt = isFreeAt[static_cast<std::size_t>(press.slot)];
+        if (press.downMs < freeAt)
+            return "a button that is down can't be pressed";
+        freeAt = press.upMs;
+    }
+    return onMouse(id, [&](Mouse &mouse) -> std::string {
+        const Receiver *const receiver = receiverOf(mouse);
+        const bool isWireless = receiver && !mouse.device.isCorded();
+        const int mostHertz = isWireless ? receiver->model->mostHertz : cableMostHertz;
+        events = ButtonPlayer(mouse.device, mostHertz).play(inOrder);
+        return {};
+    });
+}
+
+std::string VirtualBus::setRecord(const std::string &id, const std::vector<std::uint8_t> &bytes)
+{
+    std::array<std::uint8_t, FirmwareFlash::recordSize> whole{};
+    if (bytes.size() != whole.size())
+        return "a record has 10428 bytes";
+    std::copy(bytes.begin(), bytes.end(), whole.begin());
+    return onMouse(id, [&](Mouse &mouse) -> std::string {
+        mouse.device.setRecord(whole);
         return {};
     });
 }

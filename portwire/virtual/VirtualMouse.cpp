@@ -182,6 +182,13 @@ bool VirtualMouse::setBattery(int newPercent, bool isNowCharging)
     return true;
 }
 
+void VirtualMouse::setRecord(const std::array<std::uint8_t, FirmwareFlash::recordSize> &record)
+{
+    active().setRecord(record);
+    touched();
+    changed();
+}
+
 void VirtualMouse::setContent(const Stored &content)
 {
     stored = content;

@@ -69,6 +69,9 @@ public:
     Sensor sensor() const { return model.sensor; }
     bool isProgramShown() const { return programShown; }
 
+    /** Another program on the PC has written all of the active profile. */
+    void setRecord(const std::array<std::uint8_t, FirmwareFlash::recordSize> &record);
+
     const Stored &content() const { return stored; }
     void setContent(const Stored &content);
 

@@ -50,6 +50,28 @@ FlashDataMap VirtualMice::record(const QString &id)
     return record;
 }
 
+void VirtualMice::flash(const QString &id, const FlashDataMap &record)
+{
+    const QByteArray bytes(reinterpret_cast<const char *>(&record), static_cast<int>(flashDataMapSize));
+    tell({"flash", id, QString::fromLatin1(bytes.toBase64())});
+}
+
+QList<QJsonObject> VirtualMice::press(const QString &id, int slot, int milliseconds)
+{
+    return play(id, {QStringLiteral("%1:0-%2").arg(slot).arg(milliseconds)});
+}
+
+QList<QJsonObject> VirtualMice::play(const QString &id, const QStringList &presses)
+{
+    QList<QJsonObject> events;
+    const QList<QByteArray> lines = tell(QStringList{"play", id} + presses).split('\n');
+    for (const QByteArray &line : lines) {
+        if (!line.isEmpty())
+            events << QJsonDocument::fromJson(line).object();
+    }
+    return events;
+}
+
 QString VirtualMice::add(const QString &model, const QString &link)
 {
     return QJsonDocument::fromJson(tell({"add", model, link})).object()["id"].toString();
