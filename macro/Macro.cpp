@@ -1,16 +1,281 @@
 #include "macro/Macro.h"
 
+#include "app/hub/PostMsg.h"
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceSetters.h"
+#include "devicelink/WorkingRecord.h"
+#include "macro/MacroFile.h"
+#include "macro/MacroFileDialogs.h"
+#include "macro/MacroImage.h"
+#include "macro/MacroTimeLine.h"
+#include "macro/RowList.h"
 #include "productdata/Theme.h"
-#include "ui/LateStyle.h"
+#include "productdata/UserSettings.h"
+#include "ui/MyConmboBox.h"
+#include "ui/PageFont.h"
 
-#include <QFrame>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QMouseEvent>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QToolButton>
 
-Macro::Macro(QWidget *parent) : QWidget(parent)
+#include <utility>
+
+Macro::Macro(QWidget *parent)
+    : QWidget(parent), askExportPath([this](const QString &name) { return askForExport(this, name); }),
+      askImportPath([this](const QString &) { return askForImport(this); })
 {
+    setObjectName(QStringLiteral("Macro"));
     setFixedSize(883, 630);
-    auto *const background = new QFrame(this);
-    background->setObjectName(QStringLiteral("MacroPage"));
-    background->setGeometry(rect());
-    new LateStyle(background, Theme::frameBackground(Theme::pictureFolder("Macro"), background->objectName(),
-                                                     QStringLiteral("BackGround.png")));
+    setFont(PageFont::font());
+    form.build(this);
+    setStyles();
+    rowList = new RowList(form.listWidgetKey, Theme::pictureFolder("Macro"), this);
+    form.listWidgetHong->addItems(MacroFile::names());
+    setSaveable(false);
+    SlotChangeLanguage(UserSettings::instance()->language());
+    connectWidgets();
+
+    connect(postMsg(), &PostMsg::SigChangeLanguage, this, &Macro::SlotChangeLanguage);
+    connect(postMsg(), &PostMsg::SigButtonToMacro, this, &Macro::SlotButtonToMacro);
+    connect(postMsg(), &PostMsg::SigMacroDownLoadData, this, &Macro::SlotMacroDownLoadData);
+    connect(postMsg(), &PostMsg::SigSetMacroPage, this, &Macro::SlotSetMacroPage);
+}
+
+Macro::~Macro() = default;
+
+void Macro::connectWidgets()
+{
+    QMetaObject::connectSlotsByName(this);
+    connect(form.repeatGroup, &QButtonGroup::idToggled, this, [this](int, bool checked) {
+        if (checked)
+            repeatEdited();
+    });
+    connect(rowList, &RowList::changed, this, &Macro::rowsChanged);
+    connect(rowList, &RowList::deleteWanted, this, &Macro::on_DeleteKey_clicked);
+    connect(rowList, &RowList::undoWanted, this, &Macro::takeBack);
+    connect(form.listWidgetKey, &QListWidget::currentRowChanged, form.timeLine, &MacroTimeLine::setCurrentRow);
+    connect(form.timeLine, &MacroTimeLine::rowClicked, this,
+            [this](int row) { form.listWidgetKey->setCurrentRow(row); });
+    // The keyboard has no left click.
+    connect(form.listWidgetHong, &QListWidget::activated, this, &Macro::on_listWidgetHong_clicked);
+}
+
+void Macro::setAskPaths(AskPath exportPath, AskPath importPath)
+{
+    askExportPath = std::move(exportPath);
+    askImportPath = std::move(importPath);
+}
+
+void Macro::SlotChangeLanguage(int index)
+{
+    texts.read(index, form);
+    form.timeLine->setWarningText(texts.neverReleased);
+    rowList->retranslate();
+}
+
+// Which macro --------------------------------------------------------------------------------------------------------
+
+QStringList Macro::names() const
+{
+    QStringList all;
+    for (int at = 0; at < form.listWidgetHong->count(); ++at)
+        all += form.listWidgetHong->item(at)->text();
+    return all;
+}
+
+QString Macro::currentName() const
+{
+    const QListWidgetItem *item = form.listWidgetHong->currentItem();
+    return item && item->isSelected() ? item->text() : QString(); // see RowList::current()
+}
+
+QListWidgetItem *Macro::itemOf(const QString &name) const
+{
+    return form.listWidgetHong->findItems(name, Qt::MatchFixedString | Qt::MatchCaseSensitive).value(0);
+}
+
+bool Macro::isTaken(const QString &name) const { return MacroFile::isTaken(name, names()) || MacroFile::exists(name); }
+
+/** Reads the macro from its file. Edits of the rows before, if they are the same macro's, can be taken back. */
+void Macro::load(const QString &name)
+{
+    const bool isSame = std::exchange(shown, name) == name;
+    const std::optional<MacroContent> content = MacroFile::read(name);
+    const MacroRows rows = content ? content->rows : MacroRows();
+    if (isSame && EventsChanged)
+        rowList->edit(rows, -1);
+    else
+        rowList->show(rows);
+    if (content && content->repeat)
+        form.showRepeatCode(*content->repeat);
+    EventsChanged = false;
+    RepeatChanged = false;
+    setSaveable(false);
+}
+
+void Macro::showNothing()
+{
+    form.listWidgetHong->setCurrentRow(-1);
+    shown.clear();
+    rowList->show(MacroRows());
+    EventsChanged = false;
+    RepeatChanged = false;
+    setSaveable(false);
+}
+
+void Macro::addRow(const QString &name, int at) { form.listWidgetHong->insertItem(at, name); }
+
+void Macro::on_listWidgetHong_clicked(const QModelIndex &) { load(currentName()); }
+
+/** True with a macro whose rows can be edited: one that was only selected by the right button is read now. */
+bool Macro::hasRowsToEdit()
+{
+    if (shown.isEmpty() && !currentName().isEmpty())
+        load(currentName());
+    return !shown.isEmpty();
+}
+
+void Macro::rowsChanged()
+{
+    form.timeLine->setRows(rowList->rows());
+    const bool isEmpty = form.listWidgetKey->count() == 0;
+    form.showHint(isEmpty && !isRecordingShown && !shown.isEmpty() ? texts.emptyRows : QString());
+}
+
+// Saving -------------------------------------------------------------------------------------------------------------
+
+void Macro::setSaveable(bool isSaveable) { form.Save->setEnabled(isSaveable); }
+
+void Macro::eventsEdited()
+{
+    EventsChanged = true;
+    setSaveable(true);
+}
+
+void Macro::repeatEdited()
+{
+    if (shown.isEmpty())
+        return; // it is nobody's; the next selected macro shows its own
+    RepeatChanged = true;
+    setSaveable(true);
+}
+
+void Macro::on_NumberEdit_valueChanged(int) { repeatEdited(); }
+
+/**
+ * The file is replaced in one step, so there is nothing to wait for before it is written: no moment in which it is
+ * empty, and none in which another macro could be selected.
+ *
+ * The listeners do wait, and the user goes on meanwhile. What they are handed is what was saved, not what the list has
+ * become; a record that the mouse sends in between is older than the file and leaves it alone.
+ */
+void Macro::on_Save_clicked()
+{
+    if (refusesWhileRecording())
+        return;
+    setSaveable(false);
+    if (shown.isEmpty() || !MacroFile::exists(shown))
+        return; // a file that was deleted doesn't come back
+    const QString name = shown;
+    const MacroRows rows = rowList->rows();
+    MacroFile::write(name, {form.repeatCode(), rows});
+    const bool hasNewRows = std::exchange(EventsChanged, false);
+    const bool hasNewRepeat = std::exchange(RepeatChanged, false);
+    saved = Saved{name, rows};
+    ++savesUnderWay;
+    if (hasNewRows)
+        postMsg()->post(&PostMsg::SigUpDataMacro, name, 0);
+    if (hasNewRepeat && saved)
+        postMsg()->post(&PostMsg::SigUpDataMacro, name, 1);
+    if (--savesUnderWay == 0)
+        saved.reset();
+}
+
+// The mouse ----------------------------------------------------------------------------------------------------------
+
+void Macro::SlotMacroDownLoadData(QString name, int slot)
+{
+    name.remove(QChar(QChar::Null));
+    if (name != shown || shown.isEmpty() || !DeviceWritesEnabled || slot < 0 || slot >= macroSlotCount)
+        return;
+    if (savesUnderWay > 0 && !saved)
+        return; // the user has left the device meanwhile
+    const MacroRows rows = saved && saved->name == name ? saved->rows : rowList->rows();
+    MacroSlot image = MacroImage::make(name, rows);
+    if (rows.isEmpty())
+        image.EventCount = 0;
+    SetMacro(slot, WorkingRecord::instance().copy().KeyFunctions[slot], image);
+}
+
+/**
+ * What the mouse holds goes to the file, and a macro that is new here to the list. The rows on show, and which macro is
+ * selected, are left alone while they hold edits that aren't saved, and where nothing came that this PC didn't have; a
+ * record comes at every wake of the mouse. Otherwise nothing is selected afterwards.
+ */
+void Macro::SlotButtonToMacro(FlashDataMap record, int slot)
+{
+    if (slot < 0 || slot >= macroSlotCount)
+        return;
+    const QString name = MacroImage::name(record.MacroSlots[slot]);
+    if (saved && saved->name == name)
+        return; // the mouse hasn't got yet what the user has just saved
+    const MacroImage::ReadBack result = MacroImage::readBack(record, slot, names());
+    if (result == MacroImage::ReadBack::NoFile)
+        return;
+    const bool isListed = itemOf(name);
+    if (!isListed) {
+        const int current = form.listWidgetHong->currentRow();
+        addRow(name, current >= 0 ? current + 1 : form.listWidgetHong->count());
+    }
+    const bool isNews = !isListed || result != MacroImage::ReadBack::Unchanged;
+    if (isNews && !form.Save->isEnabled() && !isRecordingShown)
+        showNothing();
+    if (!isListed)
+        postMsg()->post(&PostMsg::SigAddMacroButton);
+}
+
+// Keys and clicks beside the controls --------------------------------------------------------------------------------
+
+void Macro::keyPressEvent(QKeyEvent *event)
+{
+    // While keys are recorded, and until the user has stopped it, none does anything else in the window.
+    if (isRecordingShown || event->key() == Qt::Key_Escape || event->key() == Qt::Key_F12)
+        event->accept();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+bool Macro::focusNextPrevChild(bool next) { return !isRecordingShown && QWidget::focusNextPrevChild(next); }
+
+void Macro::mousePressEvent(QMouseEvent *event)
+{
+    for (QSpinBox *number : {form.DelayTime, form.NumberEdit}) {
+        if (number->hasFocus() && !number->geometry().contains(event->pos())) {
+            number->clearFocus();
+            setFocus();
+        }
+    }
+    QCheckBox *const box = form.boxOf(childAt(event->pos()));
+    if (box && event->button() == Qt::LeftButton)
+        box->click(); // its text is a label of its own
+    else
+        QWidget::mousePressEvent(event);
+}
+
+void Macro::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange) {
+        const QSignalBlocker quietChoice(form.ChooseEvent);
+        const QSignalBlocker quietDelay(form.DelayTime);
+        const QSignalBlocker quietNumber(form.NumberEdit);
+        form.setDefaultTexts();
+    } else if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
+        recorder.forgetHeldKeys();
+    }
 }

@@ -11,7 +11,6 @@
 
 namespace {
 static_assert(sizeof(MacroSlot::Events) / sizeof(MacroEvent) == maximumMacroEvents, "an image holds them all");
-constexpr int slotCount = sizeof(FlashDataMap::MacroSlots) / sizeof(MacroSlot);
 } // namespace
 
 void MacroImage::setName(MacroSlot &image, const QString &name)
@@ -80,7 +79,7 @@ MacroRows MacroImage::rows(const MacroSlot &image)
 
 MacroImage::ReadBack MacroImage::readBack(const FlashDataMap &record, int slot, const QStringList &names)
 {
-    if (slot < 0 || slot >= slotCount)
+    if (slot < 0 || slot >= macroSlotCount)
         return ReadBack::NoFile;
     const QString macro = name(record.MacroSlots[slot]);
     if (!MacroFile::isFileName(macro)) {

@@ -5,6 +5,9 @@
 
 #include <QStringList>
 
+/** Buttons of a record, each with a macro of its own. */
+constexpr int macroSlotCount = sizeof(FlashDataMap::MacroSlots) / sizeof(MacroSlot);
+
 /** A macro as a mouse keeps it: 592 bytes a button. What a mouse says is trusted in nothing, counts least of all. */
 namespace MacroImage {
 

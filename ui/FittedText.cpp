@@ -1,8 +1,10 @@
 #include "ui/FittedText.h"
 
 #include <QAbstractButton>
+#include <QCheckBox>
 #include <QFontMetrics>
 #include <QLabel>
+#include <QStyle>
 
 namespace {
 
@@ -13,6 +15,15 @@ constexpr qreal step = 0.5;
 constexpr int narrowing = 4;
 /** Pixels on each side of a button's text that its frame takes. */
 constexpr int buttonMargin = 5;
+
+/** Pixels beside the text of a button: its frame, or the box in front of it. */
+int besideText(const QAbstractButton *button)
+{
+    if (!qobject_cast<const QCheckBox *>(button))
+        return 2 * buttonMargin;
+    return button->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, button) +
+           button->style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing, nullptr, button);
+}
 
 template<typename Fits>
 QFont fittingFont(QFont font, qreal points, Fits fits)
@@ -53,7 +64,7 @@ void FittedText::set(QLabel *label, const QString &text, qreal points, int margi
 
 void FittedText::set(QAbstractButton *button, const QString &text, qreal points)
 {
-    const int room = button->width() - 2 * buttonMargin;
+    const int room = button->width() - besideText(button);
     // An ampersand marks the key of the next letter and takes no room itself; measured, it costs a little, no more.
     button->setFont(fittingFont(button->font(), points,
                                 [&](const QFontMetrics &metrics) { return metrics.horizontalAdvance(text) <= room; }));

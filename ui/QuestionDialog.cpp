@@ -1,11 +1,14 @@
 #include "ui/QuestionDialog.h"
 
+#include "productdata/FileName.h"
 #include "productdata/Theme.h"
 
 #include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
 #include <QToolButton>
+
+#include <algorithm>
 
 namespace {
 
@@ -20,9 +23,18 @@ constexpr QRect lineEditPlace{50, 66, 200, 28};
 
 bool fits(const QString &text) { return text.toLocal8Bit().size() <= QuestionDialog::maximumNameBytes; }
 
+/** A text without what no file name can hold: the macro's file has its name. */
+QString withoutForbidden(QString text)
+{
+    const auto isForbidden = [](QChar character) { return !FileName::isCharacter(character); };
+    text.truncate(int(std::remove_if(text.begin(), text.end(), isForbidden) - text.begin()));
+    return text;
+}
+
 /** What of an edited text may stand as a name. */
 QString allowed(QString text)
 {
+    text = withoutForbidden(text);
     if (text.endsWith(QLatin1Char(' ')))
         text.remove(QLatin1Char(' '));
     // A character has at least one byte, so no longer text can fit; this bounds the loop for a pasted novel.
@@ -55,9 +67,10 @@ void QuestionDialog::on_lineEdit_textEdited(const QString &text)
     if (name == text)
         return;
     // Setting a text moves the cursor to its end, where the next letter of an edit in the middle doesn't belong.
-    int cursor = lineEdit->cursorPosition();
+    const QString before = withoutForbidden(text.left(lineEdit->cursorPosition()));
+    int cursor = before.size();
     if (!name.contains(QLatin1Char(' ')))
-        cursor -= text.left(cursor).count(QLatin1Char(' '));
+        cursor -= before.count(QLatin1Char(' '));
     lineEdit->setText(name);
     lineEdit->setCursorPosition(cursor);
 }

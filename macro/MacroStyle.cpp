@@ -1,0 +1,74 @@
+#include "macro/Macro.h"
+#include "macro/MacroTimeLine.h"
+#include "macro/SelectedRow.h"
+#include "productdata/Theme.h"
+#include "ui/ComboStyle.h"
+#include "ui/LateStyle.h"
+#include "ui/MyConmboBox.h"
+
+#include <QListWidget>
+#include <QPixmap>
+
+namespace {
+
+/** Rows of the two lists and their scroll bars; %1 is the folder of the pictures. */
+const char *const lists =
+    "QListWidget{background: transparent;color: white;border: 1px solid rgb(43,50,59);border-radius: 4px;outline: 0px;}"
+    "QListWidget:focus{border: 1px solid rgb(%2);}"
+    "QListWidget::item{height: 26px;padding-left: 6px;}"
+    "QListWidget::item:selected,QListWidget::item:selected:active,QListWidget::item:selected:!active"
+    "{background: #c0ff00;color: white;}"
+    "QScrollBar:vertical{width: 20px;background: rgb(30,30,30);margin: 20px 0px 20px 0px;}"
+    "QScrollBar::handle:vertical{background: rgb(117,117,117);min-height: 24px;margin: 0px 4px;border-radius: 4px;}"
+    "QScrollBar::sub-line:vertical,QScrollBar::add-line:vertical{height: 20px;background: rgb(30,30,30);}"
+    "QScrollBar::sub-line:vertical{subcontrol-position: top;subcontrol-origin: margin;}"
+    "QScrollBar::add-line:vertical{subcontrol-position: bottom;subcontrol-origin: margin;}"
+    "QScrollBar::up-arrow:vertical{image: url(%1Up.png);width: 15px;height: 15px;}"
+    "QScrollBar::down-arrow:vertical{image: url(%1Down.png);width: 15px;height: 15px;}"
+    "QScrollBar::sub-page:vertical,QScrollBar::add-page:vertical{background: transparent;}";
+
+const char *const buttons = "QToolButton{border: 0px;color: rgb(%2);border-image: url(%1Button.png);}"
+                            "QToolButton:hover{border-image: url(%1ButtonHover.png);}"
+                            "QToolButton:pressed{border-image: url(%1ButtonClick.png);}"
+                            "QToolButton:disabled{color: rgb(127,127,127);border-image: url(%1Button.png);}";
+
+/** The text stands right of the sign. */
+const char *const recordButton = "#%3{border: 0px;color: rgb(%2);padding-left: 24px;background-position: center;"
+                                 "background-repeat: no-repeat;background-image: url(%1%4.png);}"
+                                 "#%3:hover{background-image: url(%1%4Hover.png);}";
+
+const char *const numbers = "QSpinBox{background: black;color: rgb(%1);border: 0px;border-radius: 4px;}"
+                            "QSpinBox:focus{border: 1px solid rgb(%2);}";
+
+const char *const rest = "#rule{border: 0px;background: rgb(43,50,59);}"
+                         "#hint{color: rgb(127,127,127);}"
+                         "QMenu{background: rgb(%2);color: rgb(%1);border: 1px solid rgb(61,70,81);padding: 4px;}"
+                         "QMenu::item{padding: 6px 24px;border-radius: 4px;}"
+                         "QMenu::item:selected{background: rgb(%3);}";
+
+} // namespace
+
+void Macro::setStyles()
+{
+    using Theme::Colour;
+    using Theme::rgb;
+    const QString pictures = Theme::pictureFolder("Macro");
+    const auto record = [&](const char *name, const char *picture) {
+        return QString::fromLatin1(recordButton)
+            .arg(pictures, rgb(Colour::ButtonColor), QLatin1String(name), QLatin1String(picture));
+    };
+    setAttribute(Qt::WA_StyledBackground);
+    new LateStyle(this,
+                  Theme::frameBackground(pictures, objectName(), QStringLiteral("BackGround.png")) + Theme::label() +
+                      Theme::checkBox(pictures) + QString::fromLatin1(lists).arg(pictures, rgb(Colour::SliderColor)) +
+                      QString::fromLatin1(buttons).arg(pictures, rgb(Colour::ButtonColor)) +
+                      record("StartRecord", "Record") + record("StopRecord", "Stop") +
+                      QString::fromLatin1(numbers).arg(rgb(Colour::LinEditColorSecond), rgb(Colour::SliderColor)) +
+                      QString::fromLatin1(rest).arg(rgb(Colour::ComboxTextColor), rgb(Colour::ComboxBackGroundColor),
+                                                    rgb(Colour::ComboxSelectColor)) +
+                      Theme::toolTip());
+    styleCombo(form.ChooseEvent, "Macro");
+    for (QListWidget *list : {form.listWidgetHong, form.listWidgetKey})
+        list->setItemDelegate(new SelectedRow(list));
+    form.timeLine->setWarningPicture(QPixmap(pictures + QStringLiteral("Warning.png")));
+}

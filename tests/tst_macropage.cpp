@@ -1,0 +1,735 @@
+#include "app/hub/PostMsg.h"
+#include "devicelink/DeviceFlags.h"
+#include "macro/Macro.h"
+#include "macro/MacroFile.h"
+#include "macro/MacroImage.h"
+#include "macro/addKey.h"
+#include "productdata/UserFolders.h"
+#include "support/ConnectedMouse.h"
+#include "support/MacroText.h"
+#include "support/TestHome.h"
+#include "ui/Prompt.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QSpinBox>
+#include <QTimer>
+#include <QToolButton>
+
+#include <functional>
+#include <memory>
+
+namespace {
+
+void clickIn(QWidget *window, const QString &name)
+{
+    QTest::mouseClick(window->findChild<QWidget *>(name), Qt::LeftButton);
+}
+
+void press(QWidget *window, int key) { QTest::keyPress(window->windowHandle(), Qt::Key(key)); }
+void release(QWidget *window, int key) { QTest::keyRelease(window->windowHandle(), Qt::Key(key)); }
+
+} // namespace
+
+/** The macro page as a user works it, with its files and a mouse as the judges. */
+class MacroPageTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void aMacroFromNewToFile();
+    void names_data();
+    void names();
+    void insertion_data();
+    void insertion();
+    void delays_data();
+    void delays();
+    void deletion_data();
+    void deletion();
+    void amend();
+    void seventyEventsAtMost();
+    void repeatModes();
+    void renameAndDelete();
+    void rightClickKeepsRows();
+    void undo();
+    void recording();
+    void recordingKeepsWhatIsDown();
+    void recordingStopsAtTheLimit();
+    void recordingRefusesCommands();
+    void exportAndImport();
+    void imageInTheMouse();
+    void savedRowsReachTheMouse();
+    void readBack();
+    void language();
+    void timeLine();
+
+private:
+    template<typename Widget>
+    Widget *find(const char *name) const
+    {
+        auto *widget = page->findChild<Widget *>(name);
+        if (!widget)
+            qFatal("no %s", name);
+        return widget;
+    }
+    QListWidget *macros() const { return find<QListWidget>("listWidgetHong"); }
+    QListWidget *list() const { return find<QListWidget>("listWidgetKey"); }
+    bool isSaveable() const { return find<QToolButton>("Save")->isEnabled(); }
+    void click(const char *name) const { clickIn(page.get(), name); }
+    /** "A+ 10ms A-", from the texts and types of the items. */
+    QString rows() const;
+    QString macroNames() const;
+    void select(const QString &name, Qt::MouseButton button = Qt::LeftButton) const;
+    /** The macro with these rows, selected. */
+    void given(const QString &name, const MacroRows &rows, int repeat = 1);
+    void given(const QString &name, const char *text, int repeat = 1) { given(name, MacroText::rows(text), repeat); }
+    void choose(int index) const { Q_EMIT find<QComboBox>("ChooseEvent")->activated(index); }
+    /** What to do with the prompts that come next, in order; each is named in `prompts` when it shows. */
+    void answer(std::function<void(QWidget *)> action) { answers += std::move(action); }
+    void answerName(const QString &name);
+    void answerKey(int key);
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+    std::unique_ptr<Macro> page;
+    QVector<std::function<void(QWidget *)>> answers;
+    QStringList prompts;
+};
+
+void MacroPageTest::init()
+{
+    QDir(UserFolders::path(UserFolders::Folder::MacroPage)).removeRecursively();
+    UserFolders::prepare();
+    page = std::make_unique<Macro>();
+    page->show();
+    QVERIFY(QTest::qWaitForWindowActive(page.get()));
+    qApp->installEventFilter(this);
+    answers.clear();
+    prompts.clear();
+}
+
+void MacroPageTest::cleanup()
+{
+    qApp->removeEventFilter(this);
+    QVERIFY(answers.isEmpty());
+    page.reset();
+    MacroRecording = false;
+}
+
+bool MacroPageTest::eventFilter(QObject *object, QEvent *event)
+{
+    auto *prompt = qobject_cast<Prompt *>(object);
+    if (event->type() == QEvent::Show && prompt) {
+        prompts += prompt->metaObject()->className();
+        const auto action = answers.isEmpty() ? [](QWidget *shown) { shown->close(); } : answers.takeFirst();
+        QTimer::singleShot(0, prompt, [prompt, action] {
+            if (QTest::qWaitForWindowActive(prompt))
+                action(prompt);
+        });
+    }
+    return false;
+}
+
+void MacroPageTest::answerName(const QString &name)
+{
+    answer([name](QWidget *prompt) {
+        QTest::keyClicks(prompt->findChild<QLineEdit *>(), name);
+        clickIn(prompt, "NewHong");
+    });
+}
+
+void MacroPageTest::answerKey(int key)
+{
+    answer([key](QWidget *prompt) {
+        press(prompt, key);
+        release(prompt, key);
+        clickIn(prompt, "NewHong");
+    });
+}
+
+QString MacroPageTest::rows() const
+{
+    QStringList words;
+    for (int at = 0; at < list()->count(); ++at) {
+        const QListWidgetItem *item = list()->item(at);
+        words += item->text() + (item->text().contains("ms") ? "" : item->type() == 0 ? "+" : "-");
+    }
+    return words.join(' ');
+}
+
+QString MacroPageTest::macroNames() const
+{
+    QStringList all;
+    for (int at = 0; at < macros()->count(); ++at)
+        all += macros()->item(at)->text();
+    return all.join(' ');
+}
+
+void MacroPageTest::select(const QString &name, Qt::MouseButton button) const
+{
+    const QListWidgetItem *item = macros()->findItems(name, Qt::MatchExactly).value(0);
+    QTest::mouseClick(macros()->viewport(), button, {}, macros()->visualItemRect(item).center());
+}
+
+void MacroPageTest::given(const QString &name, const MacroRows &content, int repeat)
+{
+    QVERIFY(MacroFile::write(name, {repeat, content}));
+    if (macros()->findItems(name, Qt::MatchExactly).isEmpty())
+        macros()->addItem(name);
+    select(name);
+    QCOMPARE(list()->count(), content.size());
+}
+
+void MacroPageTest::aMacroFromNewToFile()
+{
+    answerName("jump");
+    click("NewHong");
+    QCOMPARE(macroNames(), "jump");
+    QVERIFY(MacroFile::exists("jump") && !MacroFile::read("jump")->repeat && !isSaveable());
+    for (const int key : {Qt::Key_A, Qt::Key_Return}) { // Enter and Space are answers like any other key
+        answerKey(key);
+        choose(1);
+    }
+    choose(8);
+    QCOMPARE(rows(), "A+ 10ms Enter+ 10ms " + MouseButtonNames::current().names[3] + "+ 10ms " +
+                         MouseButtonNames::current().names[3] + "-");
+    find<QCheckBox>("ReUntilLoose")->click();
+    QSignalSpy told(postMsg(), &PostMsg::SigUpDataMacro);
+    click("Save");
+    QCOMPARE(told.size(), 2);
+    QCOMPARE(told[0], QVariantList({"jump", 0}));
+    QCOMPARE(told[1], QVariantList({"jump", 1}));
+    QFile file(MacroFile::path("jump"));
+    QVERIFY(file.open(QIODevice::ReadOnly) && !isSaveable());
+    QCOMPARE(file.readAll(), QByteArray("254\n0x04 1 0\n10ms\n0x28 1 0\n10ms\n0x08 4 0\n10ms\n0x08 4 1\n"));
+}
+
+void MacroPageTest::names_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("macros");
+    QTest::addColumn<QString>("prompt"); // behind the question
+    QTest::newRow("free") << "Jump"
+                          << "Roll Jump"
+                          << "";
+    QTest::newRow("taken but for case") << "roLL"
+                                        << "Roll"
+                                        << "SameMacro";
+    QTest::newRow("reserved") << "nul"
+                              << "Roll"
+                              << "SameMacro";
+    QTest::newRow("not shown by the lists") << "myxml"
+                                            << "Roll"
+                                            << "SameMacro";
+    QTest::newRow("what no file name holds vanishes") << "../a:b*?"
+                                                      << "Roll"
+                                                      << "SameMacro"; // "..ab"
+    QTest::newRow("a path becomes a name") << "a/\\b|<>"
+                                           << "Roll ab"
+                                           << "";
+    QTest::newRow("empty") << ""
+                           << "Roll"
+                           << "";
+}
+
+void MacroPageTest::names()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, prompt);
+    given("Roll", "A+");
+    answerName(typed);
+    if (!prompt.isEmpty())
+        answer([](QWidget *same) { clickIn(same, "NewHong"); });
+    click("NewHong");
+    QTEST(macroNames(), "macros");
+    QCOMPARE(prompts, prompt.isEmpty() ? QStringList("QuestionDialog") : QStringList({"QuestionDialog", prompt}));
+    QCOMPARE(MacroFile::names().size(), macros()->count());
+}
+
+void MacroPageTest::insertion_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<int>("current");
+    QTest::addColumn<QString>("event"); // B
+    QTest::addColumn<QString>("pair");  // of the left button
+    const QString five = "A+ 1ms A- 2ms C+";
+    const QString L = MouseButtonNames::current().names[0] + '+';
+    const QString l = MouseButtonNames::current().names[0] + '-';
+    QTest::newRow("empty") << "" << -1 << "B+" << L + " 10ms " + l;
+    QTest::newRow("none") << five << -1 << five + " 10ms B+" << five + " 10ms " + L + " 10ms " + l;
+    QTest::newRow("last") << five << 4 << five + " 10ms B+" << five + " 10ms " + L + " 10ms " + l;
+    QTest::newRow("first") << five << 0 << "A+ 1ms B+ 10ms A- 2ms C+"
+                           << "A+ 1ms " + L + " 10ms " + l + " 10ms A- 2ms C+";
+    QTest::newRow("delay") << five << 1 << "A+ 1ms B+ 10ms A- 2ms C+"
+                           << "A+ 1ms " + L + " 10ms " + l + " 10ms A- 2ms C+";
+    QTest::newRow("event") << five << 2 << "A+ 1ms A- 2ms B+ 10ms C+"
+                           << "A+ 1ms A- 10ms " + L + " 10ms " + l + " 2ms C+";
+}
+
+void MacroPageTest::insertion()
+{
+    QFETCH(QString, before);
+    QFETCH(int, current);
+    given("m", MacroText::rows(before));
+    list()->setCurrentRow(current);
+    answerKey(Qt::Key_B);
+    choose(1);
+    QTEST(rows(), "event");
+    QVERIFY(isSaveable());
+    select("m");
+    list()->setCurrentRow(current);
+    choose(4);
+    QTEST(rows(), "pair");
+}
+
+void MacroPageTest::delays_data()
+{
+    QTest::addColumn<int>("current");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<int>("currentAfter");
+    QTest::newRow("first") << 0 << "A+ 1ms A- C+" << 0;
+    QTest::newRow("delay") << 1 << "A+ 300ms A- C+" << 1;
+    QTest::newRow("event behind a delay") << 2 << "A+ 300ms A- C+" << 1;
+    QTest::newRow("event behind an event") << 3 << "A+ 1ms A- 300ms C+" << 3;
+    QTest::newRow("none") << -1 << "A+ 1ms A- C+" << -1;
+}
+
+void MacroPageTest::delays()
+{
+    QFETCH(int, current);
+    given("m", "A+ 1ms A- C+");
+    list()->setCurrentRow(current);
+    answer([](QWidget *prompt) {
+        prompt->findChild<QSpinBox *>()->setValue(300);
+        clickIn(prompt, "NewHong");
+    });
+    choose(3);
+    QTEST(rows(), "after");
+    QTEST(list()->currentRow(), "currentAfter");
+}
+
+void MacroPageTest::deletion_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<int>("current");
+    QTest::addColumn<QString>("after");
+    QTest::newRow("few rows all go") << "A+ 1ms A-" << -1 << "";
+    QTest::newRow("none") << "A+ 1ms A- 2ms B+" << -1 << "A+ 1ms A- 2ms B+";
+    QTest::newRow("delay") << "A+ 1ms A- 2ms B+" << 1 << "A- 2ms B+";
+    QTest::newRow("event") << "A+ 1ms A- 2ms B+" << 2 << "A+ 1ms B+";
+    QTest::newRow("last") << "A+ 1ms A- 2ms B+" << 4 << "A+ 1ms A-";
+    QTest::newRow("events side by side") << "A+ B+ C+ D+" << 1 << "A+ C+ D+";
+}
+
+void MacroPageTest::deletion()
+{
+    QFETCH(QString, before);
+    QFETCH(int, current);
+    QFETCH(QString, after);
+    given("m", MacroText::rows(before));
+    list()->setCurrentRow(current);
+    list()->setFocus();
+    press(page.get(), Qt::Key_Delete);
+    QCOMPARE(rows(), after);
+    QCOMPARE(isSaveable(), before != after);
+    QSignalSpy told(postMsg(), &PostMsg::SigUpDataMacro);
+    click("Save");
+    QCOMPARE(told.size(), int(before != after && !after.isEmpty())); // an emptied list isn't told to the mouse
+    QVERIFY(MacroFile::read("m")->rows == MacroText::rows(after));
+}
+
+void MacroPageTest::amend()
+{
+    given("m", "A+ 1ms A-");
+    list()->setCurrentRow(2);
+    answerKey(Qt::Key_F5);
+    click("Amend");
+    list()->setCurrentRow(1);
+    answer([](QWidget *prompt) { clickIn(prompt, "NewHong"); });
+    click("Amend");
+    QCOMPARE(rows(), "A+ 10ms F5-");
+    answer([](QWidget *prompt) { clickIn(prompt, "NewHong_2"); }); // nothing was entered
+    click("Amend");
+    answer([this](QWidget *prompt) { // the rows are another macro's when it returns
+        given("other", "B+ 2ms B-");
+        clickIn(prompt, "NewHong");
+    });
+    list()->setCurrentRow(1);
+    click("Amend");
+    QCOMPARE(rows(), "B+ 2ms B-");
+    QCOMPARE(prompts.filter("addKey").size(), 1);
+}
+
+void MacroPageTest::seventyEventsAtMost()
+{
+    given("m", MacroText::many(69));
+    choose(5);
+    QCOMPARE(list()->count(), 137);
+    answerKey(Qt::Key_B);
+    choose(2);
+    QCOMPARE(list()->count(), 139);
+    answerKey(Qt::Key_B);
+    choose(2);
+    QCOMPARE(list()->count(), 139);
+    QCOMPARE(prompts, QStringList({"KeyNumberLimit", "addKey", "addKey", "KeyNumberLimit"}));
+}
+
+void MacroPageTest::repeatModes()
+{
+    for (const int code : {1, 250, 253, 254, 255}) {
+        given("m", "A+", code);
+        QVERIFY(!isSaveable());
+        given("never saved", "A+", 7); // shows another one meanwhile
+        select("m");
+        find<QSpinBox>("NumberEdit")->setValue(code <= 250 ? code % 250 + 1 : 3);
+        QVERIFY(isSaveable());
+        click("Save");
+        QCOMPARE(MacroFile::read("m")->repeat, std::optional<int>(code <= 250 ? code % 250 + 1 : code));
+    }
+    QTest::mouseClick(find<QWidget>("ReUntilLabel"), Qt::LeftButton); // its text counts as the box
+    QVERIFY(find<QCheckBox>("ReUntil")->isChecked());
+    QFile(MacroFile::path("m")).resize(0);
+    select("m");
+    QVERIFY(find<QCheckBox>("ReUntil")->isChecked() && list()->count() == 0); // an empty file says nothing
+}
+
+void MacroPageTest::renameAndDelete()
+{
+    given("b", "B+");
+    given("a", "A+");
+    QSignalSpy renamed(postMsg(), &PostMsg::SigMacroRename);
+    QSignalSpy deleted(postMsg(), &PostMsg::SigDeleteMacroButton);
+    answerName("a"); // the current one counts as well
+    page->RenameMacro();
+    answerName("c");
+    page->RenameMacro();
+    QCOMPARE(renamed, (QList<QVariantList>{{"a", "c"}}));
+    QCOMPARE(MacroFile::names(), QStringList({"b", "c"}));
+    list()->setCurrentRow(0);
+    answerKey(Qt::Key_B);
+    click("Amend");
+    click("Save");
+    QVERIFY(MacroFile::read("c")->rows == MacroText::rows("B+"));
+
+    answer([](QWidget *prompt) { clickIn(prompt, "CloseButton"); });
+    click("DeleteHong");
+    QCOMPARE(macroNames(), "b c");
+    answer([](QWidget *prompt) { clickIn(prompt, "NewHong"); });
+    click("DeleteHong");
+    QCOMPARE(deleted, (QList<QVariantList>{{"Macro: c"}}));
+    QCOMPARE(macroNames(), "b");
+    QCOMPARE(rows() + QString::number(macros()->currentRow()), "-1");
+    click("DeleteHong"); // nothing is selected
+    QCOMPARE(MacroFile::names(), QStringList("b"));
+}
+
+void MacroPageTest::rightClickKeepsRows()
+{
+    given("b", "B+");
+    given("a", "A+ 1ms A-");
+    list()->setCurrentRow(1);
+    answer([](QWidget *prompt) { clickIn(prompt, "NewHong"); });
+    click("Amend");
+    select("b", Qt::RightButton);
+    QCOMPARE(macros()->currentItem()->text(), "b");
+    QCOMPARE(rows(), "A+ 10ms A-");
+    QVERIFY(isSaveable());
+    click("Save");
+    QVERIFY(MacroFile::read("a")->rows == MacroText::rows("A+ 10ms A-"));
+    QVERIFY(MacroFile::read("b")->rows == MacroText::rows("B+"));
+    // With nothing on show an insertion is meant for the macro that is selected, behind its own rows.
+    answer([](QWidget *prompt) { clickIn(prompt, "NewHong"); });
+    click("DeleteHong");
+    select("a", Qt::RightButton);
+    choose(4);
+    QVERIFY(rows().startsWith("A+ 10ms A- 10ms "));
+    QFile::remove(MacroFile::path("a"));
+    click("Save");
+    QVERIFY(!MacroFile::exists("a")); // what was deleted doesn't come back
+}
+
+void MacroPageTest::undo()
+{
+    given("m", "A+ 1ms A-");
+    QStringList states;
+    for (int edit = 0; edit < 30; ++edit) {
+        states += rows();
+        list()->setCurrentRow(edit % 2 ? -1 : 0);
+        choose(4);
+        if (edit % 3 == 0) {
+            states += rows();
+            list()->setCurrentRow(0);
+            click("DeleteKey");
+        }
+    }
+    list()->setFocus();
+    while (!states.isEmpty()) {
+        QTest::keyClick(page->windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(rows(), states.takeLast());
+    }
+    QTest::keyClick(page->windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(isSaveable() && prompts.isEmpty());
+    given("other", "B+");
+    QTest::keyClick(page->windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(rows(), "B+"); // the edits were another macro's
+}
+
+void MacroPageTest::recording()
+{
+    click("StartRecord");
+    QCOMPARE(prompts, QStringList("ExeIsRun"));
+    given("m", "A+ 1ms A-");
+    QSignalSpy told(postMsg(), &PostMsg::SigStartRecord);
+    find<QCheckBox>("DefaultDelay")->click();
+    find<QSpinBox>("DelayTime")->setValue(25);
+    click("StartRecord");
+    QVERIFY(MacroRecording && list()->count() == 0 && !find<QWidget>("DelayTime")->isVisible());
+    QWidget *const window = page.get();
+    for (const int key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Return, Qt::Key_Delete, Qt::Key_VolumeUp, Qt::Key_Z}) {
+        press(window, key);
+        press(window, key);
+        release(window, key);
+    }
+    click("StopRecord");
+    QCOMPARE(rows(),
+             "Space+ 25ms Space- 25ms Tab+ 25ms Tab- 25ms Enter+ 25ms Enter- 25ms Del+ 25ms Del- 25ms Z+ 25ms Z-");
+    QCOMPARE(told, (QList<QVariantList>{{0}, {1}}));
+    QVERIFY(!MacroRecording && isSaveable() && find<QWidget>("DelayTime")->isVisible() && macros()->isEnabled());
+    QVERIFY(MacroFile::read("m")->rows == MacroText::rows("A+ 1ms A-")); // until it is saved
+    press(window, Qt::Key_Q);
+    QCOMPARE(list()->count(), 19);
+    list()->setFocus();
+    QTest::keyClick(page->windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(rows(), "A+ 1ms A-");
+}
+
+void MacroPageTest::recordingKeepsWhatIsDown()
+{
+    given("m", "");
+    find<QCheckBox>("DefaultDelay")->click();
+    click("StartRecord");
+    QWidget *const window = page.get();
+    press(window, Qt::Key_A);
+    press(window, Qt::Key_B);
+    release(window, Qt::Key_A);
+    release(window, Qt::Key_B);
+    press(window, Qt::Key_B);
+    press(window, Qt::Key_VolumeUp); // a pause, and then no key that a macro can hold
+    postMsg()->post(&PostMsg::SigSetMacroPage);
+    QVERIFY(!MacroRecording && find<QWidget>("StartRecord")->isVisible() && !isSaveable());
+    QCOMPARE(rows().section(' ', 0, 8), "A+ 10ms B+ 10ms A- 10ms B- 10ms B+");
+}
+
+void MacroPageTest::recordingStopsAtTheLimit()
+{
+    given("m", "");
+    click("StartRecord");
+    answer([](QWidget *prompt) {
+        press(prompt, Qt::Key_X);
+        clickIn(prompt, "NewHong");
+    });
+    for (int event = 0; event < 90; ++event)
+        event % 2 ? release(page.get(), Qt::Key_A) : press(page.get(), Qt::Key_A);
+    QCOMPARE(prompts, QStringList("KeyNumberLimit"));
+    QCOMPARE(list()->count(), 139);
+    QVERIFY(!MacroRecording && find<QWidget>("StopRecord")->isVisible());
+    click("StopRecord");
+    click("Save");
+    QCOMPARE(eventCount(MacroFile::read("m")->rows), 70);
+}
+
+void MacroPageTest::recordingRefusesCommands()
+{
+    given("m", "A+ 1ms A- 2ms B+");
+    list()->setCurrentRow(0);
+    choose(4); // Save is alive
+    click("StartRecord");
+    for (const char *button : {"NewHong", "DeleteHong", "Amend", "DeleteKey", "Save"})
+        click(button);
+    QCOMPARE(prompts, QStringList({"ExeIsRun", "ExeIsRun", "ExeIsRun", "ExeIsRun", "ExeIsRun"}));
+    QVERIFY(!macros()->isEnabled() && !find<QWidget>("ChooseEvent")->isEnabled());
+    QCOMPARE(MacroFile::read("m")->rows.size(), 5);
+    click("StopRecord");
+}
+
+void MacroPageTest::exportAndImport()
+{
+    given("七十", MacroText::many(70), 253);
+    const QString path = QDir::home().filePath("out.ini");
+    page->setAskPaths([&](const QString &) { return path; }, [&](const QString &) { return path; });
+    page->ExPortMacro();
+    page->InPortMacro();
+    QCOMPARE(prompts, QStringList("SameMacro"));
+    answer([](QWidget *prompt) { clickIn(prompt, "NewHong"); });
+    click("DeleteHong");
+    postMsg()->post(&PostMsg::SigChangeLanguage, 4); // the file has the English names of the buttons
+    page->InPortMacro();
+    QCOMPARE(macroNames(), "七十");
+    QCOMPARE(macros()->currentRow(), 0);
+    QVERIFY(MacroFile::read("七十")->rows == MacroText::many(70) && *MacroFile::read("七十")->repeat == 253);
+    QCOMPARE(list()->count(), 139);
+    QVERIFY(!list()->item(0)->icon().isNull() && !isSaveable());
+    postMsg()->post(&PostMsg::SigChangeLanguage, 0);
+
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QByteArray content = file.readAll();
+    file.resize(file.size() - 3);
+    content.replace("\xe4\xb8\x83\xe5\x8d\x81", "../abc");
+    for (const QByteArray &bad : {file.readAll(), content, QByteArray("254\n0x04 1 0\n"), QByteArray()}) {
+        file.resize(0);
+        file.seek(0);
+        file.write(bad);
+        file.flush();
+        page->InPortMacro();
+    }
+    page->setAskPaths({}, [](const QString &) { return QString("/dev/zero"); });
+    page->InPortMacro();
+    QCOMPARE(macroNames(), "七十");
+    QCOMPARE(MacroFile::names(), QStringList("七十"));
+}
+
+void MacroPageTest::imageInTheMouse()
+{
+    VirtualMice::restoreScene();
+    ConnectedMouse::select(0);
+    QVERIFY(ConnectedMouse::read(false));
+    given("m", MacroText::many(70), 254);
+    postMsg()->post(&PostMsg::SigMacroDownLoadData, QString("m") + QChar(0), 3);
+    QVERIFY(ConnectedMouse::isWritten("q1"));
+    const FlashDataMap held = VirtualMice::record("q1");
+    QCOMPARE(MacroImage::name(held.MacroSlots[3]), "m");
+    QCOMPARE(int(held.MacroSlots[3].EventCount), 70);
+    for (int event = 0; event < 70; ++event) {
+        const MacroKey &key = KeyTable::keys()[std::size_t(108 - event / 2 * 3 % 109)];
+        const MacroEvent &found = held.MacroSlots[3].Events[event];
+        QCOMPARE(int(found.Code), int(key.code));
+        QCOMPARE(int(found.Kind), int(key.kind));
+        QCOMPARE(int(found.Action), event % 2);
+        QCOMPARE(found.DelayMs, event < 69 ? std::uint32_t(event) * 70000 / 68 : 0U);
+    }
+    for (const char *other : {"other", ""})
+        postMsg()->post(&PostMsg::SigMacroDownLoadData, other, 4);
+    given("empty", "");
+    postMsg()->post(&PostMsg::SigMacroDownLoadData, "empty", 5);
+    QVERIFY(ConnectedMouse::isWritten("q1"));
+    QCOMPARE(MacroImage::name(VirtualMice::record("q1").MacroSlots[5]), "empty");
+    QCOMPARE(int(VirtualMice::record("q1").MacroSlots[5].EventCount), 0);
+    QCOMPARE(int(VirtualMice::record("q1").MacroSlots[4].NameLength), 0);
+    ConnectedMouse::forget();
+}
+
+void MacroPageTest::savedRowsReachTheMouse()
+{
+    VirtualMice::restoreScene();
+    ConnectedMouse::select(0);
+    QVERIFY(ConnectedMouse::read(false));
+    // The listener waits, as the button page does, and the user goes on.
+    std::function<void()> meanwhile;
+    const auto listening = connect(postMsg(), &PostMsg::SigUpDataMacro, page.get(), [&](const QString &name, int) {
+        meanwhile();
+        postMsg()->post(&PostMsg::SigMacroDownLoadData, name, 2);
+    });
+    const auto save = [&](const char *rows, const std::function<void()> &then) {
+        given("m", rows);
+        meanwhile = then;
+        list()->setCurrentRow(-1);
+        choose(4);
+        click("Save");
+        if (!ConnectedMouse::isWritten("q1"))
+            qFatal("the mouse did not get it");
+        return MacroText::of(MacroImage::rows(VirtualMice::record("q1").MacroSlots[2])).section(' ', 0, 0);
+    };
+    QCOMPARE(save("A+", [this] { click("StartRecord"); }), "A+");
+    click("StopRecord");
+    FlashDataMap older{};
+    older.MacroSlots[2] = MacroImage::make("m", MacroText::rows("Z+"));
+    QCOMPARE(save("B+", [&] { postMsg()->post(&PostMsg::SigButtonToMacro, older, 2); }), "B+");
+    QCOMPARE(MacroText::of(MacroFile::read("m")->rows).section(' ', 0, 0), "B+");
+    QCOMPARE(save("C+", [this] { given("other", "D+"); }), "B+");
+    QCOMPARE(save("E+", [] { postMsg()->post(&PostMsg::SigSetMacroPage); }), "B+");
+    disconnect(listening);
+    ConnectedMouse::forget();
+}
+
+void MacroPageTest::readBack()
+{
+    FlashDataMap record{};
+    const auto hold = [&record](int slot, const QString &name, const QString &rows, std::uint8_t repeat) {
+        record.MacroSlots[slot] = MacroImage::make(name, MacroText::rows(rows));
+        record.KeyFunctions[slot] = {6, std::uint8_t(slot), repeat};
+        postMsg()->post(&PostMsg::SigButtonToMacro, record, slot);
+    };
+    QSignalSpy added(postMsg(), &PostMsg::SigAddMacroButton);
+    given("b", "B+");
+    given("a", "A+", 5);
+    hold(0, "new", "C+ 10ms C-", 254);
+    QCOMPARE(macroNames(), "b a new");
+    QCOMPARE(macros()->currentRow(), -1);
+    QCOMPARE(list()->count() + added.size(), 1);
+    hold(1, "b", "D+", 250);
+    QCOMPARE(MacroText::of(MacroFile::read("b")->rows), "D+");
+    select("a");
+    choose(4); // an edit that isn't saved
+    const QString edited = rows();
+    hold(2, "a", "E+", 3);
+    QCOMPARE(rows(), edited);
+    QVERIFY(isSaveable());
+    hold(0, "new", "C+ 10ms C-", 254);
+    select("a");
+    QCOMPARE(rows(), "E+");
+    hold(2, "a", "E+", 3); // nothing that this PC doesn't have
+    QCOMPARE(rows(), "E+");
+    for (const char *hostile : {"../../evil", "con", "B", "", "x/y", "\xff\xfe"}) {
+        record.MacroSlots[3] = MacroSlot{};
+        std::strncpy(record.MacroSlots[3].Name, hostile, 30);
+        record.MacroSlots[3].EventCount = 255;
+        postMsg()->post(&PostMsg::SigButtonToMacro, record, 3);
+    }
+    QCOMPARE(macroNames(), "b a new");
+    QCOMPARE(MacroFile::names(), QStringList({"a", "b", "new"}));
+    QCOMPARE(added.size(), 1);
+}
+
+void MacroPageTest::language()
+{
+    given("m", "");
+    choose(4);
+    const QString english = rows();
+    postMsg()->post(&PostMsg::SigChangeLanguage, 1);
+    QCOMPARE(rows(), "左键+ 10ms 左键-");
+    QCOMPARE(find<QToolButton>("NewHong")->text() + find<QToolButton>("NewHong")->toolTip(), "新建宏");
+    click("Save");
+    QCOMPARE(MacroText::of(MacroFile::read("m")->rows), "左键+ 10ms 左键-");
+    QVERIFY(MacroFile::serialise(*MacroFile::read("m")).contains("0x01 4 0"));
+    postMsg()->post(&PostMsg::SigChangeLanguage, 0);
+    QCOMPARE(rows(), english);
+}
+
+void MacroPageTest::timeLine()
+{
+    given("m", "A+ 100ms LShift+ 50ms A- 850ms B+");
+    QWidget *const line = find<QWidget>("timeLine");
+    const auto clickAt = [line](double part, int y) {
+        QTest::mouseClick(line, Qt::LeftButton, {}, QPoint(int(part * (line->width() - 2)), y));
+    };
+    clickAt(0.07, 30);
+    QCOMPARE(list()->currentRow(), 0); // A, to 150 of 1000 ms
+    clickAt(0.5, 50);
+    QCOMPARE(list()->currentRow(), 2); // the key that is never let go, in the second lane
+    clickAt(0.5, 30);
+    QCOMPARE(list()->currentRow(), 2); // nothing there
+    const QImage warned = line->grab().toImage();
+    given("n", "A+ 100ms LShift+ 50ms A- 850ms LShift-");
+    list()->setCurrentRow(2);
+    QVERIFY(line->grab().toImage().copy(96, 0, 200, 20) != warned.copy(96, 0, 200, 20));
+}
+
+HALVARION_TEST_MAIN(MacroPageTest)
+#include "tst_macropage.moc"
