@@ -2,20 +2,15 @@
 #include "lighting/LightTables.h"
 #include "productdata/Theme.h"
 #include "ui/LateStyle.h"
-#include "ui/MyConmboBox.h"
 
-#include <QAbstractItemView>
 #include <QLabel>
 #include <QToolButton>
 
 namespace {
 
-/** The states that the shared templates leave out: what has the focus, and what can't be used now. */
-const char *const comboStates = "QComboBox:focus{border: 1px solid rgb(%1);border-radius: 4px;"
-                                "border-image: none;background: rgb(13,16,19);}";
-const char *const lines = "#rule{border: 0px;background: rgb(43,50,59);}";
+const char *const lines = "#rule{border: 0px;background: rgb(%1);}";
 const char *const presetButton = "QToolButton{border: 0px;image: url(%1Color%2.png);}"
-                                 "QToolButton:hover{border: 1px solid rgb(220,220,220);border-radius: 5px;}"
+                                 "QToolButton:hover{border: 1px solid rgb(%4);border-radius: 5px;}"
                                  "QToolButton:pressed{border: 1px solid rgb(%3);border-radius: 5px;}";
 
 } // namespace
@@ -26,10 +21,8 @@ void LampLight::setStyles()
     const QString accent = Theme::rgb(Colour::SliderColor);
     setAttribute(Qt::WA_StyledBackground);
     new LateStyle(this, Theme::frameBackground(pictures, objectName(), QStringLiteral("BackGround.png")) +
-                            Theme::label() + QLatin1String(lines));
+                            Theme::label() + QString::fromLatin1(lines).arg(Theme::rgb(Theme::Tone::Hairline)));
 
-    form.LightMod->setStyleSheet(Theme::comboBox(pictures) + QString::fromLatin1(comboStates).arg(accent));
-    form.LightMod->view()->setStyleSheet(Theme::comboBoxList());
     form.RippeControl->setStyleSheet(Theme::switchButton(pictures, form.RippeControl->objectName()));
 
     form.label_7->setPixmap(QPixmap(pictures + QStringLiteral("ColorBoard.png")));
@@ -44,6 +37,7 @@ void LampLight::setStyles()
                                                 QStringLiteral("ReduceHover.png"), QStringLiteral("ReduceClick.png")));
     for (std::size_t number = 0; number < form.presets.size(); ++number) {
         form.presets[number]->setStyleSheet(
-            QString::fromLatin1(presetButton).arg(pictures, QString(QChar(char('A' + number))), accent));
+            QString::fromLatin1(presetButton)
+                .arg(pictures, QString(QChar(char('A' + number))), accent, Theme::rgb(Colour::ComboxTextColor)));
     }
 }

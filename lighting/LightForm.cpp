@@ -3,11 +3,11 @@
 #include "lighting/LightStage.h"
 #include "lighting/LightTables.h"
 #include "sensor/StopCloseTime.h"
+#include "ui/ComboStyle.h"
 #include "ui/MyConmboBox.h"
 #include "ui/NumberBox.h"
 
 #include <QLabel>
-#include <QListView>
 #include <QSlider>
 #include <QSpinBox>
 #include <QToolButton>
@@ -113,10 +113,9 @@ void LightForm::build(QWidget *page)
         add<QFrame>(page, "rule", rule);
     buildLabels(page);
     LightMod = add<MyConmboBox>(page, "LightMod", effectPlace);
+    styleCombo(LightMod, "Light");
     for (const LightTables::Effect &effect : LightTables::effects)
         LightMod->addItem(QString::fromUtf8(effect.defaultText));
-    LightMod->setView(new QListView(LightMod));
-    LightMod->setMaxVisibleItems(5);
     buildLevels(page);
     RippeControl = addButton(page, "RippeControl", switchPlace);
     RippeControl->setCheckable(true);

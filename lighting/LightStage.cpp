@@ -1,12 +1,16 @@
 #include "lighting/LightStage.h"
 
 #include "app/hub/Wait.h"
+#include "productdata/Theme.h"
+#include "ui/RgbText.h"
 
 #include <QLinearGradient>
 #include <QPainter>
 #include <QtMath>
 
 #include <array>
+
+using Theme::Tone;
 
 namespace {
 
@@ -18,14 +22,7 @@ constexpr int lampCount = 40;
 constexpr int footRoom = 48;
 constexpr int mouseLength = 372;
 
-constexpr QRgb wellTop = 0xff0a0c0e;
-constexpr QRgb wellBottom = 0xff11151a;
-constexpr QRgb hairline = 0xff2b323b;
-constexpr QRgb bodyTop = 0xff262c34;
-constexpr QRgb bodyBottom = 0xff14181c;
-constexpr QRgb seam = 0xff0d1013;
-constexpr QRgb rim = 0xff3d4651;
-constexpr QRgb darkLamp = 0xff2b323b;
+QColor colour(Theme::Tone tone) { return colourOf(Theme::rgb(tone)); }
 
 /** The half outline on the right, tail at 0,0, in pixels: points of cubic curves, up to the nose. */
 constexpr std::array<QPointF, 10> outline = {
@@ -91,7 +88,7 @@ QColor mixed(const QColor &from, const QColor &to, qreal part)
 
 } // namespace
 
-LightStage::LightStage(QWidget *parent) : QWidget(parent)
+LightStage::LightStage(QWidget *parent) : QWidget(parent), darkLamp(colour(Tone::Hairline))
 {
     frames.setInterval(qMax(Wait::scaled(frameTime), frameTime / 4));
     connect(&frames, &QTimer::timeout, this, [this] { update(glow.area()); });
@@ -163,9 +160,9 @@ QPixmap LightStage::drawn(void (LightStage::*paint)(QPainter &) const) const
 void LightStage::paintWell(QPainter &painter) const
 {
     QLinearGradient depth(0, 0, 0, height());
-    depth.setColorAt(0, QColor(wellTop));
-    depth.setColorAt(1, QColor(wellBottom));
-    painter.setPen(QColor(hairline));
+    depth.setColorAt(0, colour(Tone::Deep));
+    depth.setColorAt(1, colour(Tone::Well));
+    painter.setPen(colour(Tone::Hairline));
     painter.setBrush(depth);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
 }
@@ -181,20 +178,20 @@ void LightStage::paintMouse(QPainter &painter) const
     const QPainterPath body = bodyPath();
     const QRectF box = body.boundingRect();
     QLinearGradient shell(box.topLeft(), box.bottomLeft());
-    shell.setColorAt(0, QColor(bodyTop));
-    shell.setColorAt(1, QColor(bodyBottom));
-    painter.setPen(QPen(QColor(rim), 1));
+    shell.setColorAt(0, colour(Tone::Raised));
+    shell.setColorAt(1, colour(Tone::Window));
+    painter.setPen(QPen(colour(Tone::Edge), 1));
     painter.setBrush(shell);
     painter.drawPath(body);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(QColor(seam), 2));
+    painter.setPen(QPen(colour(Tone::Sunken), 2));
     painter.setClipPath(body, Qt::IntersectClip);
     painter.drawLine(QPointF(0, -mouseLength), QPointF(0, -201));
     QPainterPath keys(QPointF(-96, -222));
     keys.cubicTo({-52, -194}, {52, -194}, {96, -222});
     painter.drawPath(keys);
-    painter.setPen(QPen(QColor(rim), 1));
-    painter.setBrush(QColor(seam));
+    painter.setPen(QPen(colour(Tone::Edge), 1));
+    painter.setBrush(colour(Tone::Sunken));
     painter.drawRoundedRect(QRectF(-8, -332, 16, 52), 8, 8);
 }
 
@@ -218,14 +215,14 @@ void LightStage::paintLight(QPainter &painter) const
     const auto drawStrip = [&](qreal thickness, const QColor &unlit, qreal whiteness) {
         for (int number = 0; number + 1 < lampCount; ++number) {
             const QColor lit = mixed(full(colours[number]), Qt::white, whiteness);
-            const QColor colour = mixed(unlit, lit, colours[number].valueF());
+            const QColor lamp = mixed(unlit, lit, colours[number].valueF());
             // Round where it ends; between two pieces that overlap nobody sees it, and it costs half of the drawing.
             const bool isEnd = number == 0 || number + 2 == lampCount;
-            painter.setPen(QPen(colour, thickness, Qt::SolidLine, isEnd ? Qt::RoundCap : Qt::SquareCap));
+            painter.setPen(QPen(lamp, thickness, Qt::SolidLine, isEnd ? Qt::RoundCap : Qt::SquareCap));
             painter.drawLine(places[number], places[number + 1]);
         }
     };
-    drawStrip(5, QColor(darkLamp), 0);
-    drawStrip(2, QColor(darkLamp), 0.6);
+    drawStrip(5, darkLamp, 0);
+    drawStrip(2, darkLamp, 0.6);
     painter.restore();
 }

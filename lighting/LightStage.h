@@ -3,6 +3,7 @@
 #include "lighting/LightGlow.h"
 #include "lighting/LightPattern.h"
 
+#include <QColor>
 #include <QElapsedTimer>
 #include <QPainterPath>
 #include <QPixmap>
@@ -35,6 +36,7 @@ private:
     void paintMouse(QPainter &painter) const;
     void paintLight(QPainter &painter) const;
 
+    QColor darkLamp; ///< of the strip
     LightLook shown;
     QTimer frames;
     QElapsedTimer running;

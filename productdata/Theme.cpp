@@ -16,7 +16,7 @@ struct ColourKey
 };
 
 /** In the order of Theme::Colour. */
-constexpr std::array<ColourKey, 8> colourKeys = {{
+constexpr std::array<ColourKey, 10> colourKeys = {{
     {"LabelColor", "176,184,192"},
     {"ButtonColor", "236,240,244"},
     {"ComboxTextColor", "225,230,235"},
@@ -25,6 +25,8 @@ constexpr std::array<ColourKey, 8> colourKeys = {{
     {"LinEditColor", "236,240,244"},
     {"LinEditColorSecond", "225,230,235"},
     {"SliderColor", "0,255,153"},
+    {"GroundColor", "13,16,19"},
+    {"EdgeColor", "61,70,81"},
 }};
 
 } // namespace
@@ -46,6 +48,19 @@ QString Theme::rgb(Colour colour)
     };
     if (parts.size() != 3 || !std::all_of(parts.begin(), parts.end(), isByte))
         return QLatin1String(entry.builtIn);
+    return parts.join(QLatin1Char(','));
+}
+
+QString Theme::rgb(Tone tone)
+{
+    const QStringList ground = rgb(Colour::GroundColor).split(QLatin1Char(','));
+    const QStringList edge = rgb(Colour::EdgeColor).split(QLatin1Char(','));
+    QStringList parts;
+    for (int part = 0; part < ground.size(); ++part) {
+        const int from = ground.at(part).toInt();
+        const int mixed = from + (edge.at(part).toInt() - from) * static_cast<int>(tone) / 100;
+        parts.append(QString::number(std::clamp(mixed, 0, 255)));
+    }
     return parts.join(QLatin1Char(','));
 }
 
@@ -110,6 +125,16 @@ QString Theme::comboBoxList()
     return QStringLiteral("QListView::item:selected{background-color: rgb(%1);}"
                           "QListView::item:hover{background-color: rgb(%1);}")
         .arg(rgb(Colour::ComboxSelectColor));
+}
+
+QString Theme::scrollBar()
+{
+    return QStringLiteral("QScrollBar:vertical{width: 8px;border: 0px;background: rgb(%1);}"
+                          "QScrollBar::handle:vertical{background: rgb(%2);border-radius: 3px;margin: 1px;"
+                          "min-height: 24px;}QScrollBar::handle:vertical:hover{background: rgb(%3);}"
+                          "QScrollBar::add-line,QScrollBar::sub-line{height: 0px;}"
+                          "QScrollBar::add-page,QScrollBar::sub-page{background: none;}")
+        .arg(rgb(Tone::Sunken), rgb(Tone::Edge), rgb(Tone::Faint));
 }
 
 QString Theme::slider(const QString &folder)

@@ -20,11 +20,33 @@ enum class Colour {
     ComboxBackGroundColor,
     LinEditColor,
     LinEditColorSecond,
-    SliderColor
+    SliderColor,
+    GroundColor, ///< the darkest ground, into which fields are sunk
+    EdgeColor    ///< the edge of what can be acted on
 };
 
 /** "red,green,blue" of a colour key; the built-in colour when the key doesn't hold three numbers of 0 to 255. */
 QString rgb(Colour colour);
+
+/**
+ * The neutral colours between and round `GroundColor` and `EdgeColor`: how far they are on the way from the one to the
+ * other, in percent. A theme names the two, and everything that has no picture follows.
+ */
+enum class Tone {
+    Deep = -6,     ///< the back of a well
+    Sunken = 0,    ///< a field that is typed into
+    Well = 9,      ///< the foot of a well
+    Window = 17,   ///< what floats over the page
+    Pressed = 23,  ///< the face of a button
+    Raised = 52,   ///< the face of a button
+    Hairline = 62, ///< between two groups, round a panel
+    Hover = 77,    ///< the face of a button
+    Edge = 100,
+    Faint = 163 ///< letters of what can't be used now
+};
+
+/** "red,green,blue" of a neutral colour. */
+QString rgb(Tone tone);
 
 /** Text colour of every label below the widget. */
 QString label();
@@ -41,6 +63,8 @@ QString textButton(const QString &folder, const QString &plain, const QString &h
 QString toolButtonFocus(const QString &folder, const QString &hover);
 QString comboBox(const QString &folder);
 QString comboBoxList();
+/** A thin upright scroll bar, for the sheet of what scrolls. */
+QString scrollBar();
 QString slider(const QString &folder);
 QString spinBox();
 QString lineEdit();

@@ -10,8 +10,15 @@ namespace {
 constexpr int visibleRows = 5;
 
 /** Some styles pop up every item like a menu unless told otherwise. */
-constexpr char listPopup[] = "QComboBox{combobox-popup: 0;}";
-constexpr char disabledLook[] = "QComboBox:disabled{color: rgb(91,101,112);}";
+const char *const listPopup = "QComboBox{combobox-popup: 0;}";
+
+/** The states that the shared template leaves out: what has the keyboard, and what can't be used now. */
+QString states()
+{
+    return QStringLiteral("QComboBox:focus{border: 1px solid rgb(%1);border-radius: 4px;border-image: none;"
+                          "background: rgb(%2);}QComboBox:disabled{color: rgb(%3);}")
+        .arg(Theme::rgb(Theme::Colour::SliderColor), Theme::rgb(Theme::Tone::Sunken), Theme::rgb(Theme::Tone::Faint));
+}
 
 } // namespace
 
@@ -21,8 +28,9 @@ QListView *styleCombo(MyConmboBox *combo, const char *folder)
     auto *const list = new QListView;
     combo->setView(list);
     combo->setMaxVisibleItems(visibleRows);
-    combo->setStyleSheet(Theme::comboBox(Theme::pictureFolder(folder)) + QLatin1String(listPopup) +
-                         QLatin1String(disabledLook));
-    list->setStyleSheet(Theme::comboBoxList());
+    combo->setStyleSheet(Theme::comboBox(Theme::pictureFolder(folder)) + QLatin1String(listPopup) + states());
+    list->setStyleSheet(Theme::comboBoxList() + Theme::scrollBar());
+    // A style that pops up like a menu has switched it off, and nothing would tell that there is more.
+    list->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     return list;
 }

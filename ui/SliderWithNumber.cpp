@@ -13,8 +13,12 @@ namespace {
 constexpr int lineHeight = 2; // as the groove of the slider
 
 /** A slider that can't be moved now has no accent. */
-const char *const disabledLook = "QSlider:sub-page:horizontal:disabled{background-color: rgb(91,101,112);}"
-                                 "QSlider:add-page:horizontal:disabled{background-color: rgb(61,70,81);}";
+QString disabledLook()
+{
+    return QStringLiteral("QSlider:sub-page:horizontal:disabled{background-color: rgb(%1);}"
+                          "QSlider:add-page:horizontal:disabled{background-color: rgb(%2);}")
+        .arg(Theme::rgb(Theme::Tone::Faint), Theme::rgb(Theme::Tone::Edge));
+}
 
 } // namespace
 
@@ -25,12 +29,12 @@ SliderWithNumber::SliderWithNumber(QWidget *parent, const char *folder, const ch
     slider->setObjectName(QLatin1String(sliderName));
     slider->setMinimum(1);
     slider->setPageStep(1);
-    slider->setStyleSheet(Theme::slider(Theme::pictureFolder(folder)) + QLatin1String(disabledLook));
+    slider->setStyleSheet(Theme::slider(Theme::pictureFolder(folder)) + disabledLook());
     number->setObjectName(QLatin1String(numberName));
     number->setMinimum(1);
     styleNumberDisplay(number);
     line->setObjectName(QLatin1String(lineName));
-    line->setStyleSheet(QStringLiteral("border: 0px;background: rgb(43,50,59);"));
+    line->setStyleSheet(QStringLiteral("border: 0px;background: rgb(%1);").arg(Theme::rgb(Theme::Tone::Hairline)));
     line->hide();
 }
 
