@@ -29,6 +29,7 @@ private Q_SLOTS:
     void delayEntry_data();
     void delayEntry();
     void mouseAnswersAgain();
+    void dimsWhatLiesBehind();
     void waiting();
     void waitingCutShort();
 };
@@ -188,6 +189,58 @@ void PromptEntriesTest::mouseAnswersAgain()
 {
     MouseOffLine prompt;
     QCOMPARE(execAnd(prompt, [] { postMsg()->post(&PostMsg::SigCloseOffOnline); }), int(QDialog::Rejected));
+}
+
+/** What is behind the prompt in front is dim, and nothing is when the last has gone, in whatever order and way they go.
+ */
+void PromptEntriesTest::dimsWhatLiesBehind()
+{
+    QWidget window;
+    window.setStyleSheet("background: rgb(200,200,200);");
+    window.resize(400, 300);
+    window.show();
+    auto *const button = new QToolButton(&window);
+    const auto brightness = [](QWidget &shown) { return qGray(shown.grab().toImage().pixel(shown.width() - 4, 10)); };
+    const int bright = brightness(window);
+
+    ContainReset lower;
+    lower.show();
+    const int prompt = brightness(lower);
+    QVERIFY(brightness(window) < bright / 2 && brightness(window) > 0);
+    button->resize(window.size()); // what comes and goes underneath stays underneath
+    window.resize(500, 300);
+    QVERIFY(brightness(window) < bright / 2);
+    auto upper = std::make_unique<UpDataParam>();
+    upper->show();
+    QVERIFY(brightness(lower) < prompt && brightness(window) < bright / 2);
+    const int once = brightness(window);
+    lower.close(); // before the one above it
+    QCOMPARE(brightness(window), once);
+    lower.show();
+    QCOMPARE(brightness(lower), prompt);
+    QVERIFY(brightness(*upper) < prompt);
+    upper.reset();
+    QCOMPARE(brightness(lower), prompt);
+    QCOMPARE(brightness(window), once);
+    QCOMPARE(execAnd(lower, [&] { lower.accept(); }), int(QDialog::Accepted));
+    QCOMPARE(brightness(window), bright);
+
+    MouseOffLine offline;
+    QVERIFY(execAnd(offline, [&] {
+                window.hide(); // into the tray and back, meanwhile
+                window.show();
+                QVERIFY(brightness(window) < bright / 2);
+                postMsg()->post(&PostMsg::SigCloseOffOnline);
+            }) != -99);
+    QCOMPARE(brightness(window), bright);
+    {
+        const auto gone = std::make_unique<QWidget>();
+        gone->show();
+        lower.show();
+    } // a window that goes while it is dim
+    lower.close();
+    QCOMPARE(brightness(window), bright);
+    QCOMPARE(window.findChildren<QWidget *>().size(), 1);
 }
 
 /** The wait tells the version display first, then does what was handed in, and closes by itself. */

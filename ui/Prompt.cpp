@@ -6,6 +6,7 @@
 #include "productdata/Theme.h"
 #include "productdata/UserSettings.h"
 #include "ui/FittedText.h"
+#include "ui/PromptShade.h"
 
 #include <QApplication>
 #include <QFrame>
@@ -195,6 +196,10 @@ void Prompt::setVisible(bool visible)
         giveKeyboardBack();
     }
     QDialog::setVisible(visible);
+    if (visible)
+        PromptShade::raise(this);
+    else
+        PromptShade::lower(this);
 }
 
 void Prompt::showEvent(QShowEvent *event)

@@ -46,7 +46,8 @@ constexpr QRect right{165, 110, 90, 24};
  *
  * A caller makes it on the stack, places it with centreOn(), runs exec() and asks confirmed(). It has no Qt parent: its
  * window type would have it drawn inside one. No window manager cares for it, so it takes the keyboard itself
- * when it shows, and gives it back when it closes. Return confirms, Escape refuses.
+ * when it shows, and gives it back when it closes. Meanwhile the windows behind it are dim. Return confirms, Escape
+ * refuses.
  */
 class Prompt : public QDialog
 {
