@@ -12,6 +12,7 @@
 #include "sensor/StopCloseTime.h"
 #include "ui/FittedText.h"
 #include "ui/MyConmboBox.h"
+#include "ui/RgbText.h"
 
 #include <QDebug>
 #include <QLabel>
@@ -138,10 +139,12 @@ void LampLight::SlotFormResetLight()
 
 void LampLight::on_LightMod_currentIndexChanged(int index)
 {
-    if (isUserChange())
-        SetLightMode(index);
+    // Shown before it is sent: the offline prompt serves events, and by the time it closes the page may show a record
+    // with another effect.
     form.showEffect(index);
     updateStage();
+    if (isUserChange())
+        SetLightMode(index);
 }
 
 void LampLight::on_horizontalLight_valueChanged(int value)
@@ -197,17 +200,20 @@ void LampLight::colourChanged(int red, int green, int blue)
 void LampLight::updatePreview()
 {
     form.labelPreView->setStyleSheet(
-        QStringLiteral("QLabel{background-color: rgb(%1,%2,%3);border: 2px solid  rgb(220,220,220);}")
-            .arg(form.RSpinBox->value())
-            .arg(form.GSpinBox->value())
-            .arg(form.BSpinBox->value()));
+        QStringLiteral("QLabel{background-color: rgb(%1);border: 2px solid  rgb(220,220,220);}")
+            .arg(rgbText(chosenColour())));
+}
+
+QColor LampLight::chosenColour() const
+{
+    return {form.RSpinBox->value(), form.GSpinBox->value(), form.BSpinBox->value()};
 }
 
 void LampLight::updateStage()
 {
     LightLook look;
     look.effect = form.LightMod->currentIndex();
-    look.colour = QColor(form.RSpinBox->value(), form.GSpinBox->value(), form.BSpinBox->value());
+    look.colour = chosenColour();
     look.brightness = form.brightness.slider->value();
     look.speed = form.speed.slider->value();
     form.stage->setLook(look);
@@ -237,6 +243,8 @@ void LampLight::mousePressEvent(QMouseEvent *event)
     // The strip isn't there for an effect without a colour of its own.
     if (form.label_7->isVisible() && form.label_7->geometry().contains(event->pos()))
         pickFromStrip();
+    else
+        event->ignore(); // the window is dragged by what is empty
 }
 
 void LampLight::pickFromStrip()

@@ -67,6 +67,7 @@ private:
     void setStyles();
     void applyRecord(const FlashDataMap &record);
     void colourChanged(int red, int green, int blue);
+    QColor chosenColour() const;
     void updatePreview();
     void updateStage();
     /** False, after the prompt, when changes go to a mouse that doesn't answer. */

@@ -14,8 +14,10 @@
 #include "ui/MyConmboBox.h"
 #include "ui/MySlider.h"
 #include "ui/PageFont.h"
+#include "ui/RgbText.h"
 
 #include <QColorDialog>
+#include <QHideEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
@@ -41,17 +43,6 @@ bool mouseIsGone()
 }
 
 void promptOffline() { postMsg()->post(&PostMsg::SigMouseOffLineo, 0); }
-
-QString rgbText(const QColor &colour)
-{
-    return QStringLiteral("%1,%2,%3").arg(colour.red()).arg(colour.green()).arg(colour.blue());
-}
-
-QColor colourOf(const QString &rgb)
-{
-    const QStringList parts = rgb.split(QLatin1Char(','));
-    return parts.size() == 3 ? QColor(parts.at(0).toInt(), parts.at(1).toInt(), parts.at(2).toInt()) : QColor();
-}
 
 } // namespace
 
@@ -83,6 +74,7 @@ void SensorDPI::setTitle(const QString &text)
 
 void SensorDPI::clearLevels()
 {
+    closeColourDialog();
     const QSignalBlocker blocker(form.ChooseEvent);
     form.ChooseEvent->clear();
 }
@@ -209,6 +201,8 @@ void SensorDPI::barToggled(int level, bool checked)
     if (!checked)
         return;
     form.card(level)->setChecked(true);
+    if (!form.bar(level)->isChecked())
+        return; // as in cardClicked(): the prompt closed over a page that shows another level by now
     valueChangeArmed = false;
     // The level is written where it was chosen. Asking the mouse here too would prompt twice for one click.
     const QScopedValueRollback<bool> guard(selecting, true);
@@ -226,6 +220,20 @@ void SensorDPI::barClicked(int level)
     colorDialog->setCurrentColor(colourOf(form.colour(level)));
     colorDialog->show();
     colorDialog->raise();
+}
+
+/** What it was opened for has gone: its OK would give the colour to a level of another page, or of another mouse. */
+void SensorDPI::closeColourDialog()
+{
+    if (colorDialog)
+        colorDialog->reject();
+}
+
+void SensorDPI::hideEvent(QHideEvent *event)
+{
+    QFrame::hideEvent(event);
+    if (!event->spontaneous())
+        closeColourDialog();
 }
 
 void SensorDPI::SetColor(const QColor &colour)

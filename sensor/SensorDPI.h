@@ -25,7 +25,7 @@ public:
 
     void setTitle(const QString &text);
 
-    /** Empties the list of level counts without a signal. */
+    /** A refill begins: empties the list of level counts without a signal, and closes the colour dialog. */
     void clearLevels();
     void blockLevelList(bool block);
     void addLevelItem(int index, const QString &text);
@@ -64,6 +64,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private Q_SLOTS:
     void on_ChooseEvent_currentIndexChanged(int lastLevel);
@@ -78,6 +79,7 @@ private:
     void cardClicked(int level);
     void barToggled(int level, bool checked);
     void barClicked(int level);
+    void closeColourDialog();
 
     int snap(int value);
     void step(int (*next)(const DpiRangeTable &, int));

@@ -56,14 +56,19 @@ void showRate(SensorForm &form, const FlashDataMap &record, const DeviceAllInfo 
     form.frameRate->select(tooFast ? index1000Hz : SensorRate::indexOf(record.ReportRate));
 }
 
+/** The mode that a mouse starts with; greyed where the sensor has no choice of modes. */
+void showFirstMode(SensorForm &form)
+{
+    SensorUpdate::offerSensorMode(form, 0);
+    form.ModelChoose->setEnabled(SensorUpdate::hasSensorMode());
+}
+
 void showMode(SensorForm &form, const FlashDataMap &record, const DeviceAllInfo &device)
 {
     const bool onFastReceiver = receiverRateOf(device.ReceiverClass) > 1;
-    if (!SensorUpdate::hasSensorMode()) {
-        // Back to the first: the mode of the mouse before this one would be a false one.
-        SensorUpdate::offerSensorMode(form, 0);
-        form.ModelChoose->setEnabled(false);
-    } else if (device.IsCorded || (onFastReceiver && SensorRate::isHighRate(record.ReportRate)))
+    if (!SensorUpdate::hasSensorMode())
+        showFirstMode(form); // the mode of the mouse before this one would be a false one
+    else if (device.IsCorded || (onFastReceiver && SensorRate::isHighRate(record.ReportRate)))
         SensorUpdate::showCordedMode(form);
     else
         SensorUpdate::offerSensorMode(form, record.SensorMode);
@@ -90,12 +95,14 @@ void showLevels(SensorForm &form, const FlashDataMap &record, int offered)
         form.frameDpi->showActiveLook(record.DpiCurrentLevel);
 }
 
-void readRange(SensorForm &form, const QString &section)
+void readName(const QString &section)
 {
-    DpiRangeTable &range = sensorCoding().DpiRange;
-    parseDpiRange(ConfigStore::instance()->valueList(section, QStringLiteral("DPIRange")), range);
-    form.frameDpi->setSliderMaximum(range.maximum());
-    form.frameDpi->setSliderMinimum(range.minimum());
+    sensorCoding().SensorName = ConfigStore::instance()->value(section, QStringLiteral("Sensor"));
+}
+
+void readRange(const QString &section)
+{
+    parseDpiRange(ConfigStore::instance()->valueList(section, QStringLiteral("DPIRange")), sensorCoding().DpiRange);
 }
 
 void showValues(SensorForm &form, const FlashDataMap &record, int offered)
@@ -117,7 +124,8 @@ void showValues(SensorForm &form, const FlashDataMap &record, int offered)
     form.frameDpi->checkLevel(record.DpiCurrentLevel);
 }
 
-void showFeatures(SensorForm &form)
+/** Shows the settings that the sensor of the model has. */
+void showFeatures(SensorForm &form, const QString &section)
 {
     const auto has = [](DriverSensor::Feature feature) {
         return sensorCoding().driver.supports(feature, sensorCoding().SensorName);
@@ -126,6 +134,7 @@ void showFeatures(SensorForm &form)
     form.frame->setVisible(has(DriverSensor::Ripple));
     form.frame_4->setVisible(has(DriverSensor::FixLine));
     form.frame_3->setVisible(has(DriverSensor::MotionSync));
+    form.setSimple(ConfigStore::instance()->number(section, QStringLiteral("XIn1")) == 2);
 }
 
 } // namespace
@@ -184,7 +193,7 @@ void SensorUpdate::showRecord(SensorForm &form, const FlashDataMap &record)
 
     form.frameDpi->setActiveLevel(record.DpiCurrentLevel);
     showRate(form, record, device);
-    sensorCoding().SensorName = ConfigStore::instance()->value(section, QStringLiteral("Sensor"));
+    readName(section);
     showMode(form, record, device);
     form.frameLOD->setIndex(record.Lod - 1);
     showPerformance(form, record);
@@ -195,12 +204,13 @@ void SensorUpdate::showRecord(SensorForm &form, const FlashDataMap &record)
 
     const int offered = offeredLevels(section);
     showLevels(form, record, offered);
-    readRange(form, section);
+    readRange(section);
+    form.frameDpi->setSliderMaximum(sensorCoding().DpiRange.maximum());
+    form.frameDpi->setSliderMinimum(sensorCoding().DpiRange.minimum());
     showValues(form, record, offered);
 
     form.frameRate->setRateClass(ReceiverClasses::kindOf(device.ReceiverClass).rateClass);
-    showFeatures(form);
-    form.setSimple(ConfigStore::instance()->number(section, QStringLiteral("XIn1")) == 2);
+    showFeatures(form, section);
     // A bulk update brings the rates of another receiver along, which a 1K one can't carry.
     if (BulkUpdateActive && device.ReceiverClass == ReceiverClasses::receiver1K)
         form.frameRate->select(index1000Hz);
@@ -212,7 +222,12 @@ void SensorUpdate::showDefaults(SensorForm &form)
     constexpr int levels = 6;
     constexpr int activeLevel = 2;
     constexpr int dpi = 1600;
+    const QString section = selectedSection();
     const FlagScope updating(SensorUiUpdating);
+    // Nothing of the model before stays, not even where the product file says nothing of this one.
+    sensorCoding().DpiRange = {};
+    readName(section);
+    readRange(section);
     form.frameDpi->blockSlider(true);
     form.frameDpi->setSliderMaximum(26000);
     form.frameDpi->setSliderMinimum(100);
@@ -247,8 +262,11 @@ void SensorUpdate::showDefaults(SensorForm &form)
     const int kind = SelectInfo().get().DeviceKind;
     const bool isFast = kind == 1 && ReceiverRate == 4;
     const bool isSlow = !isFast && (kind == 1 || kind == 2);
-    const QSignalBlocker blocker(form.ModelChoose);
     form.frameRate->setRateClass(isSlow ? 0 : 1);
     form.frameRate->select(isFast ? index4000Hz : index1000Hz);
-    form.ModelChoose->setCurrentIndex(isFast ? cordedMode : 0);
+    if (isFast)
+        SensorUpdate::showCordedMode(form);
+    else
+        showFirstMode(form);
+    showFeatures(form, section);
 }

@@ -78,7 +78,13 @@ void DpiEditorTest::barChoosesALevelAndOpensTheColours()
     QCOMPARE(int(held().DpiLevels[3].Green), 200);
     click(bar(0));
     QCOMPARE(dialog->currentColor(), QColor(0, 0, 0));
-    dialog->reject();
+    // With its page or its record gone it would colour a level of another mouse.
+    page->SlotUpDataSenSorUIB(held());
+    QVERIFY(!dialog->isVisible());
+    click(bar(0));
+    QVERIFY(dialog->isVisible());
+    page->hide();
+    QVERIFY(!dialog->isVisible());
     QCOMPARE(page->findChildren<QColorDialog *>().size(), 1);
     QVERIFY(ConnectedMouse::isWritten(id));
 }
@@ -277,17 +283,20 @@ void DpiEditorTest::offlineChoiceInterruptedByARefill()
     arm();
     QVERIFY(ConnectedMouse::isWritten(id));
     const FlashDataMap before = held();
-    VirtualMice::tell({"sleep", id});
-    const auto connection = connect(postMsg(), &PostMsg::SigMouseOffLineo, this, [&] {
-        VirtualMice::tell({"wake", id});
-        page->SlotUpDataSenSorUIB(before);
-    });
-    click(card(1));
-    disconnect(connection);
-    QVERIFY(card(3)->isChecked());
-    QCOMPARE(card(3)->text(), QString::number(24 * 50));
-    QVERIFY(ConnectedMouse::isWritten(id));
-    QVERIFY(same(held(), before));
+    for (QToolButton *choice : {card(1), bar(1)}) {
+        VirtualMice::tell({"sleep", id});
+        const auto connection = connect(postMsg(), &PostMsg::SigMouseOffLineo, this, [&] {
+            VirtualMice::tell({"wake", id});
+            page->SlotUpDataSenSorUIB(before);
+        });
+        click(choice);
+        disconnect(connection);
+        QVERIFY(card(3)->isChecked());
+        QCOMPARE(card(3)->text(), QString::number(24 * 50));
+        QCOMPARE(find<QSlider>("horizontalSliderC")->value(), 24 * 50);
+        QVERIFY(ConnectedMouse::isWritten(id));
+        QVERIFY(same(held(), before));
+    }
 }
 
 void DpiEditorTest::silentWhileUpdating_data()

@@ -10,6 +10,7 @@
 #include "support/TextFit.h"
 #include "support/VirtualMice.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QFrame>
 #include <QImage>
@@ -81,6 +82,7 @@ private Q_SLOTS:
     void control();
     void asleep_data();
     void asleep();
+    void effectInterruptedByARefill();
     void preset();
     void presetSendsOnlyWhatChanges();
     void changesWithoutWriting();
@@ -421,6 +423,18 @@ void LightingTest::asleep()
         QVERIFY(find<QToolButton>("RippeControl")->isChecked());
 }
 
+/** While the prompt shows, the mouse comes back and the page is filled anew: what it offers is of the new record. */
+void LightingTest::effectInterruptedByARefill()
+{
+    const FlashDataMap steady = VirtualMice::record("q1");
+    VirtualMice::tell({"sleep", "q1"});
+    const auto connection = connect(postMsg(), &PostMsg::SigMouseOffLineo, page.get(), [&] { showRecord(steady); });
+    QTest::keyClick(find<QComboBox>("LightMod"), Qt::Key_Down); // to an effect without a colour
+    disconnect(connection);
+    QCOMPARE(find<QComboBox>("LightMod")->currentIndex(), 3);
+    QVERIFY(find<QLabel>("label_7")->isVisible() && !find<QSlider>("horizontalSpeed")->isVisible());
+}
+
 void LightingTest::preset()
 {
     for (const Preset &preset : presets) {
@@ -546,6 +560,12 @@ void LightingTest::pressLeavesTheNumbers()
         QTest::mouseClick(page.get(), Qt::LeftButton, {}, QPoint(60, 600));
         QCOMPARE(QApplication::focusWidget(), page.get());
     }
+    // What is empty leaves the press to the window, which is dragged by it; the strip takes its own.
+    for (const QPoint &at : {QPoint(60, 600), find<QLabel>("label_7")->geometry().center()}) {
+        QMouseEvent press(QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(page.get(), &press);
+        QCOMPARE(press.isAccepted(), at != QPoint(60, 600));
+    }
     // Numbers that only show can't be typed over.
     type("LightSpinBox_2", "9");
     QCOMPARE(number("LightSpinBox_2"), 5);
@@ -580,13 +600,17 @@ void LightingTest::language()
     QTEST(find<QLabel>("label_2")->text(), "brightness");
     QTEST(find<QLabel>("label_10")->text(), "green");
     // The list of effects and the one of times were told apart.
-    const auto *effects = find<QComboBox>("LightMod");
+    auto *const effects = find<QComboBox>("LightMod");
     const auto *times = find<QComboBox>("StopClose");
     QCOMPARE(effects->count(), 6);
     QCOMPARE(times->count(), 11);
     QVERIFY(times->itemText(0).contains("10"));
     QVERIFY(times->itemText(10).contains("40"));
     QCOMPARE(effects->currentIndex(), 3);
+    effects->showPopup();
+    const QAbstractItemView *const list = effects->view();
+    QCOMPARE(list->indexAt({4, list->viewport()->height() - 4}).row(), 4);
+    effects->hidePopup();
     const QStringList cut = textsThatDoNotFit(page.get());
     QVERIFY2(cut.isEmpty(), qPrintable(cut.join('\n')));
 }

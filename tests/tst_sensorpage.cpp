@@ -435,7 +435,7 @@ void SensorPageTest::reset()
     QFETCH(int, kind);
     QFETCH(int, receiverRate);
     DeviceWritesEnabled = true;
-    show(someRecord());
+    showDevice(1, 1, someRecord()); // a model with another sensor before
     const FlashDataMap held = WorkingRecord::instance().copy();
     DeviceAllInfo info = device(0, 1);
     info.DeviceKind = std::uint8_t(kind);
@@ -457,6 +457,9 @@ void SensorPageTest::reset()
     QVERIFY(!find<QCheckBox>("Performance")->isChecked() && !find<QComboBox>("PerformanceOpen")->isEnabled());
     QCOMPARE(find<QComboBox>("PerformanceOpen")->currentIndex(), 1);
     QCOMPARE(find<QComboBox>("LOD")->currentIndex(), 0);
+    QCOMPARE(sensorCoding().SensorName, QStringLiteral("3395"));
+    QCOMPARE(sensorCoding().DpiRange.maximum(), 26000);
+    QVERIFY(view->isShown("frame") && view->isShown("frame_4") && view->isShown("frame_3"));
     QVERIFY(find<QToolButton>("MotionSync_2")->isChecked() && !find<QToolButton>("StraightLine_2")->isChecked() &&
             !find<QToolButton>("RippeControl_2")->isChecked());
     QCOMPARE(find<QSlider>("SpeedH")->value(), 3);
