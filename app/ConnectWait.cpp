@@ -18,7 +18,7 @@ constexpr int settleTime = 2000;
 using ConnectWait::Notice;
 
 /** The user left, or a second connect began and started the time anew: it is for that one to close the prompt. */
-bool isOvertaken(const UpDataParam &prompt) { return !DeviceWindowOpen || prompt.isWaiting(); }
+bool isOvertaken(const UpDataParam &prompt) { return !DeviceEntered || prompt.isTimeRunning(); }
 
 bool waitForPages(const UpDataParam &prompt)
 {
@@ -29,7 +29,7 @@ bool waitForPages(const UpDataParam &prompt)
 /** The user may have gone back, or the device may have been pulled, while this stood in a wait. */
 std::optional<Notice> unlessLeft(Notice notice)
 {
-    if (!DeviceWindowOpen || Wait::isEnding())
+    if (!DeviceEntered || Wait::isEnding())
         return std::nullopt;
     return notice;
 }
@@ -38,7 +38,7 @@ std::optional<Notice> afterReread(UpDataParam &prompt)
 {
     const bool ready = waitForPages(prompt);
     Wait::servingUntil([&prompt] { return isOvertaken(prompt); }, settleTime);
-    if (prompt.isWaiting())
+    if (prompt.isTimeRunning())
         return std::nullopt;
     prompt.close();
     return ready ? std::nullopt : unlessLeft(Notice::Offline);
@@ -47,7 +47,7 @@ std::optional<Notice> afterReread(UpDataParam &prompt)
 std::optional<Notice> afterConnect(UpDataParam &prompt)
 {
     const bool ready = waitForPages(prompt);
-    if (prompt.isWaiting())
+    if (prompt.isTimeRunning())
         return std::nullopt;
     if (ready)
         clearPagesLoaded();

@@ -152,11 +152,11 @@ void Dialog::SlotStartRecord(int index)
 
 void Dialog::on_UpArrow_clicked()
 {
-    if (!DeviceWindowOpen)
+    if (!DeviceEntered.exchange(false))
         return; // a second click while the first one's wait serves the event loop
     DeviceWindowOpen = false;
     DeviceWritesEnabled = false; // a click during the wait is no change any more; the change of the page ends this
-    UsbServer_SetPCDriverStatus(0);
+    ReportLink::tellProgramStatus();
     saveRecord();
     ui->ButtonMain->setChecked(true);
     Wait::serving(100);
@@ -204,25 +204,39 @@ void Dialog::SlotMouseIndex(int index)
 void Dialog::SlotUpDataParam(int index)
 {
     // The request was queued by the connect thread; the user may have gone back, or the program may be ending.
-    if (!DeviceWindowOpen || Wait::isEnding())
+    if (!DeviceEntered || Wait::isEnding())
         return;
     if (index == 1)
         wait->setRereadMark(true);
+    if (isWaitOpen)
+        wait->startWaiting(); // a second connect during the wait, as when the cable comes: the time starts anew
+    else if (WindowAway)
+        isWaitDue = true; // a profile button pressed in a game: the record comes all the same, and without a prompt
+    else
+        openWait();
+}
+
+void Dialog::openWait()
+{
     wait->startWaiting();
-    if (isWaiting)
-        return; // a second connect during the wait, as when the cable comes: the time starts anew
     wait->centreOn(this, promptOffset);
-    isWaiting = true;
+    isWaitOpen = true;
     wait->exec();
-    isWaiting = false;
+    isWaitOpen = false;
     tellNotice();
+}
+
+void Dialog::windowCameBack()
+{
+    if (std::exchange(isWaitDue, false) && !allPagesLoaded())
+        openWait();
 }
 
 void Dialog::onWaitOver()
 {
     notice = ConnectWait::onTimeUp(*wait);
     // One prompt inside the event loop of another could not be opened again when the mouse is back.
-    if (!isWaiting)
+    if (!isWaitOpen)
         tellNotice();
 }
 
@@ -235,6 +249,7 @@ void Dialog::tellNotice()
 /** The device has left: nobody waits for its record any more. */
 void Dialog::closeWait()
 {
+    isWaitDue = false;
     wait->stopWaiting();
     wait->close();
 }

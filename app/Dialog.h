@@ -27,6 +27,9 @@ public:
     explicit Dialog(QWidget *parent = nullptr);
     ~Dialog() override;
 
+    /** The window is before the user again: a wait that began meanwhile shows if the record has not come. */
+    void windowCameBack();
+
 public Q_SLOTS:
     void WindowClosed();
     void WindowMin();
@@ -47,6 +50,7 @@ private:
     void makePages();
     void setUpTheme();
     void connectHub();
+    void openWait();
     void onWaitOver();
     void tellNotice();
     void closeWait();
@@ -59,6 +63,7 @@ private:
     ::FormSetting *settingPage = nullptr;
     QButtonGroup *pageButtons = nullptr;
     std::unique_ptr<UpDataParam> wait;
-    bool isWaiting = false;    ///< the event loop of the wait prompt runs
+    bool isWaitOpen = false;   ///< the event loop of the wait prompt runs
+    bool isWaitDue = false;    ///< it would have opened, but the window was away
     std::optional<int> notice; ///< what the last wait has to tell, for the moment when its event loop has ended
 };

@@ -13,12 +13,12 @@
 #include "productdata/ModelData.h"
 #include "productdata/Theme.h"
 #include "productdata/UserSettings.h"
+#include "ui/ComboStyle.h"
 #include "ui/QuestiondialogB.h"
 #include "ui/mytoolButtonEnter.h"
 #include "ui_DialogChange.h"
 
 #include <QDebug>
-#include <QListView>
 #include <QTimer>
 
 #include <array>
@@ -90,10 +90,7 @@ void DialogChange::setUpTheme()
     ui->label_2->setFont(hintFont);
     ui->label_3->setFont(hintFont);
 
-    auto *const list = new QListView(ui->comboBox);
-    ui->comboBox->setView(list);
-    ui->comboBox->setStyleSheet(Theme::comboBox(folder));
-    list->setStyleSheet(Theme::comboBoxList());
+    styleCombo(ui->comboBox, "DialogChange");
 }
 
 void DialogChange::startScanning()
@@ -258,7 +255,7 @@ void DialogChange::slotButtonClicked()
 void DialogChange::openEntry(int index)
 {
     // A second click may already lie in the queue when the first one has opened the device.
-    if (index < 0 || index >= ChooserList::devices().size() || DeviceWindowOpen || Wait::isEnding())
+    if (index < 0 || index >= ChooserList::devices().size() || DeviceEntered || Wait::isEnding())
         return;
     const DeviceAllInfo device = ChooserList::devices().at(index);
     postMsg()->post(&PostMsg::SigSetver, 6);

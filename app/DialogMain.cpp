@@ -24,6 +24,9 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
+#include <QTimer>
+
+#include <utility>
 
 namespace {
 
@@ -76,6 +79,7 @@ void DialogMain::SlotChangeMainDialog(int index)
     DeviceWritesEnabled = true;
     if (index == chooserPage) {
         ui->stackedWidget->setCurrentIndex(chooserPage);
+        DeviceEntered = false;
         DeviceWindowOpen = false;
         postMsg()->post(&PostMsg::SigMainPageChange);
         ReportLink::end();
@@ -86,6 +90,7 @@ void DialogMain::SlotChangeMainDialog(int index)
         DialogChange::startScanning();
     } else if (index == devicePage) {
         ui->stackedWidget->setCurrentIndex(devicePage);
+        DeviceEntered = true; // before the watch, which looks at once and may lead back
         StartUsbChanged(deviceWatch, Wait::scaled(usbQuietTime));
     }
 }
@@ -96,17 +101,33 @@ void DialogMain::SlotUpPageLight() {}
 
 void DialogMain::SlotChangeSize(int index)
 {
-    const bool fromDevice = index == 0 || index == 1;
-    if (fromDevice)
-        UsbServer_SetPCDriverStatus(0);
     if (index == 0 || index == 2)
         toTray();
     else if (index == 1 || index == 3)
         leave();
 }
 
+/** While the window is away no prompt opens over what the user does instead. */
+void DialogMain::setAway(bool isAway)
+{
+    WindowAway = isAway;
+    if (!isAway)
+        QTimer::singleShot(0, this, &DialogMain::openWhatIsDue); // this may be an event of the window itself
+}
+
+void DialogMain::openWhatIsDue()
+{
+    if (WindowAway || !DeviceEntered)
+        return;
+    deviceWindow->windowCameBack();
+    if (const auto index = std::exchange(dueNotice, std::nullopt); index && OfflineWaiting)
+        SlotMouseOffLine(*index);
+}
+
 void DialogMain::toTray()
 {
+    setAway(true);
+    ReportLink::tellProgramStatus();
     if (!QSystemTrayIcon::isSystemTrayAvailable()) {
         showMinimized(); // without a tray a hidden window would be lost
         return;
@@ -127,6 +148,7 @@ void DialogMain::fromTray()
     raise();
     activateWindow();
     tray->hide();
+    setAway(false);
 }
 
 void DialogMain::on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reason)
@@ -150,8 +172,7 @@ void DialogMain::on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reaso
 void DialogMain::slotActionMain()
 {
     fromTray();
-    if (ui->stackedWidget->currentIndex() == devicePage)
-        UsbServer_SetPCDriverStatus(1);
+    ReportLink::tellProgramStatus();
 }
 
 /** Takes the orderly way out as well: ending in the middle of a report would be an accident that waits to happen. */
@@ -166,7 +187,12 @@ void DialogMain::leaveFromHere()
         leave();
 }
 
-void DialogMain::leave() { Ending::begin(this); }
+void DialogMain::leave()
+{
+    DeviceEntered = false;
+    ReportLink::tellProgramStatus();
+    Ending::begin(this);
+}
 
 /** The desktop's own way to close a window (its menu, a logout) is an exit like any other. */
 void DialogMain::closeEvent(QCloseEvent *event)
@@ -176,27 +202,33 @@ void DialogMain::closeEvent(QCloseEvent *event)
         leaveFromHere();
 }
 
-/** Without a tray the way back to the window is the task bar, which tells nobody but the window. */
+/** The desktop's own ways to minimise the window and to bring it back tell nobody but the window. */
 void DialogMain::changeEvent(QEvent *event)
 {
     QDialog::changeEvent(event);
-    if (event->type() != QEvent::WindowStateChange || isMinimized())
+    if (event->type() != QEvent::WindowStateChange)
         return;
     const bool wasMinimized = static_cast<QWindowStateChangeEvent *>(event)->oldState() & Qt::WindowMinimized;
-    if (wasMinimized && DeviceWindowOpen)
-        UsbServer_SetPCDriverStatus(1);
+    if (wasMinimized == isMinimized())
+        return;
+    setAway(isMinimized());
+    ReportLink::tellProgramStatus();
 }
 
 // Prompts ------------------------------------------------------------------------------------------------------------
 
 void DialogMain::SlotMouseOffLine(int index)
 {
-    // Nobody polls a device that isn't shown any more, so the prompt would stand until the user closed it, with the way
-    // back that he had chosen underneath.
-    if (!DeviceWindowOpen)
+    // Nobody polls a device that the user leaves, so the prompt would stand until he closed it, with the way back that
+    // he had chosen underneath.
+    if (!DeviceEntered)
         return;
     OfflineWaiting = true;
     ReconnectRequested = true;
+    if (WindowAway) {
+        dueNotice = index;
+        return;
+    }
     // One is enough, whoever noticed it second. One that was closed may still stand further down the stack.
     if ((offlinePrompt && offlinePrompt->isVisible()) || Wait::isEnding())
         return;

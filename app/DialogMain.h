@@ -6,6 +6,7 @@
 #include <QSystemTrayIcon>
 
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class DialogMain;
@@ -46,6 +47,8 @@ protected:
 
 private:
     void takeInstallersLanguage();
+    void setAway(bool isAway);
+    void openWhatIsDue();
     void toTray();
     void fromTray();
     void leaveFromHere();
@@ -57,6 +60,7 @@ private:
     std::unique_ptr<QSystemTrayIcon> tray;
     std::unique_ptr<QMenu> trayMenu;
     MouseOffLine *offlinePrompt = nullptr; ///< while it is open; lives on the stack of its exec
+    std::optional<int> dueNotice; ///< index of the offline prompt that would have opened while the window was away
     QString mainText;
     QString exitText;
     QPoint dragOffset; ///< from the window's place to the mouse at the press; (0, 0) means no drag

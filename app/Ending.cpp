@@ -35,6 +35,7 @@ void Ending::begin(QWidget *window)
     // First of all: what the event loop brings during the grace time must not open a prompt, whose own event loop would
     // keep this from going on until the user answers it.
     Wait::setEnding(true);
+    DeviceEntered = false;
     DeviceWindowOpen = false;
     StopUsbChanged();
     const QDeadlineTimer grace(Wait::scaled(graceTime));

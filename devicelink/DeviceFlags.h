@@ -8,7 +8,9 @@
  */
 
 inline std::atomic<bool> ConnectPending{false};      ///< `Worker::run` has work to do
-inline std::atomic<bool> DeviceWindowOpen{false};    ///< the device window is on screen
+inline std::atomic<bool> DeviceWindowOpen{false};    ///< connects may run; a pairing takes it down for its run
+inline std::atomic<bool> DeviceEntered{false};       ///< the user is in the device window, until he starts to leave
+inline std::atomic<bool> WindowAway{false};          ///< the window is in the tray or minimised: nobody looks
 inline std::atomic<bool> DeviceOnline{false};        ///< last result of the online test for the selected path
 inline std::atomic<bool> PreviousOnline{false};      ///< `DeviceOnline` at the last finished connect
 inline std::atomic<bool> LinkUp{false};              ///< the last connect found the device, or a record arrived

@@ -1,5 +1,6 @@
 #include "devicelink/ReportLink.h"
 
+#include "devicelink/DeviceFlags.h"
 #include "devicelink/WorkingRecord.h"
 
 #include <QMutex>
@@ -59,4 +60,10 @@ bool ReportLink::whileCurrent(unsigned generation, const std::function<void()> &
         return false;
     work();
     return true;
+}
+
+void ReportLink::tellProgramStatus()
+{
+    const QMutexLocker locker(&linkMutex());
+    UsbServer_SetPCDriverStatus(DeviceEntered && !WindowAway ? 1 : 0);
 }

@@ -46,4 +46,10 @@ bool hasEndedSince(unsigned generation);
  */
 bool whileCurrent(unsigned generation, const std::function<void()> &work);
 
+/**
+ * Tells the mouse whether its settings are before the user's eyes: `DeviceEntered` and not `WindowAway`. Call it after
+ * a change of either, and at the start of a link. Looks and tells in one, so that the last to tell has looked last.
+ */
+void tellProgramStatus();
+
 } // namespace ReportLink

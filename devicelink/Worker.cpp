@@ -163,7 +163,7 @@ bool Worker::connectDevice(const DeviceAllInfo &selected, const QByteArray &path
     if (!ReportLink::startIf(prepare, path, dispatchReport))
         return false;
     lastConnection = Connection{selected.Path, selected.ReceiverClass};
-    UsbServer_SetPCDriverStatus(1);
+    ReportLink::tellProgramStatus();
     // Also when the mouse sleeps: the reply comes as soon as it can answer.
     UsbServer_ReadAllFlashData();
     return true;

@@ -103,6 +103,8 @@ private Q_SLOTS:
     void resetOfOneMouseSparesTheNext();
     void resetSparesCombinationsOfTheProduct();
     void combinationsAfterAReset();
+    void aBlockingSignalOnTheGuiThread();
+    void blockingSignal();
     void cacheFile();
     void damagedCache_data();
     void damagedCache();
@@ -437,11 +439,8 @@ void DeviceLinkTest::resetOfOneMouseSparesTheNext()
 void DeviceLinkTest::resetSparesCombinationsOfTheProduct()
 {
     ProductCopy copy;
-    QFile product(copy.path("usersetting/Config.ini"));
-    QVERIFY(product.open(QIODevice::ReadOnly));
-    QByteArray content = product.readAll();
-    QVERIFY(content.contains("KeyParam3=0x01,"));
-    copy.replace("usersetting/Config.ini", content.replace("KeyParam3=0x01,", "KeyParam3=0x05,"));
+    copy.change("usersetting/Config.ini",
+                [](QByteArray content) { return content.replace("KeyParam3=0x01,", "KeyParam3=0x05,"); });
     const ProductCopy::Result result = copy.run("combinationsAfterAReset");
     QVERIFY2(result.exitCode == 0, result.log.constData());
     QCOMPARE(result.told, QString("0 2 2"));
@@ -465,6 +464,28 @@ void DeviceLinkTest::combinationsAfterAReset()
     for (const int slot : slots)
         counts << QString::number(WorkingRecord::instance().copy().KeySequences[slot].EventCount);
     ProductCopy::tell(counts.join(' '));
+}
+
+/** It never freezes the program: a debug build ends and says why, any other says why and goes on. */
+void DeviceLinkTest::aBlockingSignalOnTheGuiThread()
+{
+    const ProductCopy::Result result = ProductCopy().run("blockingSignal", 10000);
+#ifdef QT_NO_DEBUG
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY2(result.log.contains("not sent"), result.log.constData());
+#else
+    QVERIFY2(result.log.contains("waits for itself"), result.log.constData());
+#endif
+}
+
+void DeviceLinkTest::blockingSignal()
+{
+    if (!ProductCopy::isCopy())
+        QSKIP("runs in the copy that aBlockingSignalOnTheGuiThread makes");
+    qInstallMessageHandler(nullptr); // to standard error
+    connect(
+        postMsg(), &PostMsg::SigForm, this, [] {}, Qt::BlockingQueuedConnection);
+    postMsg()->postBlocking(&PostMsg::SigForm);
 }
 
 // Cache files --------------------------------------------------------------------------------------------------------

@@ -4,8 +4,9 @@
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/SelectedDevice.h"
-#include "devicelink/WorkingRecord.h"
 #include "productdata/UserFolders.h"
+#include "support/ConnectedMouse.h"
+#include "support/ProductCopy.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
 #include "support/VirtualMice.h"
@@ -15,8 +16,6 @@
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTimer>
-
-#include <cstring>
 
 /** What is left of one device must not be done to the next: going back, pulling, exits, in the middle of things. */
 class NextDeviceTest : public QObject
@@ -31,16 +30,9 @@ private Q_SLOTS:
     void goingBackEndsEverything();
     void cableDuringTheWait();
     void promptsOfTheGraceTime();
-    void closingTheWindowSavesTheRecord();
+    void aCurveIsNotTheNextMouses();
+    void curveOfTheNextMouse();
 };
-
-namespace {
-
-int entryOf(int kind) { return ChooserList::devices()[0].DeviceKind == kind ? 0 : 1; }
-
-QString cacheFile() { return UserFolders::path(UserFolders::Folder::DeviceInfo) + '/' + LoadFileName().get(); }
-
-} // namespace
 
 void NextDeviceTest::init()
 {
@@ -80,19 +72,17 @@ void NextDeviceTest::clickOnADeviceThatWasJustPulled()
 void NextDeviceTest::filledPagesDontAnswerForTheNextMouse()
 {
     Program program;
-    QTRY_COMPARE(program.entryCount(), 2);
-    QVERIFY(program.connectEntry(entryOf(1)));
+    QVERIFY(program.connectMouse("q1"));
     program.click("UpArrow");
     QTRY_VERIFY(!program.isDeviceWindowShown());
     SensorUiLoaded = LightUiLoaded = ButtonUiLoaded = true; // as a re-read leaves them
-    QTRY_COMPARE(program.entryCount(), 2);
     VirtualMice::tell({"fault", "q2", "drop", "1000000"});
     program.forgetPrompts();
     program.whenShown("MouseOffLine", [&program] {
         postMsg()->post(&PostMsg::SigCloseOffOnline);
         program.clickSoon("UpArrow");
     });
-    program.click(QStringLiteral("btn%1").arg(entryOf(2)));
+    program.click(program.pictureOf("q2"));
     QTRY_COMPARE(program.shownPrompts(), (QStringList{"UpDataParam", "MouseOffLine"}));
     VirtualMice::tell({"fault", "q2", "drop", "0"});
     QTRY_VERIFY(!program.isDeviceWindowShown());
@@ -101,18 +91,17 @@ void NextDeviceTest::filledPagesDontAnswerForTheNextMouse()
 void NextDeviceTest::aRereadIsNotTheNextMouses()
 {
     Program program;
-    QTRY_COMPARE(program.entryCount(), 2);
-    QVERIFY(program.connectEntry(entryOf(1)));
+    QVERIFY(program.connectMouse("q1"));
     RereadPending = true;
     ReconnectRequested = true;
     program.click("UpArrow");
     QTRY_VERIFY(!program.isDeviceWindowShown());
-    QTRY_COMPARE(program.entryCount(), 2);
     QSignalSpy waits(postMsg(), &PostMsg::SigUpDataParam);
-    QVERIFY(program.connectEntry(entryOf(2)));
+    QVERIFY(program.connectMouse("q2"));
     QCOMPARE(waits.count(), 1);
     QCOMPARE(waits.first().first().toInt(), 0);
-    QTRY_COMPARE(QFileInfo(cacheFile()).size(), 10432); // the first connect of a model makes its cache
+    QTRY_COMPARE(QFileInfo(UserFolders::path(UserFolders::Folder::DeviceInfo) + '/' + LoadFileName().get()).size(),
+                 10432); // the first connect of a model makes its cache
 }
 
 /** However far the connect had come: on the chooser no report of the mouse reaches the pages any more. */
@@ -121,7 +110,7 @@ void NextDeviceTest::goingBackEndsEverything()
     Program program;
     QRandomGenerator random(20261124);
     for (int round = 0; round < 20; ++round) {
-        QTRY_COMPARE(program.entryCount(), 2);
+        const QString picture = program.pictureOf("q1");
         VirtualMice::tell({round % 3 == 2 ? "sleep" : "wake", "q1"});
         const int moment = static_cast<int>(random.bounded(12));
         // The wait prompt stands before the window, and the way back goes by its close button first.
@@ -129,7 +118,7 @@ void NextDeviceTest::goingBackEndsEverything()
             if (QWidget *const prompt = QApplication::activeModalWidget())
                 prompt->close();
         });
-        program.click(QStringLiteral("btn%1").arg(entryOf(1)));
+        program.click(picture);
         QTest::qWait(moment);
         program.click("UpArrow");
         QTRY_VERIFY(!program.isDeviceWindowShown());
@@ -146,28 +135,24 @@ void NextDeviceTest::goingBackEndsEverything()
 void NextDeviceTest::cableDuringTheWait()
 {
     Program program;
-    QTRY_COMPARE(program.entryCount(), 2);
     bool isPlugged = false;
     program.whenShown("UpDataParam", [&isPlugged] {
         if (!std::exchange(isPlugged, true))
             VirtualMice::tell({"plug", "q1"});
     });
-    program.click(QStringLiteral("btn%1").arg(entryOf(1)));
+    program.click(program.pictureOf("q1"));
     QTRY_VERIFY(SelectInfo().get().IsCorded);
     QTRY_VERIFY(program.isConnected());
     QTest::qWait(Wait::scaled(11000)); // the time that a second, false wait would take
     QVERIFY(!program.shownPrompts().contains("MouseOffLine"));
-    const FlashDataMap held = VirtualMice::record("q1");
-    const FlashDataMap shown = WorkingRecord::instance().copy();
-    QVERIFY(std::memcmp(&held, &shown, sizeof held) == 0);
+    QVERIFY(ConnectedMouse::isWritten("q1"));
 }
 
 /** A prompt that opened while the program is ending would hold the end up until the user answers it. */
 void NextDeviceTest::promptsOfTheGraceTime()
 {
     Program program;
-    QTRY_COMPARE(program.entryCount(), 2);
-    QVERIFY(program.connectEntry(entryOf(1)));
+    QVERIFY(program.connectMouse("q1"));
     program.forgetPrompts();
     Wait::setScale(1.0); // the grace time in full
     QTimer::singleShot(0, [&program] { Ending::begin(program.window()); });
@@ -192,17 +177,39 @@ void NextDeviceTest::promptsOfTheGraceTime()
     QVERIFY2(time.elapsed() < 2000, qPrintable(QString::number(time.elapsed())));
 }
 
-void NextDeviceTest::closingTheWindowSavesTheRecord()
+/** A product whose second model has no battery curve. */
+void NextDeviceTest::aCurveIsNotTheNextMouses()
 {
+    ProductCopy copy;
+    copy.change("usersetting/Config.ini", [](QByteArray content) {
+        const int second = content.indexOf("BatteryParam", content.indexOf("[Drive2]"));
+        return content.replace(second, 1, "b");
+    });
+    const ProductCopy::Result result = copy.run("curveOfTheNextMouse");
+    QVERIFY2(result.exitCode == 0, result.log.constData());
+    QCOMPARE(result.told, QString("0 21"));
+}
+
+/** The user leaves the first mouse in the middle of its connect, and takes the other. Tells what the mice got. */
+void NextDeviceTest::curveOfTheNextMouse()
+{
+    if (!ProductCopy::isCopy())
+        QSKIP("runs in the copy that aCurveIsNotTheNextMouses makes");
+    const auto curve = [](const QString &mouse) { return VirtualMice::device(mouse)["curve"].toVariant().toString(); };
     Program program;
-    QTRY_COMPARE(program.entryCount(), 2);
-    QVERIFY(program.connectEntry(entryOf(1)));
-    const QString cache = cacheFile();
-    QTRY_VERIFY(QFileInfo::exists(cache));
-    QFile::remove(cache);
-    QTimer::singleShot(0, [&program] { program.window()->close(); });
-    QApplication::exec();
-    QCOMPARE(QFileInfo(cache).size(), 10432);
+    QObject context;
+    VirtualMice::tell({"sleep", "q1"}); // without a cache the pages are reset, and the connect stands until they are
+    const auto leave = [&program] { program.click("UpArrow"); };
+    connect(postMsg(), &PostMsg::SigFormReset, &context, leave, Qt::BlockingQueuedConnection);
+    program.click(program.pictureOf("q1"));
+    QTRY_VERIFY(!program.isDeviceWindowShown());
+    QVERIFY(program.connectMouse("q2"));
+    const QString got = curve("q2");
+    program.click("UpArrow");
+    VirtualMice::tell({"wake", "q1"});
+    QTRY_VERIFY(!program.isDeviceWindowShown());
+    QVERIFY(program.connectMouse("q1"));
+    ProductCopy::tell(got + ' ' + curve("q1"));
 }
 
 HALVARION_TEST_MAIN(NextDeviceTest)

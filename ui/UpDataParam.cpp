@@ -33,6 +33,6 @@ void UpDataParam::onTimeupDestroy()
     if (const auto operation = timeUp)
         operation();
     // Not over a wait that began meanwhile.
-    if (self && isVisible() && !isWaiting())
+    if (self && isVisible() && !isTimeRunning())
         accept();
 }

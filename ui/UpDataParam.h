@@ -24,7 +24,7 @@ public:
     /** The time is never up: what was waited for has gone. Closes nothing. */
     void stopWaiting() { timer.stop(); }
     /** True while the time runs. */
-    bool isWaiting() const { return timer.isActive(); }
+    bool isTimeRunning() const { return timer.isActive(); }
     /** Called once on the GUI thread when the time is up. It may serve the event loop and may close the prompt. */
     void setTimeUp(std::function<void()> operation) { timeUp = std::move(operation); }
 

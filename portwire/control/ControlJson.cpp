@@ -65,6 +65,7 @@ QJsonObject toJson(const DeviceDescription &device)
     } else {
         object["receiver"] = text(device.partner);
         object["program"] = device.isProgramShown;
+        object["curve"] = device.curveValues;
         object["light"] = toJson(device.light);
     }
     return object;

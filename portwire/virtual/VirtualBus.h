@@ -20,6 +20,7 @@ struct DeviceDescription
     bool isAwake;        ///< the mouse; for a receiver the mouse that is paired with it
     bool isCorded;
     bool isProgramShown;                 ///< the mouse was told that the program is in front
+    int curveValues;                     ///< of the battery curve that the mouse was given
     std::string partner;                 ///< the paired mouse of a receiver, the receiver of a mouse; empty for none
     std::array<std::uint8_t, 3> address; ///< of the mouse
     int batteryPercent;                  ///< of the mouse, -1 for a receiver without one

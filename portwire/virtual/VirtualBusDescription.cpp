@@ -27,6 +27,7 @@ DeviceDescription VirtualBus::describe(Mouse &mouse)
     device.isPlugged = device.isCorded = mouse.device.isCorded();
     device.isAwake = mouse.device.isAwake();
     device.isProgramShown = mouse.device.isProgramShown();
+    device.curveValues = mouse.device.curveValues();
     device.partner = receiver ? receiver->id : std::string();
     device.address = mouse.address();
     device.batteryPercent = mouse.device.batteryPercent();

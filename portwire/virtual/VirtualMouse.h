@@ -68,6 +68,8 @@ public:
     int activeProfile() const { return stored.activeProfile; }
     Sensor sensor() const { return model.sensor; }
     bool isProgramShown() const { return programShown; }
+    /** Number of values of the battery curve that it was given, 0 before. */
+    int curveValues() const { return static_cast<int>(batteryCurve.size() / 2); }
 
     /** Another program on the PC has written all of the active profile. */
     void setRecord(const std::array<std::uint8_t, FirmwareFlash::recordSize> &record);

@@ -51,6 +51,14 @@ void ProductCopy::replace(const QString &name, const QByteArray &content)
         file.write(content);
 }
 
+void ProductCopy::change(const QString &name, const std::function<QByteArray(QByteArray)> &changed)
+{
+    QFile file(path(name));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("there is no %s", qPrintable(name));
+    replace(name, changed(file.readAll()));
+}
+
 ProductCopy::Result ProductCopy::run(const QString &testFunction, int milliseconds)
 {
     QProcess process;

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <functional>
+
 /**
  * A copy of the running test program with the product's data beside it, in a folder of its own, in which a test damages
  * what it likes. The program finds its data beside its executable, so only a copy can have other data.
@@ -24,6 +26,8 @@ public:
     QString path(const QString &name) const { return folder.filePath(name); }
     /** Replaces a file beside the copy; empty content removes it. */
     void replace(const QString &name, const QByteArray &content);
+    /** Changes the content of a file beside the copy. */
+    void change(const QString &name, const std::function<QByteArray(QByteArray)> &changed);
     /** Runs one test function in the copy. */
     Result run(const QString &testFunction, int milliseconds = 60000);
 

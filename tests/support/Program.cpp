@@ -43,9 +43,10 @@ Program::~Program()
 
 void Program::forgetDevice()
 {
-    for (std::atomic<bool> *flag : {&DeviceWindowOpen, &DeviceOnline, &PreviousOnline, &LinkUp, &OfflineWaiting,
-                                    &ReconnectRequested, &RereadPending, &BulkUpdateActive, &DeviceWritesEnabled,
-                                    &MacroRecording, &SensorUiUpdating, &LightUiUpdating, &ButtonUiUpdating})
+    for (std::atomic<bool> *flag :
+         {&DeviceWindowOpen, &DeviceEntered, &WindowAway, &DeviceOnline, &PreviousOnline, &LinkUp, &OfflineWaiting,
+          &ReconnectRequested, &RereadPending, &BulkUpdateActive, &DeviceWritesEnabled, &MacroRecording,
+          &SensorUiUpdating, &LightUiUpdating, &ButtonUiUpdating})
         *flag = false;
     clearPagesLoaded();
     SelectInfo().set({});
@@ -104,6 +105,24 @@ bool Program::connectEntry(int index)
     click(QStringLiteral("btn%1").arg(index));
     return QTest::qWaitFor([this] { return isConnected() && prompts.contains("UpDataParam"); }, 10000);
 }
+
+QString Program::pictureOf(const QString &mouse) const
+{
+    const int kind = mouse == QLatin1String("q1") ? 1 : 2;
+    int found = -1;
+    const bool isFound = QTest::qWaitFor([&] {
+        const QList<DeviceAllInfo> &devices = ChooserList::devices();
+        const auto device = std::find_if(devices.begin(), devices.end(),
+                                         [kind](const DeviceAllInfo &each) { return each.DeviceKind == kind; });
+        found = static_cast<int>(device - devices.begin());
+        return found < devices.size() && entryCount() == devices.size();
+    });
+    if (!isFound)
+        qFatal("the chooser does not show %s", qPrintable(mouse));
+    return QStringLiteral("btn%1").arg(found);
+}
+
+bool Program::connectMouse(const QString &mouse) { return connectEntry(pictureOf(mouse).mid(3).toInt()); }
 
 bool Program::isPromptShown(const QString &className) const
 {

@@ -40,6 +40,10 @@ public:
     bool isConnected() const;
     /** Opens the device of a picture and waits until all pages hold its record and the wait prompt has gone. */
     bool connectEntry(int index);
+    /** Name of the picture of the first device of this mouse's model, "q1" or "q2", once the chooser shows it. */
+    QString pictureOf(const QString &mouse) const;
+    /** connectEntry() for the picture of that mouse, once the chooser shows it. */
+    bool connectMouse(const QString &mouse);
 
     /** Class names of the prompts shown since forgetPrompts(), in order. */
     const QStringList &shownPrompts() const { return prompts; }
