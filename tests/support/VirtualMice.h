@@ -28,7 +28,8 @@ QList<QJsonObject> press(const QString &id, int slot, int milliseconds = 50);
 QList<QJsonObject> play(const QString &id, const QStringList &presses);
 /** Adds a device and gives its id. */
 QString add(const QString &model, const QString &link);
-/** The default scene, both mice awake with factory settings; whatever a test did before. */
+/** The default scene, both mice awake with factory settings, each device as slow as a real one; whatever came before.
+ */
 void restoreScene();
 
 } // namespace VirtualMice
