@@ -1,13 +1,15 @@
 #include "app/ChooserList.h"
-#include "devicelink/DeviceFlags.h"
+#include "app/DialogMain.h"
 #include "support/ProductCopy.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
 #include "support/VirtualMice.h"
 
+#include <QComboBox>
 #include <QFile>
+#include <QSlider>
 
-/** The whole program over damaged data: a copy of it starts, connects what it can, and a setting reaches the mouse. */
+/** The whole program over other data: a copy of it starts, connects what it can, and a setting reaches the mouse. */
 class BadProductTest : public QObject
 {
     Q_OBJECT
@@ -17,8 +19,31 @@ private Q_SLOTS:
     void probe();
 };
 
-/** Tells how far a user gets: the pictures on the chooser, whether the Q1 connects, whether a click reaches its flash.
- */
+namespace {
+
+/** What the sensor page has of what depends on the data: its parts, the levels to choose from, the range, the modes. */
+QString sensorPage(const Program &program)
+{
+    const QWidget *const page = program.window()->findChild<QWidget *>("SenSorPage");
+    QStringList seen;
+    for (const char *name : {"frameDpi", "frameRate", "label_5", "ModelChoose", "frameLOD", "Performance", "frame",
+                             "frame_4", "frame_3"}) {
+        if (page->findChild<QWidget *>(name)->isVisible())
+            seen << name;
+    }
+    const auto *const slider = program.find<QSlider>("horizontalSliderC");
+    return QStringLiteral("%1 | %2 levels, %3 to %4 | %5")
+        .arg(seen.join(' '))
+        .arg(program.find<QComboBox>("ChooseEvent")->count())
+        .arg(slider->minimum())
+        .arg(slider->maximum())
+        .arg(program.find("ModelChoose")->isEnabled() ? "modes" : "no modes");
+}
+
+} // namespace
+
+/** Tells how far a user gets: the pictures on the chooser, whether the Q1 connects, whether a click reaches its flash,
+ * and what the sensor page then has. */
 void BadProductTest::probe()
 {
     if (!ProductCopy::isCopy())
@@ -28,24 +53,22 @@ void BadProductTest::probe()
     QTest::qWait(100);
     const int entries = program.entryCount();
     bool connected = false;
-    bool written = false;
     for (int index = 0; index < entries && !connected; ++index) {
         const DeviceAllInfo device = ChooserList::devices()[index];
         if (device.DeviceKind == 1 && device.Path.contains("q1"))
             connected = program.connectEntry(index);
     }
+    QString told = QStringLiteral("%1 entries").arg(entries);
     if (connected) {
         program.click("SensorButton");
         program.click("Button250HZ");
-        written = QTest::qWaitFor([] { return VirtualMice::record("q1").ReportRate == 4; });
+        const bool written = QTest::qWaitFor([] { return VirtualMice::record("q1").ReportRate == 4; });
+        told = (written ? "written | " : "connected | ") + sensorPage(program);
         // Every page is shown once, and every language read.
         for (const char *page : {"MacroButton", "LightsButton", "FormSetting", "ButtonMain"})
             program.click(page);
     }
-    ProductCopy::tell(QStringLiteral("%1 %2 %3")
-                          .arg(entries)
-                          .arg(connected ? "connected" : "alone")
-                          .arg(written ? "written" : "unwritten"));
+    ProductCopy::tell(told);
 }
 
 void BadProductTest::damaged_data()
@@ -55,29 +78,33 @@ void BadProductTest::damaged_data()
     QTest::addColumn<QByteArray>("to");
     QTest::addColumn<QString>("told");
     const QString config = "usersetting/Config.ini";
-    const QString works = "2 connected written";
+    const QString sensors = "driver_sensor.h";
+    const QString english = "Language/0-English.xml";
     const QString range = "DPIRange=50,10000,50,10100,26000,100,0x00";
+    const QString parts = "written | frameDpi frameRate label_5 ModelChoose frameLOD Performance";
+    const QString all = parts + " frame frame_4 frame_3";
+    const QString works = all + " | 8 levels, 50 to 26000 | modes";
+    const QString ownRange = all + " | 8 levels, 50 to 10000 | modes";
+    const QString noLevels = all + " | 0 levels, 50 to 26000 | modes";
+    const QString noFacts = parts + " | 8 levels, 50 to 26000 | no modes";
     const auto row = [](const char *name, const QString &file, const QString &from, const char *to,
                         const QString &told) { QTest::newRow(name) << file << from << QByteArray(to) << told; };
     row("whole", config, "Transition=0", "Transition=0", works);
-    row("no product file", config, {}, "", "0 alone unwritten");
-    row("empty product file", config, {}, "\n", "0 alone unwritten");
-    row("no models", config, "DeviceTotal=2", "DeviceTotal=0", "0 alone unwritten");
+    row("no product file", config, {}, "", "0 entries");
+    row("no models", config, "DeviceTotal=2", "DeviceTotal=0", "0 entries");
+    row("simple layout", config, "XIn1=1", "XIn1=2", "written | frameDpi frameRate | 8 levels, 50 to 26000 | modes");
     row("a battery table of 3", config, "BatteryParam=3050,", "BatteryParam=1,2,3\nOther=", works);
-    row("a colour with two numbers", config, "LabelColor=176,184,192", "LabelColor=176,184", works);
-    row("five DPI rows", config, range, "DPIRange=1,2,1,3,4,1,5,6,1,7,8,1,9,10,1,0x00", works);
-    row("no DPI rows", config, range, "DPIRange=", works);
-    row("a DPI step of 0", config, range, "DPIRange=50,10000,0,0x00", works);
-    row("letters in DPI rows", config, range, "DPIRange=a,b,c,d", works);
-    row("no DPIRange", config, range, "Nothing=1", works);
-    row("no levels", config, "DPIMaxGrade=8", "DPIMaxGrade=0", works);
+    row("one DPI row", config, range, "DPIRange=50,800,50,0x00", all + " | 8 levels, 50 to 800 | modes");
+    row("a DPI step of 0", config, range, "DPIRange=50,10000,0,0x00", ownRange);
+    row("no DPIRange", config, range, "Nothing=1", ownRange);
+    row("no levels", config, "DPIMaxGrade=8", "DPIMaxGrade=0", noLevels);
+    row("levels that are no number", config, "DPIMaxGrade=8", "DPIMaxGrade=many", noLevels);
     row("twelve levels", config, "DPIMaxGrade=8", "DPIMaxGrade=12", works);
     row("short defaults", config, "DPIGrade=400,800,1600", "DPIGrade=400,800\nOther=", works);
-    row("no sensor table", "driver_sensor.h", {}, "", works);
-    row("a binary sensor table", "driver_sensor.h", {}, "#define\t\xff\x01\t\n#define A\n\n#define \t // x", works);
-    row("no English", "Language/0-English.xml", {}, "", works);
-    row("English of another kind", "Language/0-English.xml", {}, "<html><body/></html>", works);
-    row("English cut in the middle", "Language/0-English.xml", {}, "<Total><Sensor><label_2>DPI", works);
+    row("no sensor table", sensors, {}, "", noFacts);
+    row("a binary sensor table", sensors, {}, "#define\t\xff\x01\t\n#define A\n\n#define \t // x", noFacts);
+    row("no English", english, {}, "", works);
+    row("English cut in the middle", english, {}, "<Total><Sensor><label_2>DPI", works);
 }
 
 void BadProductTest::damaged()
@@ -90,9 +117,9 @@ void BadProductTest::damaged()
         QFile whole(copy.path(file));
         QVERIFY(whole.open(QIODevice::ReadOnly));
         QByteArray content = whole.readAll();
-        QVERIFY2(content.contains(from.toUtf8()), "the product file doesn't hold what is to be damaged");
-        content.replace(from.toUtf8(), to);
-        to = content;
+        const int place = content.indexOf(from.toUtf8());
+        QVERIFY2(place >= 0, "the product file doesn't hold what is to be damaged");
+        to = content.replace(place, from.toUtf8().size(), to); // of the Q1, which comes first
     }
     copy.replace(file, to);
     const ProductCopy::Result result = copy.run("probe");

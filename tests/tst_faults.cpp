@@ -1,18 +1,10 @@
 #include "app/DialogMain.h"
-#include "app/hub/PostMsg.h"
-#include "devicelink/DeviceFlags.h"
+#include "support/Controls.h"
 #include "support/FaultBench.h"
 #include "support/TestHome.h"
 #include "support/VirtualMice.h"
 
-#include <QAbstractButton>
-#include <QAbstractSlider>
-#include <QColor>
-#include <QComboBox>
-#include <QSpinBox>
-
 #include <array>
-#include <cstring>
 
 namespace {
 
@@ -43,97 +35,6 @@ constexpr std::array<Step, 13> steps = {{
     {"battery", "q1", 131},
     {"version and profile", "q1", 132},
 }};
-
-/** Something that a user sets, given what the mouse holds, so that it is a change. */
-struct Control
-{
-    const char *page;
-    const char *name;
-    void (*change)(Program &program, const FlashDataMap &held);
-};
-
-template<typename Widget>
-Widget *in(Program &program, const char *page, const char *name)
-{
-    auto *const widget = program.window()->findChild<QWidget *>(page)->findChild<Widget *>(name);
-    if (!widget)
-        qFatal("there is no %s", name);
-    return widget;
-}
-
-void choose(Program &program, const char *page, const char *name, int index)
-{
-    auto *const list = in<QComboBox>(program, page, name);
-    list->setCurrentIndex(index);
-    Q_EMIT list->activated(index);
-}
-
-void press(Program &program, const char *page, const char *name)
-{
-    auto *const button = in<QAbstractButton>(program, page, name);
-    QTest::mouseClick(button, Qt::LeftButton);
-}
-
-const char *const sensor = "SenSorPage";
-const char *const light = "LampLight";
-
-constexpr std::array<Control, 20> controls = {{
-    {"SensorButton", "rate",
-     [](Program &p, const FlashDataMap &held) {
-         press(p, sensor, held.ReportRate == 2 ? "Button250HZ" : "Button500HZ");
-     }},
-    {"SensorButton", "lift-off", [](Program &p, const FlashDataMap &held) { choose(p, sensor, "LOD", 2 - held.Lod); }},
-    {"SensorButton", "sensor mode",
-     [](Program &p, const FlashDataMap &held) { choose(p, sensor, "ModelChoose", 1 - held.SensorMode); }},
-    {"SensorButton", "performance", [](Program &p, const FlashDataMap &) { press(p, sensor, "Performance"); }},
-    {"SensorButton", "performance time",
-     [](Program &p, const FlashDataMap &held) {
-         choose(p, sensor, "PerformanceOpen", held.PerformanceTime == 30 ? 5 : 2);
-     }},
-    {"SensorButton", "ripple", [](Program &p, const FlashDataMap &) { press(p, sensor, "RippeControl_2"); }},
-    {"SensorButton", "straight line", [](Program &p, const FlashDataMap &) { press(p, sensor, "StraightLine_2"); }},
-    {"SensorButton", "motion sync", [](Program &p, const FlashDataMap &) { press(p, sensor, "MotionSync_2"); }},
-    {"SensorButton", "level",
-     [](Program &p, const FlashDataMap &held) {
-         press(p, sensor, held.DpiCurrentLevel == 1 ? "RedButton" : "BrightRedButton");
-     }},
-    {"SensorButton", "DPI step", [](Program &p, const FlashDataMap &) { press(p, sensor, "AddLevelA"); }},
-    {"SensorButton", "DPI slider",
-     [](Program &p, const FlashDataMap &) {
-         auto *const slider = in<QAbstractSlider>(p, sensor, "horizontalSliderC");
-         slider->setValue(slider->value() < 5000 ? slider->value() + 1050 : 700);
-     }},
-    {"SensorButton", "level count",
-     [](Program &p, const FlashDataMap &held) { choose(p, sensor, "ChooseEvent", held.DpiLevelCount == 8 ? 6 : 7); }},
-    {"SensorButton", "level count below the level",
-     [](Program &p, const FlashDataMap &held) {
-         choose(p, sensor, "ChooseEvent", held.DpiCurrentLevel > 0 ? held.DpiCurrentLevel - 1 : 3);
-     }},
-    {"SensorButton", "level colour",
-     [](Program &p, const FlashDataMap &held) {
-         const int red = held.DpiLevels[held.DpiCurrentLevel].Red ^ 0x55;
-         QMetaObject::invokeMethod(in<QWidget>(p, sensor, "frameDpi"), "SetColor", Q_ARG(QColor, QColor(red, 20, 30)));
-     }},
-    {"LightsButton", "effect",
-     [](Program &p, const FlashDataMap &held) { choose(p, light, "LightMod", held.LightMode == 2 ? 3 : 2); }},
-    {"LightsButton", "brightness",
-     [](Program &p, const FlashDataMap &held) {
-         in<QAbstractSlider>(p, light, "horizontalLight")->setValue(held.LightBrightness == 4 ? 8 : 5);
-     }},
-    {"LightsButton", "speed",
-     [](Program &p, const FlashDataMap &held) {
-         in<QAbstractSlider>(p, light, "horizontalSpeed")->setValue(held.LightSpeed == 4 ? 8 : 5);
-     }},
-    {"LightsButton", "ripple light", [](Program &p, const FlashDataMap &) { press(p, light, "RippeControl"); }},
-    {"LightsButton", "preset colour",
-     [](Program &p, const FlashDataMap &held) {
-         press(p, light, held.LightBlue == 255 ? "toolButtonColorA" : "toolButtonColorB");
-     }},
-    {"LightsButton", "idle time",
-     [](Program &p, const FlashDataMap &held) { choose(p, light, "StopClose", held.StopCloseTime == 60 ? 3 : 4); }},
-}};
-
-bool isSame(const FlashDataMap &one, const FlashDataMap &other) { return std::memcmp(&one, &other, sizeof one) == 0; }
 
 } // namespace
 
@@ -216,20 +117,19 @@ void FaultsTest::underEachControl()
     FaultBench bench;
     QVERIFY(bench.openQ1());
     QCOMPARE(bench.settle(), QString());
-    for (const Control &control : controls) {
+    for (const Control &control : controls()) {
         const QString where = control.name;
-        bench.program().click(control.page);
+        bench.program().click(control.pageButton);
         const FlashDataMap before = bench.held();
         bench.program().forgetPrompts();
         bench.spoil(device, kind, count, after);
         bench.heartbeat().restart();
-        control.change(bench.program(), before);
+        const FlashDataMap wanted = control.change(bench.program().window(), before);
         const QString left = bench.settle();
         QVERIFY2(left.isEmpty(), qPrintable(where + ": " + left));
         // A write that gets lost is repeated; only a mouse that doesn't answer the online test keeps its old value.
         const bool isRefused = bench.program().shownPrompts().contains("MouseOffLine");
-        QVERIFY2(isRefused || !isSame(bench.held(), before),
-                 qPrintable(where + ": the change was lost without a word"));
+        QVERIFY2(isRefused || bench.held() == wanted, qPrintable(where + ": the change was lost without a word"));
         QVERIFY2(device != "q1" || !isRefused, qPrintable(where + ": a prompt for a lost write"));
         const QString slow = bench.heartbeat().complaint();
         QVERIFY2(slow.isEmpty(), qPrintable(where + ": " + slow));

@@ -1,5 +1,7 @@
 #include "support/Screen.h"
 
+#include "support/SensorModel.h"
+
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QComboBox>
@@ -31,6 +33,7 @@ constexpr int cordedMode = 2;
 
 /** Times that the lists offer, in units of 10 s. */
 constexpr std::array<int, 10> performanceTimes = {3, 6, 30, 60, 90, 120, 150, 180, 210, 240};
+constexpr std::array<int, 10> indicatorBrightness = {16, 30, 60, 90, 128, 150, 180, 210, 230, 255};
 constexpr std::array<int, 11> idleTimes = {1, 3, 6, 30, 60, 90, 120, 150, 180, 210, 240};
 
 template<typename Table>
@@ -39,13 +42,8 @@ int indexIn(const Table &table, int value)
     return static_cast<int>(std::find(table.begin(), table.end(), value) - table.begin());
 }
 
-/** DPI of a level of the 3395 sensor, by the wire protocol. */
-int dpiOf(const DpiLevel &level)
-{
-    const int step = (level.Flags & 0x22) != 0 ? 100 : 50;
-    const int range = (level.Flags & 0x11) != 0 ? 2 : 1;
-    return (level.CodeX + 256 * (level.Flags >> 6) + 1) * step * range;
-}
+/** DPI of a level of the Q1. */
+int dpiOf(const DpiLevel &level) { return dpiOnTheMouse(QStringLiteral("3395"), level.CodeX, level.Flags); }
 
 class Comparison
 {
@@ -69,6 +67,12 @@ public:
     void slider(const char *name, int held) { compare(name, find<QAbstractSlider>(name)->value(), held); }
     void number(const char *name, int held) { compare(name, find<QSpinBox>(name)->value(), held); }
     void button(const char *name, bool held) { compare(name, find<QAbstractButton>(name)->isChecked(), held); }
+    void colour(const char *name, int red, int green, int blue)
+    {
+        const QString colour = QStringLiteral("rgb(%1,%2,%3)").arg(red).arg(green).arg(blue);
+        if (!find<QWidget>(name)->styleSheet().contains(colour))
+            differences << QStringLiteral("%1 isn't %2").arg(name, colour);
+    }
 
     QStringList differences;
 
@@ -85,10 +89,7 @@ void compareLevels(Comparison &sensor, const FlashDataMap &held)
         sensor.button(name, index == held.DpiCurrentLevel);
         sensor.compare(name, sensor.find<QAbstractButton>(name)->text().toInt(), dpiOf(level));
         const QString bar = QLatin1String(name) + QLatin1Char('A');
-        const QString colour = QStringLiteral("rgb(%1,%2,%3)").arg(level.Red).arg(level.Green).arg(level.Blue);
-        const auto *const shown = sensor.find<QAbstractButton>(bar.toLatin1().constData());
-        if (!shown->styleSheet().contains(colour))
-            sensor.differences << QStringLiteral("%1 isn't %2").arg(bar, colour);
+        sensor.colour(bar.toLatin1().constData(), level.Red, level.Green, level.Blue);
     }
     const int dpi = dpiOf(held.DpiLevels[held.DpiCurrentLevel % 8]);
     sensor.slider("horizontalSliderC", dpi);
@@ -109,6 +110,13 @@ QStringList sensorDifferences(const QWidget *page, const FlashDataMap &held, boo
     sensor.button("RippeControl_2", held.RippeControl != 0);
     sensor.button("StraightLine_2", held.StraightLine != 0);
     sensor.button("MotionSync_2", held.MotionSync != 0);
+    sensor.compare("performance time", sensor.find<QComboBox>("PerformanceOpen")->isEnabled(), held.Performance != 0);
+    sensor.choice("Model", held.DpiLedOn != 0 ? held.DpiLedMode : 0);
+    const int brightness = indexIn(indicatorBrightness, held.DpiLedBrightness) + 1;
+    sensor.slider("SpeedH", held.DpiLedSpeed);
+    sensor.number("SpeedSpinBox", held.DpiLedSpeed);
+    sensor.slider("LightH", brightness);
+    sensor.number("LightSpinBox", brightness);
     compareLevels(sensor, held);
     return sensor.differences;
 }
@@ -124,6 +132,7 @@ QStringList lightDifferences(const QWidget *page, const FlashDataMap &held)
     light.number("RSpinBox", held.LightRed);
     light.number("GSpinBox", held.LightGreen);
     light.number("BSpinBox", held.LightBlue);
+    light.colour("labelPreView", held.LightRed, held.LightGreen, held.LightBlue);
     light.button("RippeControl", held.LightRippeControl != 0);
     light.choice("StopClose", indexIn(idleTimes, held.StopCloseTime));
     return light.differences;

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstring>
+
 /** The virtual bus as tests use it: the hand that plugs the cable, and the judge who asks the mouse what it holds. */
 namespace VirtualMice {
 
@@ -33,3 +35,9 @@ QString add(const QString &model, const QString &link);
 void restoreScene();
 
 } // namespace VirtualMice
+
+inline bool operator==(const FlashDataMap &one, const FlashDataMap &other)
+{
+    return std::memcmp(&one, &other, sizeof one) == 0;
+}
+inline bool operator!=(const FlashDataMap &one, const FlashDataMap &other) { return !(one == other); }

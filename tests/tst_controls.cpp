@@ -1,0 +1,196 @@
+#include "app/hub/PostMsg.h"
+#include "devicelink/DeviceFlags.h"
+#include "sensor/DebounceTime.h"
+#include "sensor/SensorLOD.h"
+#include "sensor/StopCloseTime.h"
+#include "support/Controls.h"
+#include "support/PageBench.h"
+#include "support/Screen.h"
+#include "support/TestHome.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QToolButton>
+
+/** Every control of the two pages, before a virtual mouse whose flash tells what a change did. */
+class ControlsTest : public PageBench
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void change_data();
+    void change();
+    void everyChoice_data();
+    void everyChoice();
+    void everyRate();
+    void indicatorOffKeepsItsEffect();
+    void indicatorOffersWhatItsEffectHas();
+    void debounceTime();
+    void valuesThatNoListHas();
+    void roomForATitle();
+};
+
+void ControlsTest::change_data()
+{
+    QTest::addColumn<int>("index");
+    for (std::size_t index = 0; index < controls().size(); ++index)
+        QTest::newRow(controls()[index].name) << int(index);
+}
+
+/** A change reaches the flash and nothing else does; of a mouse that sleeps or is being read, nothing is changed. */
+void ControlsTest::change()
+{
+    QFETCH(int, index);
+    const Control &control = controls()[std::size_t(index)];
+    const FlashDataMap start = someRecord();
+    hold(start);
+    QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
+    {
+        const FlagScope silent(DeviceWritesEnabled, false);
+        control.change(window.get(), start);
+    }
+    QCOMPARE(working(), start);
+    QCOMPARE(prompts.count(), 0);
+
+    show(start);
+    VirtualMice::tell({"sleep", id});
+    control.change(window.get(), start);
+    QCOMPARE(prompts.count(), 1);
+    QCOMPARE(prompts.first().first().toInt(), 0);
+    QCOMPARE(working(), start);
+    QCOMPARE(held(), start);
+
+    VirtualMice::tell({"wake", id});
+    show(start);
+    for (const char *way : {"there", "and on"}) {
+        const FlashDataMap wanted = control.change(window.get(), held());
+        QVERIFY2(QTest::qWaitFor([&] { return held() == wanted; }), way);
+        QCOMPARE(working(), wanted);
+        QCOMPARE(screenDifferences(window.get(), wanted), QStringList());
+    }
+    QCOMPARE(prompts.count(), 1);
+}
+
+void ControlsTest::everyChoice_data()
+{
+    QTest::addColumn<QString>("ofPage");
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"LOD", "ModelChoose", "PerformanceOpen", "ChooseEvent", "Model", "SpeedH", "LightH"})
+        QTest::newRow(name) << sensorPage << name;
+    for (const char *name : {"LightMod", "StopClose", "horizontalLight", "horizontalSpeed"})
+        QTest::newRow(name) << lightPage << name;
+}
+
+/** Whatever a list or a slider offers: once it is chosen the mouse holds what the screen tells. */
+void ControlsTest::everyChoice()
+{
+    QFETCH(QString, ofPage);
+    QFETCH(QString, name);
+    hold(someRecord());
+    QWidget *const widget = window->findChild<QWidget *>(ofPage)->findChild<QWidget *>(name);
+    auto *const list = qobject_cast<QComboBox *>(widget);
+    auto *const slider = qobject_cast<QSlider *>(widget);
+    const int cordedRow = name == "ModelChoose" ? 1 : 0;
+    const int first = list ? 0 : slider->minimum();
+    const int last = list ? list->count() - 1 - cordedRow : slider->maximum();
+    QVERIFY(last - first > 0);
+    for (int step = last - first; step >= -1; --step) {
+        const int choice = step < 0 ? last : first + step; // ends where it began, so that the first is a change too
+        list ? Hand::choose(window.get(), ofPage, name, choice) : slider->setValue(choice);
+        QVERIFY(isWritten());
+        QCOMPARE(screenDifferences(window.get(), held()), QStringList());
+        QCOMPARE(list ? list->currentIndex() : slider->value(), choice);
+    }
+}
+
+void ControlsTest::everyRate()
+{
+    hold(someRecord());
+    for (const char *rate : {"4000", "500", "2000", "125", "250", "1000"}) {
+        click(QStringLiteral("Button%1HZ").arg(rate));
+        QTRY_COMPARE(mouse()["rate"].toInt(), QByteArray(rate).toInt());
+        QVERIFY(isWritten());
+        QCOMPARE(screenDifferences(window.get(), held()), QStringList());
+    }
+}
+
+// What a page doesn't show, or not yet --------------------------------------------------------------------------------
+
+void ControlsTest::indicatorOffKeepsItsEffect()
+{
+    FlashDataMap wanted = someRecord();
+    wanted.DpiLedMode = 2;
+    hold(wanted);
+    {
+        const FlagScope silent(DeviceWritesEnabled, false);
+        Hand::choose(window.get(), page, "Model", 1);
+    }
+    Hand::choose(window.get(), page, "Model", 0);
+    wanted.DpiLedOn = 0;
+    QTRY_COMPARE(held(), wanted);
+}
+
+void ControlsTest::indicatorOffersWhatItsEffectHas()
+{
+    const QWidget *const indicator = find("frameEffect");
+    const QStringList shownFor[] = {
+        {"line", "line_2"}, {"LightH", "LightSpinBox", "line"}, {"SpeedH", "SpeedSpinBox", "line_2"}};
+    for (int effect : {2, 1, 0}) {
+        Hand::choose(window.get(), page, "Model", effect);
+        for (const char *name : {"LightH", "LightSpinBox", "SpeedH", "SpeedSpinBox", "line", "line_2"})
+            QVERIFY2(indicator->findChild<QWidget *>(name)->isVisibleTo(indicator) == shownFor[effect].contains(name),
+                     name);
+    }
+}
+
+void ControlsTest::debounceTime()
+{
+    DebounceTime debounce(window.get());
+    debounce.setItemText(20, "20 ms");
+    debounce.setIndexSilently(held().DebounceTime);
+    auto *const list = debounce.findChild<QComboBox *>("Debunce");
+    QCOMPARE(list->itemText(20), QStringLiteral("20 ms"));
+    for (int milliseconds : {20, 0, 1}) {
+        debounce.setIndex(milliseconds);
+        QTRY_COMPARE(int(held().DebounceTime), milliseconds);
+    }
+    debounce.setIndexSilently(7);
+    debounce.setIndex(21);
+    debounce.setIndex(-1);
+    QCOMPARE(debounce.index(), 7);
+    QCOMPARE(int(working().DebounceTime), 1);
+}
+
+void ControlsTest::valuesThatNoListHas()
+{
+    StopCloseTime idle(window.get());
+    idle.setTimeSilently(240);
+    idle.setTimeSilently(2);
+    idle.setIndexSilently(11);
+    QCOMPARE(idle.index(), 10);
+    FlashDataMap record = someRecord();
+    record.DpiLedBrightness = 6; // outside the table: its own position, as far as the slider goes
+    record.DpiLedSpeed = 200;
+    show(record);
+    QCOMPARE(find<QSlider>("LightH")->value(), 6);
+    QCOMPARE(find<QSlider>("SpeedH")->value(), 5);
+}
+
+void ControlsTest::roomForATitle()
+{
+    SensorLOD titled(window.get());
+    titled.setGeometry(0, 0, 131, 61);
+    titled.setTitle("Высота отрыва сенсора");
+    titled.show();
+    const auto *const label = titled.findChild<QLabel *>("label");
+    const auto *const list = titled.findChild<QComboBox *>("LOD");
+    QVERIFY(label->isVisible() && !label->geometry().intersects(list->geometry()));
+    QVERIFY(label->fontMetrics().horizontalAdvance(label->text()) <= label->width());
+    titled.setGeometry(0, 0, 130, 30);
+    QVERIFY(!label->isVisible());
+    QCOMPARE(list->geometry(), titled.rect());
+}
+
+HALVARION_TEST_MAIN(ControlsTest)
+#include "tst_controls.moc"
