@@ -77,9 +77,18 @@ void readReport(const Report &report)
             "a frame comes through a report");
 }
 
-void listen(const Frame &frame)
+class Listener : public ReportListener
 {
-    require(frame.sequence == 0, "an answer is nothing unprompted");
+public:
+    void arrived(const Frame &frame) override;
+    void wentAway() override { ++timesGone; }
+    bool hasEnded() const override { return false; }
+    int timesGone = 0;
+};
+
+void Listener::arrived(const Frame &frame)
+{
+    require(frame.sequence == 0 && isUnprompted(frame.code), "what comes unprompted may do so");
     // The callback may read 64 bytes of a payload.
     std::array<std::uint8_t, 64> payload{};
     std::copy(frame.payload.begin(), frame.payload.end(), payload.begin());
@@ -110,7 +119,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     FuzzInput input(data, size);
     Device device;
     Reception reception(std::make_unique<SpentEndpoint>(device), std::make_shared<Statistics>());
-    reception.setListener(std::make_shared<const ReportListener>(listen));
+    const auto listener = std::make_shared<Listener>();
+    reception.setListener(listener);
     while (!input.isEmpty()) {
         const std::uint8_t control = input.byte();
         Report report;
@@ -127,6 +137,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             request(reception, input);
     }
     reception.run();
-    require(reception.isGone(), "the device has gone");
+    require(reception.isGone() && listener->timesGone == 1, "the device has gone");
     return 0;
 }

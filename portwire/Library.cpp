@@ -20,16 +20,20 @@ void Library::startLink(const char *path, PortwireReportCallback callback)
     if (!path || !callback)
         return endLink();
     const std::lock_guard lock(mutex);
-    std::shared_ptr<WriteQueue> writes;
+    std::shared_ptr<Work> work;
     if (current) {
         current->end();
         // The same device again: what hasn't reached the mouse yet is the business of the new link.
-        if (current->path() == path)
-            writes = current->writeQueue();
+        if (current->path() == path) {
+            work = current->work();
+            work->passOn();
+        } else {
+            current->work()->abandon("the program has turned to another device");
+        }
     }
-    if (!writes)
-        writes = std::make_shared<WriteQueue>();
-    current = Link::start(channels, path, callback, std::move(writes));
+    if (!work)
+        work = std::make_shared<Work>(path);
+    current = Link::start(channels, path, callback, std::move(work));
     if (!batteryCurve.empty())
         current->add({Job::Kind::Tell, {ReportCode::BatteryCurve, 0, 0, std::exchange(batteryCurve, {})}});
 }
@@ -37,8 +41,10 @@ void Library::startLink(const char *path, PortwireReportCallback callback)
 void Library::endLink()
 {
     const std::lock_guard lock(mutex);
-    if (current)
-        current->end();
+    if (!current)
+        return;
+    current->end();
+    current->work()->abandon("the program has left the device");
     current.reset();
 }
 
@@ -57,10 +63,20 @@ void Library::update(const FlashDataMap &record)
     std::memcpy(&lastRecord, &record, sizeof lastRecord);
 }
 
+void Library::replace(const FlashDataMap &record)
+{
+    const std::lock_guard lock(mutex);
+    if (current)
+        current->replace(record);
+    std::memcpy(&lastRecord, &record, sizeof lastRecord);
+}
+
 void Library::noteRecord(const FlashDataMap &record)
 {
     const std::lock_guard lock(mutex);
     std::memcpy(&lastRecord, &record, sizeof lastRecord);
+    if (current)
+        current->work()->recordTaken();
 }
 
 void Library::setBatteryCurve(std::vector<std::uint8_t> curve)

@@ -24,6 +24,8 @@ public:
 
     /** The program's record has these values now and they are to reach the mouse. */
     void update(const FlashDataMap &record);
+    /** As update(), but all values are meant, also those that the program had before. */
+    void replace(const FlashDataMap &record);
     /** The program's record was filled with these values. */
     void noteRecord(const FlashDataMap &record);
 

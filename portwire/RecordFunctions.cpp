@@ -5,14 +5,28 @@
 
 using namespace portwire;
 
+namespace {
+
+/** The working record is global data of the program; a copy doesn't change under a comparison. */
+FlashDataMap copyOf(const FlashDataMap &record)
+{
+    FlashDataMap copy{};
+    std::memcpy(&copy, &record, sizeof copy);
+    return copy;
+}
+
+} // namespace
+
 void ProtocolDataUpdate(const struct FlashDataMap *record)
 {
-    if (!record)
-        return;
-    // The working record is global data of the program; a copy doesn't change under the comparison.
-    FlashDataMap copy{};
-    std::memcpy(&copy, record, sizeof copy);
-    Library::instance().update(copy);
+    if (record)
+        Library::instance().update(copyOf(*record));
+}
+
+void ProtocolDataReplace(const struct FlashDataMap *record)
+{
+    if (record)
+        Library::instance().replace(copyOf(*record));
 }
 
 void ProtocolDataParser(const uint8_t *report, struct FlashDataMap *record)

@@ -52,9 +52,9 @@ void UsbServer_ReadReportRate(void) { addRead(ImageLayout::reportRate, 1); }
 
 void UsbServer_ReadDonglePairStatus(void) { addJob(Job::Kind::Read, ReportCode::PairingStatus, {}, true); }
 
-void UsbServer_SetCurrentConfig(uint8_t index) { addJob(Job::Kind::Tell, ReportCode::SelectConfig, {index}); }
+void UsbServer_SetCurrentConfig(uint8_t index) { addJob(Job::Kind::SelectProfile, ReportCode::SelectConfig, {index}); }
 
-void UsbServer_SetClearSetting(void) { addJob(Job::Kind::Order, ReportCode::FactoryReset); }
+void UsbServer_SetClearSetting(void) { addJob(Job::Kind::FactoryReset, ReportCode::FactoryReset); }
 
 void UsbServer_SetBatteryOptimizeSection(const int *table21)
 {

@@ -7,6 +7,7 @@
  */
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -43,6 +44,12 @@ public:
 
     /** Takes the oldest report that has arrived, without waiting. \return false if there is none. */
     virtual bool takeReport(Report &report) = 0;
+
+    /**
+     * How long the answer to a request may take before it counts as lost. The default is that of a device which answers
+     * within two frames of the bus, with room for a computer that has other things to do.
+     */
+    virtual std::chrono::milliseconds answerTime() const { return std::chrono::milliseconds(10); }
 
     /** Lets go whoever stands in waitForReport(), now and later. */
     virtual void close() = 0;

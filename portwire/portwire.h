@@ -3,7 +3,7 @@
  *
  * Paths are C strings that a finder gave; they are the handle of a device for every other call. An unknown path is
  * answered like a device that doesn't answer. All functions may be called from any thread, from inside a callback too,
- * unless said otherwise; none waits longer than some 30 ms for a device.
+ * unless said otherwise; none waits for a device longer than three times its answer time, some 30 ms.
  *
  * Reads of the report link (UsbServer_Read...) return at once; what they ask for arrives as a report at the callback of
  * UsbServerC_Start. That callback runs on a thread of the library, one report at a time, never on the GUI thread.
@@ -83,8 +83,8 @@ PORTWIRE_API void UsbFinderC_Set4KDongleRGB(const char *path, const struct Dongl
 /**
  * Sends the reports of that device to callback; replaces the link and the callback before it at once, without waiting
  * for one that is running. The same function is never entered a second time before it has come back, also not for the
- * link that replaces its own. samePath is the device once more. Writes that the link before on the same device couldn't
- * deliver are delivered by this one.
+ * link that replaces its own. samePath is the device once more. Writes and orders (SetCurrentConfig, SetClearSetting)
+ * that the link before couldn't deliver are delivered by this one, if it is the same device with the same mouse.
  */
 PORTWIRE_API void UsbServerC_Start(const char *path, const char *samePath, PortwireReportCallback callback);
 /** Ends the link. Returns without waiting for a running callback; no new one of that link begins afterwards. */
@@ -110,9 +110,21 @@ PORTWIRE_API void UsbServer_EnterDonglePairOnlyCid(uint8_t cid);
 
 /* The record ----------------------------------------------------------------------------------------------------- */
 
-/** Takes the whole record; the fields that differ from what the mouse holds are sent. Returns without waiting. */
+/**
+ * Takes the whole record; the fields that differ from what the mouse holds are sent. Returns without waiting. After a
+ * change of profile or a factory reset by the program, and at a new link, only the fields that the program has changed
+ * since are sent, until it has been given the record of what is active now; after a change of profile on the mouse
+ * itself nothing is: a record that is of another profile or of another mouse reaches none.
+ */
 PORTWIRE_API void ProtocolDataUpdate(const struct FlashDataMap *record);
-/** Fills the record from the 6,912-byte payload of a whole-record report. */
+/** The same for a record of which every field is meant, as one that is imported: all that the mouse may lack is sent.
+ */
+PORTWIRE_API void ProtocolDataReplace(const struct FlashDataMap *record);
+/**
+ * Fills the record from the 6,912-byte payload of a whole-record report. What is handed over from then on is taken for
+ * a change of that record: a program that hands over on another thread puts it in its place under the lock that orders
+ * its hand-overs.
+ */
 PORTWIRE_API void ProtocolDataParser(const uint8_t *report, struct FlashDataMap *record);
 /** Fills the four bytes DpiLedMode to DpiLedOn from an 8-byte payload. */
 PORTWIRE_API void BufferToDPILed(const uint8_t *report, uint8_t *dpiLedMode);

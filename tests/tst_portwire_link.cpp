@@ -44,7 +44,7 @@ struct Bench
 
     void startLink(PortwireReportCallback callback)
     {
-        link = Link::start(channels, path, callback, std::make_shared<WriteQueue>());
+        link = Link::start(channels, path, callback, std::make_shared<Work>(path));
     }
 
     void readAll() { link->add({Job::Kind::WholeRecord, {ReportCode::ReadFlash}}); }
@@ -59,7 +59,35 @@ struct Bench
         std::copy(report->payload.begin(), report->payload.end(), image.begin());
         FlashDataMap read{};
         decodeImage(image, read);
+        link->work()->recordTaken();
         return read;
+    }
+
+    /** Turns the mouse to a profile by hand and reads it. */
+    void enter(int profile)
+    {
+        bus->changeProfile(mouse, profile);
+        First::reset();
+        readAll();
+        record = awaitRecord().value();
+    }
+
+    /** From now on the mouse answers nothing but its profile, as if it slept; what it does by itself is told. */
+    void holdUp()
+    {
+        tapped->replaceAnswers([](const TappedBus::Packet &request) -> TappedBus::Replacement {
+            const bool isAnswered = request.code == 1 || request.code == 3 || request.code == 14;
+            return isAnswered ? std::nullopt : TappedBus::Replacement{{request.offline()}};
+        });
+    }
+
+    /** Waits until all is done that was asked for until now. */
+    bool awaitDone()
+    {
+        QSemaphore asked;
+        tapped->before(18, 1, [&] { asked.release(); });
+        link->add({Job::Kind::Read, {ReportCode::MouseVersion}});
+        return asked.tryAcquire(1, 10000);
     }
 
     void change(const FlashDataMap &to)
@@ -139,6 +167,8 @@ void promptOnChange()
 
 } // namespace
 
+Q_DECLARE_METATYPE(portwire::Job)
+
 class tst_portwire_link : public QObject
 {
     Q_OBJECT
@@ -159,7 +189,15 @@ private Q_SLOTS:
     void writesComeBeforeReading();
     void undeliveredWritesOutliveALinkToTheSameDevice();
     void changeInMidReadStartsOver();
-    void writesAfterAChangeOfProfileCarryNothingAlong();
+    void everythingHasAnEnd_data();
+    void everythingHasAnEnd();
+    void writesKeepToTheirProfile_data();
+    void writesKeepToTheirProfile();
+    void whatIsOfTheProfileBeforeCountsNoMore();
+    void whatOutlivesALink_data();
+    void whatOutlivesALink();
+    void endedLinkDoesNotListen();
+    void floodKeepsNobodyWaiting();
     void unpluggedInMidRead();
     void endedLinkCallsNoMore();
     void replacedCallbackTakesEffectAtOnce();
@@ -258,6 +296,8 @@ void tst_portwire_link::onlyWhatMayComeUnaskedPasses()
     Bench bench;
     // Nobody ordered a reset, asked for a profile or a level; and an answer counts only under its request's number.
     bench.tapped->replaceAnswers([](const TappedBus::Packet &request) -> TappedBus::Replacement {
+        if (request.code != 4)
+            return {};
         return {{{9}, {14, 0, 0, 0, {2}}, {8, 0, 4, 0, {5}}, {9, 77}, {6, 0, 0, 0, {1}}, request.answer({7, 0, 0, 0})}};
     });
     const auto answer = bench.channels->ask(bench.path, {ReportCode::Battery});
@@ -283,6 +323,8 @@ void tst_portwire_link::answersThatAreTooShort()
     QFETCH(int, code);
     QFETCH(int, times);
     QFETCH(int, length);
+    if (length == 0)
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("never answers request 14"));
     std::atomic<int> left{times};
     Bench bench;
     bench.tapped->replaceAnswers([&](const TappedBus::Packet &request) -> TappedBus::Replacement {
@@ -324,6 +366,8 @@ void tst_portwire_link::refusedBytesAreGivenUpAlone()
 void tst_portwire_link::lateAnswerIsNotTaken()
 {
     Bench bench;
+    bench.readAll();
+    QVERIFY(bench.awaitRecord()); // the link has put its own questions
     // The first answer says "online". It is held up and arrives in front of the second, when that is no longer true.
     bench.bus->setFault("q1-4k", FaultKind::Stall, 1);
     bench.tapped->before(3, 2, [&] { bench.bus->setAwake("q1", false); });
@@ -399,6 +443,7 @@ void tst_portwire_link::batchTakesEffectAsAWhole()
 
 void tst_portwire_link::writesComeBeforeReading()
 {
+    std::atomic<bool> isReadTooEarly{false};
     Bench bench;
     bench.readAll();
     FlashDataMap wanted = bench.awaitRecord().value();
@@ -410,13 +455,16 @@ void tst_portwire_link::writesComeBeforeReading()
     bench.readAll();
     QVERIFY(!bench.channels->ask(bench.path, {ReportCode::Battery}));
     QCOMPARE(First::count(), std::size_t{0});
-    bool isWrittenFirst = false;
-    bench.tapped->before(8, 1, [&] { isWrittenFirst = bench.flash().LightGreen == 12; });
+    bench.tapped->replaceAnswers([&](const TappedBus::Packet &request) -> TappedBus::Replacement {
+        const bool isOfRecord = request.code == 8 && request.data[0] > 1; // one byte is read to see whether it sleeps
+        isReadTooEarly = isReadTooEarly || (isOfRecord && bench.flash().LightGreen != 12);
+        return {};
+    });
     bench.bus->setAwake("q1", true);
     const auto read = bench.awaitRecord();
     QVERIFY(read);
     QVERIFY(isSame(*read, wanted));
-    QVERIFY(isWrittenFirst);
+    QVERIFY(!isReadTooEarly);
     QVERIFY2(First::await(10), "a mouse that wakes up announces itself");
 }
 
@@ -443,6 +491,7 @@ void tst_portwire_link::undeliveredWritesOutliveALinkToTheSameDevice()
     QVERIFY(control.call({"sleep", "q2"}).isGood());
     record.LightRed = 42;
     ProtocolDataUpdate(&record);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("1 bytes .* dropped: the program has left the device"));
     UsbServer_Exit();
     UsbServerC_Start(path, path, First::callback);
     First::reset();
@@ -468,33 +517,296 @@ void tst_portwire_link::changeInMidReadStartsOver()
     QVERIFY(isSame(*read, bench.flash()));
 }
 
-/** Two values that change with one between them that doesn't go out as one report, as far as that one is known. */
-void tst_portwire_link::writesAfterAChangeOfProfileCarryNothingAlong()
+void tst_portwire_link::everythingHasAnEnd_data()
+{
+    QTest::addColumn<Job>("job");
+    QTest::addColumn<int>("ignored"); ///< code
+    QTest::addColumn<int>("from");    ///< address
+    QTest::addColumn<int>("status");  ///< that it gets, -1 for no answer
+    const auto row = [](const char *name, Job job, int from, int status) {
+        QTest::newRow(name) << job << static_cast<int>(job.request.code) << from << status;
+    };
+    row("tell", {Job::Kind::Tell, {ReportCode::BatteryCurve, 0, 0, std::vector<std::uint8_t>(42)}}, 0, -1);
+    row("order", {Job::Kind::FactoryReset, {ReportCode::FactoryReset}}, 0, -1);
+    row("profile", {Job::Kind::SelectProfile, {ReportCode::SelectConfig, 0, 0, {1}}}, 0, -1);
+    row("whole record", {Job::Kind::WholeRecord, {ReportCode::ReadFlash}}, 540, -1);
+    row("offline", {Job::Kind::Tell, {ReportCode::ProgramStatus, 0, 0, {1}}}, 0, 1);
+    row("write", {Job::Kind::Tell, {ReportCode::WriteFlash}}, 161, -1);
+    row("batch lost", {Job::Kind::Tell, {ReportCode::WriteFlash}}, 161, 3);
+}
+
+/** A mouse that answers everything but one thing keeps nothing waiting behind it; one that is silent gets it later. */
+void tst_portwire_link::everythingHasAnEnd()
+{
+    QFETCH(Job, job);
+    QFETCH(int, ignored);
+    QFETCH(int, from);
+    QFETCH(int, status);
+    std::atomic<bool> isSilent{false};
+    std::atomic<int> asked{0};
+    Bench bench;
+    bench.readAll();
+    const FlashDataMap before = bench.awaitRecord().value();
+    bench.record = before;
+    bench.tapped->replaceAnswers([&](const TappedBus::Packet &request) -> TappedBus::Replacement {
+        const bool isIgnored = request.code == ignored && request.address >= from;
+        asked += request.code == ignored;
+        if (!isSilent && !isIgnored)
+            return {};
+        if (isSilent || status < 0)
+            return std::vector<TappedBus::Packet>{};
+        return {{{request.code, request.sequence, request.address, static_cast<std::uint8_t>(status)}}};
+    });
+    isSilent = true;
+    if (job.request.code == ReportCode::WriteFlash) {
+        bench.record.LightRed = 99;
+        bench.change(bench.record);
+    } else {
+        bench.link->add(job);
+    }
+    bench.link->add({Job::Kind::Read, {ReportCode::Battery}});
+    QTRY_VERIFY(asked > 3);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("q1-4k (never answers|keeps losing) .* given up"));
+    isSilent = false;
+    QVERIFY(First::await(4));
+    QVERIFY(isSame(bench.flash(), before));
+}
+
+void tst_portwire_link::writesKeepToTheirProfile_data()
+{
+    QTest::addColumn<QByteArray>(
+        "wishes");                         ///< g: the light gets more green, r: red, i: import, R: reset, 0, 1: profile
+    QTest::addColumn<bool>("isTurned");    ///< then the mouse itself turns to profile 1
+    QTest::addColumn<QByteArray>("first"); ///< what has reached profile 0 in the end
+    QTest::addColumn<QByteArray>("second");
+    const auto row = [](const char *wishes, bool isTurned, const char *first, const char *second) {
+        QTest::addRow("%s%s", wishes, isTurned ? " and turned" : "")
+            << QByteArray(wishes) << isTurned << QByteArray(first) << QByteArray(second);
+    };
+    row("g1r", false, "g", "r");
+    row("g1r0g", false, "gg", "r");
+    row("g1i", false, "g", "i");
+    row("gRr", false, "r", "");
+    row("g", true, "", "");
+    row("gR", true, "", "");
+    row("g1r", true, "", "r");
+}
+
+/** What is wished while the mouse doesn't answer, and what becomes of it with another profile. */
+void tst_portwire_link::writesKeepToTheirProfile()
+{
+    QFETCH(QByteArray, wishes);
+    QFETCH(bool, isTurned);
+    QFETCH(QByteArray, first);
+    QFETCH(QByteArray, second);
+    Bench bench;
+    bench.enter(1);
+    bench.record.DebounceTime = 19; // so that the two differ
+    bench.change(bench.record);
+    QVERIFY(bench.awaitInFlash(bench.record));
+    FlashDataMap wanted[] = {bench.record, bench.record};
+    bench.link->add({Job::Kind::Read, {ReportCode::CurrentConfig}});
+    bench.enter(0);
+    wanted[0] = bench.record;
+    const auto change = [imported = changedEverywhere(wanted[0])](char wish, FlashDataMap &record) {
+        if (wish == 'i')
+            record = imported;
+        else
+            (wish == 'g' ? record.LightGreen : record.LightRed) += 5;
+    };
+    bench.link->add({Job::Kind::Read, {ReportCode::CurrentConfig}});
+    QVERIFY(bench.awaitDone());
+    bench.holdUp();
+    FlashDataMap record = bench.record;
+    for (const char wish : wishes) {
+        if (wish == 'R')
+            bench.link->add({Job::Kind::FactoryReset, {ReportCode::FactoryReset}});
+        else if (wish == '0' || wish == '1')
+            bench.link->add(
+                {Job::Kind::SelectProfile, {ReportCode::SelectConfig, 0, 0, {static_cast<std::uint8_t>(wish - '0')}}});
+        else
+            change(wish, record);
+        if (wish == 'i')
+            bench.link->replace(record);
+        else
+            bench.change(record);
+    }
+    if (isTurned) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("dropped: the mouse has another profile active"));
+        First::reset();
+        bench.bus->changeProfile("q1", 1);
+        QVERIFY(First::await(10));
+    }
+    bench.tapped->replaceAnswers({});
+    QVERIFY(bench.awaitDone());
+    const auto checks = {std::pair(0, first), {1, second}};
+    for (const auto &[profile, changes] : checks) {
+        for (const char wish : changes)
+            change(wish, wanted[profile]);
+        bench.bus->changeProfile("q1", profile);
+        QVERIFY(isSame(bench.flash(), wanted[profile]));
+    }
+}
+
+/** After a change of profile on the mouse, a program that doesn't know what is there gets to know it and can't write.
+ */
+void tst_portwire_link::whatIsOfTheProfileBeforeCountsNoMore()
 {
     Bench bench;
-    bench.bus->changeProfile("q1", 1);
-    bench.readAll();
-    bench.record = bench.awaitRecord().value();
+    bench.enter(2);
+    bench.record.DpiLedSpeed = 5;
+    bench.change(bench.record);
+    QVERIFY(bench.awaitInFlash(bench.record));
     FlashDataMap other = bench.record;
-    other.LightGreen = 77;
+    bench.enter(0);
+    First::block(true);
+    bench.link->add({Job::Kind::Read, {ReportCode::Battery}});
+    QVERIFY(First::await(4));
+    bench.link->add({Job::Kind::Read, {ReportCode::ReadFlash, 76, 0, {8}}}); // answered, and not delivered yet
+    QVERIFY(bench.awaitDone());
+    QSemaphore isAsked;
+    bench.tapped->before(14, 1, [&] { isAsked.release(); });
+    bench.bus->changeProfile("q1", 2);
+    QVERIFY(isAsked.tryAcquire(1, 10000));
+    QVERIFY(bench.awaitDone());
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("a change is dropped"));
+    bench.record.LightRed = 21;
+    bench.change(bench.record);
+    First::block(false);
+    const auto indicator = First::await(8, 76);
+    QVERIFY(indicator);
+    QCOMPARE(int{indicator->payload.at(2)}, 5);
+    bench.record = bench.awaitRecord().value();
+    QVERIFY(isSame(bench.record, other));
+    other.LightRed = 22;
     bench.change(other);
     QVERIFY(bench.awaitInFlash(other));
-    bench.bus->changeProfile("q1", 0);
-    First::reset();
-    bench.readAll();
-    bench.record = bench.awaitRecord().value();
-    QVERIFY(bench.record.LightGreen != 77);
+}
 
-    First::reset();
-    bench.bus->changeProfile("q1", 1);
-    QVERIFY(First::await(10));
-    FlashDataMap wanted = bench.record;
-    wanted.LightRed = 11;
-    wanted.LightBlue = 12;
-    bench.change(wanted);
-    other.LightRed = 11;
-    other.LightBlue = 12;
-    QVERIFY(bench.awaitInFlash(other));
+void tst_portwire_link::whatOutlivesALink_data()
+{
+    QTest::addColumn<bool>("isReplaced");   ///< the link, while nothing can be delivered
+    QTest::addColumn<bool>("isOtherMouse"); ///< is paired then
+    QTest::addColumn<bool>("isInMidReset"); ///< the link is replaced while the mouse does it
+    QTest::newRow("same mouse") << true << false << false;
+    QTest::newRow("another mouse") << true << true << false;
+    QTest::newRow("another mouse under the link") << false << true << false;
+    QTest::newRow("in the middle") << false << false << true;
+}
+
+/** A write and a factory reset that the user confirmed happen once, in this order, and to nobody else. */
+void tst_portwire_link::whatOutlivesALink()
+{
+    QFETCH(bool, isReplaced);
+    QFETCH(bool, isOtherMouse);
+    QFETCH(bool, isInMidReset);
+    std::atomic<int> writes{0}, resets{0}, writesBefore{0};
+    QSemaphore isReset;
+    Bench bench;
+    bench.enter(0);
+    const FlashDataMap before = bench.record;
+    bench.holdUp();
+    bench.record.LightGreen = 77;
+    bench.change(bench.record);
+    bench.link->add({Job::Kind::FactoryReset, {ReportCode::FactoryReset}});
+    const auto replaceLink = [&] {
+        bench.link->end();
+        bench.link->work()->passOn();
+        bench.link = Link::start(bench.channels, bench.path, Second::callback, bench.link->work());
+    };
+    if (isReplaced)
+        bench.link->end();
+    if (isOtherMouse)
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("1 bytes .* 1 orders .* another mouse is there"));
+    bench.tapped->replaceAnswers([&](const TappedBus::Packet &request) -> TappedBus::Replacement {
+        writes += request.code == 7;
+        if (request.code == 9 && ++resets == 1) {
+            writesBefore = writes.load();
+            if (isInMidReset)
+                replaceLink();
+            isReset.release();
+        }
+        if (request.code == 3 && isOtherMouse)
+            return {{request.answer({1, 9, 9, 9})}};
+        // The receiver says that a mouse has paired, between any two answers.
+        if (request.code == 24)
+            return {{{6, 0, 0, 0, {3}}, request.answer({0, 1})}};
+        return {};
+    });
+    if (isReplaced)
+        replaceLink();
+    else if (isOtherMouse)
+        QVERIFY(bench.channels->ask(bench.path, {ReportCode::ReceiverVersion}));
+    QVERIFY(isOtherMouse || isReset.tryAcquire(1, 10000));
+    QVERIFY(bench.awaitDone());
+    QCOMPARE(writes.load(), isOtherMouse ? 0 : 1);
+    QCOMPARE(resets.load(), isOtherMouse ? 0 : 1);
+    QCOMPARE(writesBefore.load(), writes.load());
+    QVERIFY(isOtherMouse || Second::await(9));
+    QVERIFY(isSame(bench.flash(), before));
+    QCOMPARE(First::count(9) + Second::count(9), std::size_t(isOtherMouse ? 0 : 1));
+}
+
+/** The thread of an ended link may come to open its device again when its successor has done so. */
+void tst_portwire_link::endedLinkDoesNotListen()
+{
+    Bench bench;
+    const auto ended = bench.link;
+    ended->end();
+    bench.startLink(Second::callback);
+    LinkedDevice(bench.channels, bench.path, ended->work()).open(ended);
+    bench.bus->changeLevel("q1", 1);
+    QVERIFY(Second::await(10));
+}
+
+namespace {
+
+/** A device that says the same all the time. */
+struct FloodingBus : Bus
+{
+    struct Mouth : Endpoint
+    {
+        explicit Mouth(FloodingBus &ofBus) : bus(ofBus) {}
+        bool send(const Report &) override { return true; }
+        bool waitForReport() override { return !isClosed; }
+        bool takeReport(Report &report) override
+        {
+            report = encodeFrame({ReportCode::StatusChanged, 0, 0, 0, {1}});
+            return bus.isFlooding && ++bus.told > 0;
+        }
+        void close() override { isClosed = true; }
+        FloodingBus &bus;
+        std::atomic<bool> isClosed{false};
+    };
+    std::vector<DeviceNode> enumerate() override { return {}; }
+    std::unique_ptr<Endpoint> open(const std::string &) override { return std::make_unique<Mouth>(*this); }
+    void setChangeNotice(std::function<void()>) override {}
+    std::atomic<bool> isFlooding{true};
+    std::atomic<int> told{0};
+};
+
+} // namespace
+
+void tst_portwire_link::floodKeepsNobodyWaiting()
+{
+    static auto *const bus = new FloodingBus; // the reader thread of a channel ends when it likes
+    First::block(true);
+    {
+        const auto channels = std::make_shared<Channels>(std::shared_ptr<Bus>(bus, [](Bus *) {}));
+        const auto link = Link::start(channels, "flood", First::callback, std::make_shared<Work>("flood"));
+        QTRY_VERIFY(bus->told > 1000);
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(!channels->ask("flood", {ReportCode::Battery}));
+        QVERIFY2(timer.elapsed() < 150, qPrintable(QString::number(timer.elapsed()))); // 30, on a machine with time
+        bus->isFlooding = false;
+        First::block(false);
+        QVERIFY(First::awaitIdle());
+        QTest::qWait(20);
+        QVERIFY(First::awaitIdle());
+        QVERIFY2(First::count() <= 3, qPrintable(QString::number(First::count())));
+        link->end();
+    }
 }
 
 void tst_portwire_link::unpluggedInMidRead()

@@ -6,12 +6,11 @@ namespace portwire {
 
 namespace {
 
-/** Three tries of 10 ms: a lost report costs one of them, a dead device 30 ms. */
+/** A lost report costs one try, a dead device all three: 30 ms where an answer takes 10 at most. */
 constexpr int maxTries = 3;
-constexpr std::chrono::milliseconds tryTime{10};
 
-/** A device that is back answers within two frames of the bus; one that is late by that is heard all the same. */
-constexpr std::chrono::milliseconds probeTime{2};
+/** The part of that time which a probe gets. A device that is late by that is heard all the same. */
+constexpr int probeFraction = 5;
 constexpr std::chrono::milliseconds silenceTime{100};
 /**
  * A scan puts some twenty questions to each device, and the user waits for the sum. After these, nobody waits for the
@@ -36,7 +35,7 @@ std::optional<Frame> Channel::ask(const Request &request)
     for (int tried = 0; tried < maxTries && !reception->isGone(); ++tried) {
         if (tried > 0)
             ++reception->statistics().repeated;
-        if (auto answer = reception->ask(request, tryTime))
+        if (auto answer = reception->ask(request, reception->answerTime()))
             return answer;
     }
     return std::nullopt;
@@ -65,16 +64,15 @@ std::optional<std::chrono::milliseconds> Channel::timeOfProbe()
     }
     // An answer that came too late may mean that it is back, so it gets time once more; but not each time it is late.
     if (hasShownItself || heard == silentSince)
-        return unanswered > patientProbes ? std::chrono::milliseconds::zero() : probeTime;
+        return unanswered > patientProbes ? std::chrono::milliseconds::zero() : reception->answerTime() / probeFraction;
     hasShownItself = true;
-    return tryTime;
+    return reception->answerTime();
 }
 
 bool Channel::isGone() const { return reception->isGone(); }
 
-void Channel::setListener(std::shared_ptr<const ReportListener> listener, std::function<void()> goneNotice)
-{
-    reception->setListener(std::move(listener), std::move(goneNotice));
-}
+void Channel::takeArrived() { reception->takeArrived(); }
+
+void Channel::setListener(const std::shared_ptr<ReportListener> &listener) { reception->setListener(listener); }
 
 } // namespace portwire

@@ -15,22 +15,27 @@ public:
     Channel &operator=(const Channel &) = delete;
 
     /**
-     * Sends a request and waits for the answer, some 30 ms at most; repeats it while no good answer comes.
-     * \return nothing if none came.
+     * Sends a request and waits for the answer, three times the answer time at most; repeats it while no good answer
+     * comes. \return nothing if none came.
      */
     std::optional<Frame> ask(const Request &request);
 
     /**
      * As ask(), for questions that are put again and again, as a scan does: after one that stayed without an answer,
-     * the next ones are sent once and wait for 2 ms, later not at all, until 100 ms have passed since the last of them.
+     * the next ones are sent once and wait for a fifth of the answer time, later not at all, until 100 ms have passed
+     * since the last of them.
      */
     std::optional<Frame> probe(const Request &request);
 
     /** The device has left the bus; this channel never answers again. */
     bool isGone() const;
 
-    /** Replaces the listener. A call of the one before that is running isn't waited for. */
-    void setListener(std::shared_ptr<const ReportListener> listener, std::function<void()> goneNotice);
+    /** Takes what has arrived, on this thread. */
+    void takeArrived();
+
+    /** Replaces the listener unless the new one has ended. A call of the one before that is running isn't waited for.
+     */
+    void setListener(const std::shared_ptr<ReportListener> &listener);
 
 private:
     const std::shared_ptr<Reception> reception;

@@ -25,6 +25,12 @@ Gate &gate()
 /** Callers read groups of fixed size from a payload; behind a short one there are zeros and not foreign memory. */
 constexpr std::size_t readableBehindPayload = 64;
 
+/** The code and the address are those of the same thing; of changed flags there is only one. */
+bool isSameReport(const Delivery::Item &one, const Delivery::Item &other)
+{
+    return one.header[1] == other.header[1] && one.header[3] == other.header[3] && one.header[4] == other.header[4];
+}
+
 } // namespace
 
 void Delivery::start()
@@ -35,29 +41,23 @@ void Delivery::start()
 void Delivery::post(Item item)
 {
     const std::lock_guard lock(mutex);
-    append(std::move(item));
-}
-
-void Delivery::append(Item item)
-{
     if (isEnded)
         return;
-    items.push_back(std::move(item));
-    changed.notify_one();
-}
-
-void Delivery::postFlags(Item item)
-{
-    const std::lock_guard lock(mutex);
-    const auto waiting = std::find_if(items.begin(), items.end(), [&item](const Item &each) {
-        return each.header[1] == item.header[1] && each.payload.size() == item.payload.size();
+    const bool isFlags = item.header[1] == static_cast<std::uint8_t>(ReportCode::StatusChanged);
+    const auto same = std::find_if(items.begin(), items.end(), [&](const Item &each) {
+        // The whole record and the report rate have the same address.
+        return isSameReport(each, item) && (isFlags || each.payload.size() == item.payload.size());
     });
-    if (waiting == items.end()) {
-        append(std::move(item));
+    if (same != items.end() && isFlags) {
+        same->payload.resize(std::max(same->payload.size(), item.payload.size()));
+        std::transform(item.payload.begin(), item.payload.end(), same->payload.begin(), same->payload.begin(),
+                       [](std::uint8_t one, std::uint8_t other) { return static_cast<std::uint8_t>(one | other); });
         return;
     }
-    std::transform(item.payload.begin(), item.payload.end(), waiting->payload.begin(), waiting->payload.begin(),
-                   [](std::uint8_t one, std::uint8_t other) { return static_cast<std::uint8_t>(one | other); });
+    if (same != items.end())
+        items.erase(same);
+    items.push_back(std::move(item));
+    changed.notify_one();
 }
 
 void Delivery::end()
@@ -97,16 +97,16 @@ void Delivery::call(Item &item)
             return;
         callbacks.running.insert(callback);
     }
-    if (item.prepare)
-        item.prepare(item.payload);
-    const auto length = static_cast<std::uint32_t>(item.payload.size());
-    item.payload.resize(item.payload.size() + readableBehindPayload, 0);
+    const std::size_t length = item.payload.size();
+    item.payload.resize(length + readableBehindPayload, 0);
+    const bool isWanted = !item.prepare || item.prepare(item.payload.data(), length);
 
     std::unique_lock lock(mutex);
-    const bool mayBegin = !isEnded;
+    const bool mayBegin = isWanted && !isEnded;
     lock.unlock();
     if (mayBegin)
-        callback(item.header.data(), static_cast<int>(item.header.size()), item.payload.data(), length);
+        callback(item.header.data(), static_cast<int>(item.header.size()), item.payload.data(),
+                 static_cast<std::uint32_t>(length));
 
     const std::lock_guard gateLock(callbacks.mutex);
     callbacks.running.erase(callback);

@@ -26,25 +26,23 @@ public:
     {
         std::array<std::uint8_t, headerSize> header{};
         std::vector<std::uint8_t> payload{};
-        /** Called right before the callback, to bring the payload up to date. May be empty. */
-        std::function<void(std::vector<std::uint8_t> &)> prepare{};
+        /** Called right before the callback, to bring the payload up to date; false if it isn't to be delivered. */
+        std::function<bool(std::uint8_t *, std::size_t)> prepare{};
     };
 
     explicit Delivery(PortwireReportCallback reportCallback) : callback(reportCallback) {}
 
     /** Starts the thread, which keeps this object alive until end(). */
     void start();
-    void post(Item item);
     /**
-     * Posts a report of changed flags. While one of the same code waits, its flags are added to that one: a mouse that
-     * changes faster than the pages can show must not leave a growing backlog behind.
+     * Adds a report to those that wait. A mouse that says more than the pages can show must not leave a growing backlog
+     * behind: changed flags are added to those that wait, and of anything else only the newest one is kept.
      */
-    void postFlags(Item item);
+    void post(Item item);
     /** From now on no callback begins. */
     void end();
 
 private:
-    void append(Item item);
     void run();
     void call(Item &item);
 

@@ -14,6 +14,14 @@ std::size_t leastAnswer(const Request &request)
     return known == std::end(answerLengths) ? 0 : known->bytes;
 }
 
+namespace {
+
+/** Reports that are taken in one go. Whoever waits for an answer must not take those of a device that floods for ever.
+ */
+constexpr int mostInOneGo = 32;
+
+} // namespace
+
 Reception::Reception(std::unique_ptr<Endpoint> opened, std::shared_ptr<Statistics> counts)
     : endpoint(std::move(opened)), counters(std::move(counts))
 {
@@ -22,7 +30,7 @@ Reception::Reception(std::unique_ptr<Endpoint> opened, std::shared_ptr<Statistic
 void Reception::run()
 {
     while (endpoint->waitForReport())
-        drain();
+        takeArrived();
     failAll();
 }
 
@@ -38,10 +46,11 @@ std::optional<Frame> Reception::ask(const Request &request, std::chrono::millise
         ++counters->written;
     const Report report = encodeFrame({request.code, sequence, request.selector, request.flags, request.payload});
     const bool isSent = endpoint->send(report);
-    // What has arrived already is taken here: the answer of a fast device costs no change of threads.
-    if (isSent)
+    // What has arrived already is taken here: the answer of a fast device costs no change of threads. If another thread
+    // is at it, it takes the answer as well.
+    if (const std::unique_lock turn(drainMutex, std::try_to_lock); isSent && turn)
         drain();
-    else
+    if (!isSent)
         failAll();
 
     std::unique_lock lock(mutex);
@@ -68,11 +77,16 @@ std::uint8_t Reception::enter(Waiting &waiting)
     return 0;
 }
 
-void Reception::drain()
+void Reception::takeArrived()
 {
     const std::lock_guard lock(drainMutex);
+    drain();
+}
+
+void Reception::drain()
+{
     Report report;
-    while (endpoint->takeReport(report)) {
+    for (int taken = 0; taken < mostInOneGo && endpoint->takeReport(report); ++taken) {
         ++counters->received;
         auto frame = decodeFrame(report);
         if (!frame) {
@@ -95,13 +109,8 @@ void Reception::sort(Frame frame)
         ++counters->dropped;
         return;
     }
-    std::shared_ptr<const ReportListener> current;
-    {
-        const std::lock_guard lock(mutex);
-        current = listener;
-    }
-    if (current)
-        (*current)(frame);
+    if (const auto current = currentListener())
+        current->arrived(frame);
 }
 
 /** \return false if nobody waits for this answer. */
@@ -124,19 +133,18 @@ void Reception::close() { endpoint->close(); }
 
 void Reception::failAll()
 {
-    std::function<void()> notice;
+    std::shared_ptr<ReportListener> last;
     {
         const std::lock_guard lock(mutex);
         gone = true;
-        listener.reset();
-        notice.swap(goneNotice);
+        last = std::exchange(listener, {}).lock();
         for (Waiting *waiting : waitingBySequence) {
             if (waiting)
                 waiting->arrived.notify_one();
         }
     }
-    if (notice)
-        notice();
+    if (last)
+        last->wentAway();
 }
 
 bool Reception::isGone() const
@@ -145,11 +153,19 @@ bool Reception::isGone() const
     return gone;
 }
 
-void Reception::setListener(std::shared_ptr<const ReportListener> newListener, std::function<void()> newGoneNotice)
+std::shared_ptr<ReportListener> Reception::currentListener() const
 {
     const std::lock_guard lock(mutex);
-    listener = std::move(newListener);
-    goneNotice = std::move(newGoneNotice);
+    return listener.lock();
+}
+
+void Reception::setListener(const std::shared_ptr<ReportListener> &newListener)
+{
+    // An end comes before the start of whoever takes the place. So if the other one is here already, this one has
+    // ended.
+    const std::lock_guard lock(mutex);
+    if (!newListener->hasEnded())
+        listener = newListener;
 }
 
 } // namespace portwire

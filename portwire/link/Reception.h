@@ -7,7 +7,6 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -26,7 +25,17 @@ struct Request
 std::size_t leastAnswer(const Request &request);
 
 /** Gets what a device sends unprompted. Called on whatever thread took the report: it must not wait. */
-using ReportListener = std::function<void(const Frame &)>;
+class ReportListener
+{
+public:
+    virtual ~ReportListener() = default;
+    /** A report of one of the codes that may come unprompted. */
+    virtual void arrived(const Frame &frame) = 0;
+    /** The device left the bus; called once. */
+    virtual void wentAway() = 0;
+    /** From then on it takes the place of no other listener. */
+    virtual bool hasEnded() const = 0;
+};
 
 /** Brings the answers of one endpoint to those who wait for them. */
 class Reception
@@ -45,9 +54,12 @@ public:
     bool isGone() const;
     /** Number of whole reports that the device has sent. */
     unsigned heard() const { return heardReports; }
-    /** \param newGoneNotice called once, on any thread, when the device leaves the bus under this listener */
-    void setListener(std::shared_ptr<const ReportListener> newListener, std::function<void()> newGoneNotice = {});
+    /** Takes what has arrived: who asked for it, or listens, knows it afterwards. */
+    void takeArrived();
+    /** Replaces the listener, unless the new one has ended. */
+    void setListener(const std::shared_ptr<ReportListener> &newListener);
 
+    std::chrono::milliseconds answerTime() const { return endpoint->answerTime(); }
     Statistics &statistics() { return *counters; }
 
 private:
@@ -61,6 +73,7 @@ private:
 
     std::uint8_t enter(Waiting &waiting);
     void drain();
+    std::shared_ptr<ReportListener> currentListener() const;
     void sort(Frame frame);
     bool complete(Frame &frame);
     void failAll();
@@ -74,8 +87,7 @@ private:
     std::array<Waiting *, 256> waitingBySequence{};
     std::uint8_t lastSequence = 0;
     bool gone = false;
-    std::shared_ptr<const ReportListener> listener;
-    std::function<void()> goneNotice;
+    std::weak_ptr<ReportListener> listener;
 };
 
 } // namespace portwire

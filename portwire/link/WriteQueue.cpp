@@ -17,43 +17,65 @@ constexpr std::chrono::milliseconds rest{200};
 /** Unchanged bytes between two changed ones are sent along when that saves a report. */
 constexpr std::size_t longestBridge = 40;
 
+/** The bytes that belong to a field of the record; the others are the firmware's own. */
+const std::bitset<imageSize> &fieldBytes()
+{
+    static const std::bitset<imageSize> fields = [] {
+        DeviceImage zeros{};
+        DeviceImage ones;
+        ones.fill(0xFF);
+        encodeImage({}, zeros);
+        encodeImage({}, ones);
+        std::bitset<imageSize> equal;
+        for (std::size_t at = 0; at < imageSize; ++at)
+            equal.set(at, zeros[at] == ones[at]);
+        return equal;
+    }();
+    return fields;
+}
+
 } // namespace
 
-bool WriteQueue::update(const FlashDataMap &record, const FlashDataMap &previous)
+void WriteQueue::update(const FlashDataMap &record, const FlashDataMap &previous)
 {
-    const std::lock_guard lock(mutex);
     // Both start from the image, so that only bytes that belong to a field can differ.
     DeviceImage wanted = image;
     encodeImage(record, wanted);
+    const std::bitset<imageSize> comparable = known & given;
     DeviceImage before = image;
-    if (!known.all())
+    if (!comparable.all())
         encodeImage(previous, before);
-    bool isChanged = false;
-    for (std::size_t i = 0; i < imageSize; ++i) {
-        const std::uint8_t held = known[i] ? image[i] : before[i];
-        if (wanted[i] == held)
-            continue;
-        if (!isChanged)
-            ++lastSerial;
-        isChanged = true;
-        image[i] = wanted[i];
-        known.set(i);
-        queued.set(i);
-        changedAt[i] = lastSerial;
+    ++lastSerial;
+    for (std::size_t at = 0; at < imageSize; ++at) {
+        const bool isHeld = known[at] && wanted[at] == image[at];
+        if (!isHeld && (comparable[at] || wanted[at] != before[at]))
+            queue(at, wanted[at]);
     }
-    return queued.any();
 }
 
-std::uint64_t WriteQueue::serial() const
+void WriteQueue::replace(const FlashDataMap &record)
 {
-    const std::lock_guard lock(mutex);
-    return lastSerial;
+    DeviceImage wanted = image;
+    encodeImage(record, wanted);
+    ++lastSerial;
+    for (std::size_t at = 0; at < imageSize; ++at) {
+        if (fieldBytes()[at] && !(known[at] && wanted[at] == image[at]))
+            queue(at, wanted[at]);
+    }
+    given.set();
 }
 
-void WriteQueue::merge(std::size_t address, std::vector<std::uint8_t> &bytes, std::uint64_t sinceSerial)
+void WriteQueue::queue(std::size_t at, std::uint8_t value)
 {
-    const std::lock_guard lock(mutex);
-    for (std::size_t i = 0; i < bytes.size() && address + i < imageSize; ++i) {
+    image[at] = value;
+    known.set(at);
+    queued.set(at);
+    changedAt[at] = lastSerial;
+}
+
+void WriteQueue::merge(std::size_t address, std::uint8_t *bytes, std::size_t count, std::uint64_t sinceSerial)
+{
+    for (std::size_t i = 0; i < count && address + i < imageSize; ++i) {
         const std::size_t at = address + i;
         if (queued[at] || changedAt[at] > sinceSerial) {
             bytes[i] = image[at];
@@ -61,25 +83,14 @@ void WriteQueue::merge(std::size_t address, std::vector<std::uint8_t> &bytes, st
             image[at] = bytes[i];
             known.set(at);
         }
+        if (count < imageSize)
+            given.set(at);
     }
-}
-
-void WriteQueue::forget()
-{
-    const std::lock_guard lock(mutex);
-    known &= queued;
-}
-
-bool WriteQueue::isEmpty() const
-{
-    const std::lock_guard lock(mutex);
-    return queued.none();
 }
 
 std::optional<WriteQueue::Batch> WriteQueue::take(bool urgent, Clock::time_point now,
                                                   std::optional<Clock::time_point> &due)
 {
-    const std::lock_guard lock(mutex);
     due.reset();
     if (queued.none())
         return std::nullopt;
@@ -130,7 +141,6 @@ void WriteQueue::cut(std::size_t from, std::size_t to, std::vector<Write> &write
 
 void WriteQueue::confirm(const Batch &batch, Clock::time_point now)
 {
-    const std::lock_guard lock(mutex);
     std::bitset<imageSize> written;
     for (const Write &write : batch.writes) {
         for (std::size_t at = write.address; at < write.address + write.bytes.size(); ++at) {
@@ -147,7 +157,6 @@ void WriteQueue::confirm(const Batch &batch, Clock::time_point now)
 
 void WriteQueue::giveUp(const Write &write, std::uint64_t serial)
 {
-    const std::lock_guard lock(mutex);
     for (std::size_t at = write.address; at < write.address + write.bytes.size(); ++at) {
         if (changedAt[at] > serial)
             continue;

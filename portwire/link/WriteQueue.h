@@ -4,7 +4,6 @@
 
 #include <bitset>
 #include <chrono>
-#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -15,6 +14,10 @@ namespace portwire {
  *
  * It keeps one value an address, the newest. So a slider that is dragged faster than reports can travel costs a handful
  * of them, and where it was let go is what the mouse ends up with.
+ *
+ * One queue is one epoch of a mouse: as long as what the mouse holds goes on from what was known. With another profile,
+ * a factory reset or an absence begins another queue (see Work), and what was asked before that speaks to the old one.
+ * Not safe for use by several threads at a time.
  */
 class WriteQueue
 {
@@ -36,25 +39,33 @@ public:
     };
 
     /**
-     * Queues what differs between the record and what the mouse holds. While that is unknown, what differs from
-     * `previous`, the record as the program had it before: a record made for one mouse must not flood another.
-     * \return whether anything is queued now.
+     * Queues what differs between the record and what the mouse holds. Where that is unknown, or the program has never
+     * been given it, only what also differs from `previous`, the record as the program had it before: a record that is
+     * of another mouse or profile must not flood this one.
      */
-    bool update(const FlashDataMap &record, const FlashDataMap &previous);
+    void update(const FlashDataMap &record, const FlashDataMap &previous);
+
+    /** Queues every field that the mouse isn't known to hold. */
+    void replace(const FlashDataMap &record);
+
+    /** The program has all that the mouse holds in its record now, or nothing of it. */
+    void setGiven(bool isGiven) { isGiven ? given.set() : given.reset(); }
 
     /** Number of the last change; give it to merge() for a read that started now. */
-    std::uint64_t serial() const;
+    std::uint64_t serial() const { return lastSerial; }
 
     /**
      * Brings together what was read at an address and what changed since the read began: the read value counts unless
-     * the program changed the byte later, or its write is still under way. Both sides have the result afterwards.
+     * the program changed the byte later, or its write is still under way. Both sides have the result afterwards; of a
+     * whole image the program has it only when it says so, by setGiven().
      */
-    void merge(std::size_t address, std::vector<std::uint8_t> &bytes, std::uint64_t sinceSerial);
+    void merge(std::size_t address, std::uint8_t *bytes, std::size_t count, std::uint64_t sinceSerial);
 
-    /** The mouse has another profile active: what is not queued is no longer known to be what it holds. */
-    void forget();
+    /** What is not queued is no longer known to be what the mouse holds. */
+    void forget() { known &= queued; }
 
-    bool isEmpty() const;
+    /** Number of bytes that are queued. */
+    std::size_t size() const { return queued.count(); }
 
     /**
      * All that is queued, in write reports: key sequences and macros first, so that a button gets its function after
@@ -71,12 +82,13 @@ public:
     void giveUp(const Write &write, std::uint64_t serial);
 
 private:
+    void queue(std::size_t at, std::uint8_t value);
     bool mayBridge(std::size_t from, std::size_t to) const;
     void cut(std::size_t from, std::size_t to, std::vector<Write> &writes) const;
 
-    mutable std::mutex mutex;
     DeviceImage image{};
     std::bitset<imageSize> known;     ///< the byte is what the mouse holds, or is queued
+    std::bitset<imageSize> given;     ///< the program has the byte from this mouse and profile
     std::bitset<imageSize> queued;    ///< not yet acknowledged
     std::bitset<imageSize> lastBatch; ///< was written last
     std::array<std::uint64_t, imageSize> changedAt{};

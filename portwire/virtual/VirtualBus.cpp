@@ -90,6 +90,18 @@ void VirtualBus::receive(const std::string &path, const Report &report, Inbox &i
     }
 }
 
+std::chrono::milliseconds VirtualBus::latency(const std::string &path)
+{
+    constexpr std::chrono::milliseconds most{40}; // whoever is slower counts as one that doesn't answer
+    constexpr std::uint8_t forMouse = 8;
+    const std::lock_guard lock(mutex);
+    const Addressee to = addressee(path, forMouse);
+    auto longest = to.mouse ? to.mouse->wire.latency : std::chrono::microseconds(0);
+    if (to.receiver)
+        longest = std::max(longest, to.receiver->wire.latency);
+    return std::min(most, std::chrono::ceil<std::chrono::milliseconds>(longest));
+}
+
 /** Who answers a request that comes in at this path: what isn't for the receiver goes over the air. */
 VirtualBus::Addressee VirtualBus::addressee(const std::string &path, std::uint8_t code)
 {

@@ -47,6 +47,8 @@ public:
 
     /** Takes a report for a device and puts what it answers into the inbox. For endpoints. */
     void receive(const std::string &path, const Report &report, Inbox &inbox);
+    /** The longest that an answer from there is on its way, cut to what a program may wait for. For endpoints. */
+    std::chrono::milliseconds latency(const std::string &path);
 
     /** A mouse on `cable`, or one with a receiver on `1k`, `2k` or `4k`. \param id the new mouse's */
     std::string add(std::string_view modelName, std::string_view linkName, std::string &id);

@@ -63,6 +63,8 @@ VirtualEndpoint::VirtualEndpoint(std::shared_ptr<VirtualBus> onBus, std::string 
 
 VirtualEndpoint::~VirtualEndpoint() { inbox->shut(); }
 
+std::chrono::milliseconds VirtualEndpoint::answerTime() const { return Endpoint::answerTime() + bus->latency(path); }
+
 bool VirtualEndpoint::send(const Report &report)
 {
     if (inbox->isShut())

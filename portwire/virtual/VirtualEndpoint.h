@@ -53,6 +53,7 @@ public:
     bool send(const Report &report) override;
     bool waitForReport() override { return inbox->wait(); }
     bool takeReport(Report &report) override { return inbox->take(report); }
+    std::chrono::milliseconds answerTime() const override;
     void close() override { inbox->shut(); }
 
 private:

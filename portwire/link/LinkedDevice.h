@@ -1,0 +1,48 @@
+#pragma once
+
+#include "portwire/link/Channels.h"
+#include "portwire/link/Work.h"
+
+namespace portwire {
+
+/** An answer, if there is one. */
+struct Answer
+{
+    Outcome outcome;
+    Frame frame{};
+};
+
+/**
+ * The device of a link: open while it is on the bus, and opened again when it is back. Used by the thread of the link,
+ * and before that starts.
+ */
+class LinkedDevice
+{
+public:
+    LinkedDevice(std::shared_ptr<Channels> onChannels, std::string path, std::shared_ptr<Work> work);
+
+    /** Opens the device, if it is there. \param listener gets its reports from now on, also when it is opened again */
+    void open(const std::shared_ptr<ReportListener> &listener);
+
+    const std::string &path() const { return devicePath; }
+    /** The device has left the bus since it was opened. */
+    bool isAway() const { return channel && channel->isGone(); }
+    /** \return whether the device is open now. */
+    bool isBack() { return current() != nullptr; }
+
+    /** Asks the device; nothing more once the listener has ended. */
+    Answer ask(const Request &request);
+    /** Takes what it has sent unprompted until now. */
+    void takeArrived();
+
+private:
+    std::shared_ptr<Channel> current();
+
+    const std::shared_ptr<Channels> channels;
+    const std::string devicePath;
+    const std::shared_ptr<Work> work;
+    std::weak_ptr<ReportListener> listener;
+    std::shared_ptr<Channel> channel;
+};
+
+} // namespace portwire

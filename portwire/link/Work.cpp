@@ -1,0 +1,333 @@
+#include "portwire/link/Work.h"
+
+#include "portwire/link/StatusPayload.h"
+
+#include <QDebug>
+
+#include <utility>
+
+namespace portwire {
+
+namespace {
+
+/** Tries that a mouse may leave without an answer while it answers other requests, some 80 ms each. */
+constexpr int maxTimesIgnored = 6;
+
+/** A mouse that gives reason to ask whose it is all the time keeps only writes and orders waiting. */
+constexpr int maxChecksInARow = 6;
+
+/** In the payload of a report on pairing: another mouse is paired now. */
+constexpr std::uint8_t paired = 3;
+
+/** The queue of the next epoch with what is queued in this one, to be sent or dropped when that is known. */
+std::shared_ptr<WriteQueue> successorOf(const WriteQueue &queue)
+{
+    auto next = std::make_shared<WriteQueue>(queue);
+    next->forget();
+    return next;
+}
+
+Job wholeRecord() { return {Job::Kind::WholeRecord, {ReportCode::ReadFlash}}; }
+
+} // namespace
+
+// The program's side -------------------------------------------------------------------------------------------------
+
+void Work::add(Job job)
+{
+    const std::lock_guard lock(mutex);
+    if (job.isOrder())
+        job.writesBehind = std::make_shared<WriteQueue>();
+    jobs.add(std::move(job));
+}
+
+/** The queue of what is handed over now: behind the last order. */
+WriteQueue &Work::last()
+{
+    const Job *const order = jobs.lastOrder();
+    return order ? *order->writesBehind : *epoch;
+}
+
+/**
+ * Whether a hand-over is meant for what this queue leads to. If not, the user gets to see what the mouse holds: a
+ * change without effect must not stay on the screen.
+ */
+bool Work::mayTake(const WriteQueue &queue)
+{
+    if (!isOutdated || &queue != epoch.get())
+        return true;
+    if (!isRefusalLogged)
+        qWarning("portwire: a change is dropped, it was meant for what %s held before", devicePath.c_str());
+    isRefusalLogged = true;
+    jobs.add(wholeRecord());
+    return false;
+}
+
+void Work::update(const FlashDataMap &record, const FlashDataMap &previous)
+{
+    const std::lock_guard lock(mutex);
+    WriteQueue &queue = last();
+    if (mayTake(queue))
+        queue.update(record, previous);
+}
+
+void Work::replace(const FlashDataMap &record)
+{
+    const std::lock_guard lock(mutex);
+    WriteQueue &queue = last();
+    if (mayTake(queue))
+        queue.replace(record);
+}
+
+void Work::recordTaken()
+{
+    const std::lock_guard lock(mutex);
+    if (offered.lock() != epoch)
+        return;
+    epoch->setGiven(true);
+    isOutdated = false;
+}
+
+void Work::passOn()
+{
+    const std::lock_guard lock(mutex);
+    jobs.keepOrders();
+    isInherited = true;
+    doubt(Job::Kind::AskAddress);
+}
+
+void Work::abandon(const char *reason)
+{
+    const std::lock_guard lock(mutex);
+    logDropped(epoch->size(), jobs.orders(), reason);
+}
+
+// What the device does by itself -------------------------------------------------------------------------------------
+
+void Work::opened(const std::shared_ptr<Channel> &channel)
+{
+    const std::lock_guard lock(mutex);
+    const bool isFirst = !hasOpened;
+    const bool isAnew = hasOpened && lastChannel.lock() != channel;
+    hasOpened = true;
+    lastChannel = channel;
+    if (isFirst || isAnew)
+        doubt(Job::Kind::AskAddress);
+    if (!isAnew)
+        return;
+    // What was changed on the mouse meanwhile was announced to nobody.
+    begin(successorOf(*epoch));
+    epoch->setGiven(false);
+    if (profile)
+        doubt(Job::Kind::AskProfile);
+    if (!jobs.has(Job::Kind::WholeRecord))
+        jobs.add(wholeRecord());
+}
+
+void Work::reported(const Frame &frame)
+{
+    const std::lock_guard lock(mutex);
+    const std::uint8_t first = frame.payload.empty() ? 0 : frame.payload[0];
+    if (frame.code == ReportCode::PairingStatus && first == paired)
+        doubt(Job::Kind::AskAddress);
+    if (frame.code != ReportCode::StatusChanged)
+        return;
+    ++changeCount;
+    if (!(first & anotherProfile))
+        return;
+    // Also after an order of the program's own, so the mouse is asked which one it is.
+    hasChangedItself = true;
+    begin(successorOf(*epoch));
+    doubt(Job::Kind::AskProfile);
+}
+
+void Work::doubt(Job::Kind check)
+{
+    doubtedUpTo = jobs.lastNumber();
+    jobs.add({check, {check == Job::Kind::AskAddress ? ReportCode::Online : ReportCode::CurrentConfig}});
+}
+
+/** \param told nothing if there is no mouse, or the device doesn't say */
+void Work::addressIs(const std::optional<Address> &told)
+{
+    const bool isForeign = owner ? told != owner : isInherited;
+    if (isForeign) {
+        logDropped(epoch->size(), jobs.dropOrders(doubtedUpTo), "another mouse is there");
+        begin(std::make_shared<WriteQueue>());
+        // Of a link that goes on, the program doesn't know that it leads to another mouse.
+        isOutdated = !isInherited;
+        profile.reset();
+    }
+    owner = told;
+    isInherited = false;
+}
+
+/** \param told nothing if the mouse doesn't say */
+void Work::profileIs(std::optional<std::uint8_t> told)
+{
+    const bool isKnown = told && profile;
+    if (isKnown ? told != profile : hasChangedItself) {
+        logDropped(epoch->size(), jobs.dropResets(), "the mouse has another profile active");
+        begin(std::make_shared<WriteQueue>());
+        isOutdated = true;
+    }
+    profile = told;
+    if (!jobs.front(JobOrder::Checks))
+        hasChangedItself = false;
+}
+
+void Work::begin(std::shared_ptr<WriteQueue> next)
+{
+    epoch = std::move(next);
+    ++changeCount;
+    batchesIgnored = 0;
+    isRefusalLogged = false;
+}
+
+void Work::logDropped(std::size_t bytes, std::size_t orders, const char *reason) const
+{
+    if (bytes > 0 || orders > 0)
+        qWarning("portwire: %d bytes of settings and %d orders for %s are dropped: %s", static_cast<int>(bytes),
+                 static_cast<int>(orders), devicePath.c_str(), reason);
+}
+
+// The side of the link -----------------------------------------------------------------------------------------------
+
+std::optional<Work::Step> Work::next(bool onlyReceiver, Clock::time_point now, std::optional<Clock::time_point> &due)
+{
+    const std::lock_guard lock(mutex);
+    due.reset();
+    const auto stepOf = [this](const Job &job) {
+        jobs.begin(job);
+        checksInARow = job.isCheck() ? checksInARow + 1 : 0;
+        return Step{epoch, epoch->serial(), job};
+    };
+    if (const Job *const job = jobs.front(JobOrder::Receiver))
+        return stepOf(*job);
+    if (onlyReceiver)
+        return std::nullopt;
+    const Job *const check = jobs.front(JobOrder::Checks);
+    const Job *const job = jobs.front(JobOrder::Mouse);
+    if (check && !(checksInARow >= maxChecksInARow && job && !job->isOrder()))
+        return stepOf(*check);
+    if (!check) {
+        if (const auto batch = epoch->take(job != nullptr, now, due))
+            return Step{epoch, batch->serial, std::nullopt, *batch};
+    }
+    return job ? std::optional(stepOf(*job)) : std::nullopt;
+}
+
+Work::Step Work::again(const Step &step) const
+{
+    const std::lock_guard lock(mutex);
+    return {epoch, epoch->serial(), step.job, {}};
+}
+
+bool Work::isCurrent(const Step &step) const
+{
+    const std::lock_guard lock(mutex);
+    return step.epoch == epoch;
+}
+
+void Work::outdated(const Step &step)
+{
+    const std::lock_guard lock(mutex);
+    if (Job *const job = jobs.find(step.job->number))
+        ++job->timesOutdated;
+}
+
+void Work::finish(const Step &step, const Frame *answer)
+{
+    const std::lock_guard lock(mutex);
+    const auto job = jobs.remove(step.job->number);
+    if (!job)
+        return;
+    const auto told =
+        answer && answer->code == ReportCode::CurrentConfig ? std::optional(answer->payload[0]) : std::nullopt;
+    switch (job->kind) {
+    case Job::Kind::AskAddress: {
+        std::optional<Address> address;
+        if (answer && (answer->payload[1] || answer->payload[2] || answer->payload[3]))
+            address = Address{answer->payload[1], answer->payload[2], answer->payload[3]};
+        addressIs(address);
+        break;
+    }
+    case Job::Kind::AskProfile:
+        profileIs(told);
+        break;
+    case Job::Kind::SelectProfile:
+        begin(job->writesBehind);
+        isOutdated = false;
+        profile = answer ? std::optional(answer->payload[0]) : std::nullopt;
+        break;
+    case Job::Kind::FactoryReset:
+        begin(job->writesBehind);
+        isOutdated = false;
+        if (answer)
+            ++resetsDone;
+        break;
+    case Job::Kind::Read:
+        if (told && step.epoch == epoch && !jobs.front(JobOrder::Checks))
+            profile = told;
+        break;
+    case Job::Kind::Tell:
+    case Job::Kind::WholeRecord:
+        break;
+    }
+}
+
+void Work::written(const Step &step)
+{
+    const std::lock_guard lock(mutex);
+    batchesIgnored = 0;
+    step.epoch->confirm(step.batch, Clock::now());
+}
+
+void Work::giveUp(const Step &step, const WriteQueue::Write &write)
+{
+    const std::lock_guard lock(mutex);
+    batchesIgnored = 0;
+    step.epoch->giveUp(write, step.batch.serial);
+}
+
+bool Work::ignored(const Step &step)
+{
+    const std::lock_guard lock(mutex);
+    if (!step.job)
+        return ++batchesIgnored >= maxTimesIgnored;
+    Job *const job = jobs.find(step.job->number);
+    return job && ++job->timesIgnored >= maxTimesIgnored;
+}
+
+// Delivery -----------------------------------------------------------------------------------------------------------
+
+bool Work::prepare(const Step &step, std::uint8_t *bytes, std::size_t count)
+{
+    const std::lock_guard lock(mutex);
+    if (step.epoch != epoch)
+        return false;
+    epoch->merge(step.job->request.selector, bytes, count, step.serial);
+    if (count == imageSize)
+        offered = epoch;
+    return true;
+}
+
+unsigned Work::changes() const
+{
+    const std::lock_guard lock(mutex);
+    return changeCount;
+}
+
+unsigned Work::unreportedReset() const
+{
+    const std::lock_guard lock(mutex);
+    return resetsReported == resetsDone ? 0 : resetsDone;
+}
+
+bool Work::takeResetReport()
+{
+    const std::lock_guard lock(mutex);
+    return std::exchange(resetsReported, resetsDone) != resetsDone;
+}
+
+} // namespace portwire
