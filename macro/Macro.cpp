@@ -39,6 +39,7 @@ Macro::Macro(QWidget *parent)
     setSaveable(false);
     SlotChangeLanguage(UserSettings::instance()->language());
     connectWidgets();
+    rowsChanged();
 
     connect(postMsg(), &PostMsg::SigChangeLanguage, this, &Macro::SlotChangeLanguage);
     connect(postMsg(), &PostMsg::SigButtonToMacro, this, &Macro::SlotButtonToMacro);
@@ -144,7 +145,8 @@ void Macro::rowsChanged()
 {
     form.timeLine->setRows(rowList->rows());
     const bool isEmpty = form.listWidgetKey->count() == 0;
-    form.showHint(isEmpty && !isRecordingShown && !shown.isEmpty() ? texts.emptyRows : QString());
+    const QString &advice = shown.isEmpty() ? texts.noMacro : texts.emptyRows;
+    form.showHint(isEmpty && !isRecordingShown ? advice : QString());
 }
 
 // Saving -------------------------------------------------------------------------------------------------------------

@@ -38,9 +38,9 @@ constexpr LabelPlace labels[] = {
     {&MacroForm::label, "label", {40, 24, 200, 32}},
     {&MacroForm::label_2, "label_2", {280, 24, 268, 32}},
     {&MacroForm::label_3, "label_3", {588, 308, 116, 30}},
-    {&MacroForm::AutoInsertDelayLabel, "AutoInsertDelayLabel", {612, 80, 230, 24}},
-    {&MacroForm::ReUntilClickLabel, "ReUntilClickLabel", {612, 228, 230, 24}},
-    {&MacroForm::ReUntilLabel, "ReUntilLabel", {612, 260, 230, 24}},
+    {&MacroForm::AutoInsertDelayLabel, "AutoInsertDelayLabel", {610, 80, 232, 24}},
+    {&MacroForm::ReUntilClickLabel, "ReUntilClickLabel", {610, 228, 232, 24}},
+    {&MacroForm::ReUntilLabel, "ReUntilLabel", {610, 260, 232, 24}},
 };
 
 struct ButtonPlace

@@ -1,6 +1,6 @@
 #include "macro/Macro.h"
 #include "macro/MacroTimeLine.h"
-#include "macro/SelectedRow.h"
+#include "macro/RowPainter.h"
 #include "productdata/Theme.h"
 #include "ui/ComboStyle.h"
 #include "ui/LateStyle.h"
@@ -14,10 +14,7 @@ namespace {
 /** Rows of the two lists and their scroll bars; %1 is the folder of the pictures. */
 const char *const lists =
     "QListWidget{background: transparent;color: white;border: 1px solid rgb(43,50,59);border-radius: 4px;outline: 0px;}"
-    "QListWidget:focus{border: 1px solid rgb(%2);}"
-    "QListWidget::item{height: 26px;padding-left: 6px;}"
-    "QListWidget::item:selected,QListWidget::item:selected:active,QListWidget::item:selected:!active"
-    "{background: #c0ff00;color: white;}"
+    "QListWidget:focus{border: 1px solid rgb(91,101,112);}"
     "QScrollBar:vertical{width: 20px;background: rgb(30,30,30);margin: 20px 0px 20px 0px;}"
     "QScrollBar::handle:vertical{background: rgb(117,117,117);min-height: 24px;margin: 0px 4px;border-radius: 4px;}"
     "QScrollBar::sub-line:vertical,QScrollBar::add-line:vertical{height: 20px;background: rgb(30,30,30);}"
@@ -27,10 +24,11 @@ const char *const lists =
     "QScrollBar::down-arrow:vertical{image: url(%1Down.png);width: 15px;height: 15px;}"
     "QScrollBar::sub-page:vertical,QScrollBar::add-page:vertical{background: transparent;}";
 
-const char *const buttons = "QToolButton{border: 0px;color: rgb(%2);border-image: url(%1Button.png);}"
-                            "QToolButton:hover{border-image: url(%1ButtonHover.png);}"
-                            "QToolButton:pressed{border-image: url(%1ButtonClick.png);}"
-                            "QToolButton:disabled{color: rgb(127,127,127);border-image: url(%1Button.png);}";
+/** The rim of the picture keeps its width on the wide button. */
+const char *const buttons = "QToolButton{border: 4px solid;color: rgb(%2);border-image: url(%1Button.png) 4 stretch;}"
+                            "QToolButton:hover{border-image: url(%1ButtonHover.png) 4 stretch;}"
+                            "QToolButton:pressed{border-image: url(%1ButtonClick.png) 4 stretch;}"
+                            "QToolButton:disabled{color: rgb(127,127,127);border-image: url(%1Button.png) 4 stretch;}";
 
 /** The text stands right of the sign. */
 const char *const recordButton = "#%3{border: 0px;color: rgb(%2);padding-left: 24px;background-position: center;"
@@ -60,7 +58,7 @@ void Macro::setStyles()
     setAttribute(Qt::WA_StyledBackground);
     new LateStyle(this,
                   Theme::frameBackground(pictures, objectName(), QStringLiteral("BackGround.png")) + Theme::label() +
-                      Theme::checkBox(pictures) + QString::fromLatin1(lists).arg(pictures, rgb(Colour::SliderColor)) +
+                      Theme::checkBox(pictures) + QString::fromLatin1(lists).arg(pictures) +
                       QString::fromLatin1(buttons).arg(pictures, rgb(Colour::ButtonColor)) +
                       record("StartRecord", "Record") + record("StopRecord", "Stop") +
                       QString::fromLatin1(numbers).arg(rgb(Colour::LinEditColorSecond), rgb(Colour::SliderColor)) +
@@ -69,6 +67,6 @@ void Macro::setStyles()
                       Theme::toolTip());
     styleCombo(form.ChooseEvent, "Macro");
     for (QListWidget *list : {form.listWidgetHong, form.listWidgetKey})
-        list->setItemDelegate(new SelectedRow(list));
+        list->setItemDelegate(new RowPainter(list));
     form.timeLine->setWarningPicture(QPixmap(pictures + QStringLiteral("Warning.png")));
 }

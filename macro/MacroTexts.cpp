@@ -18,10 +18,15 @@ struct KeptText
 };
 
 constexpr KeptText keptTexts[] = {
-    {"Key1", &MacroTexts::exportMacro},    {"Key2", &MacroTexts::renameMacro},
-    {"Key3", &MacroTexts::deleteMacro},    {"Key4", &MacroTexts::newMacro},
-    {"Key5", &MacroTexts::importMacro},    {"MacroReal", &MacroTexts::MacroPagePrefix},
-    {"EmptyRows", &MacroTexts::emptyRows}, {"NeverReleased", &MacroTexts::neverReleased},
+    {"Key1", &MacroTexts::exportMacro},
+    {"Key2", &MacroTexts::renameMacro},
+    {"Key3", &MacroTexts::deleteMacro},
+    {"Key4", &MacroTexts::newMacro},
+    {"Key5", &MacroTexts::importMacro},
+    {"MacroReal", &MacroTexts::MacroPagePrefix},
+    {"NoMacro", &MacroTexts::noMacro},
+    {"EmptyRows", &MacroTexts::emptyRows},
+    {"NeverReleased", &MacroTexts::neverReleased},
 };
 
 /** Takes a name of a mouse button. An empty one would be the name of the key that presses nothing. */

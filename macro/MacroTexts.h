@@ -15,6 +15,7 @@ struct MacroTexts
     QString deleteMacro;
     QString newMacro;
     QString importMacro;
+    QString noMacro;         ///< what to do without a macro
     QString emptyRows;       ///< what to do with a macro without rows
     QString neverReleased;   ///< a warning, with %1 for keys
     QString MacroPagePrefix; ///< what stands before a macro's name on the button page

@@ -15,10 +15,12 @@ namespace {
 // Pixels, from the top: the head with count and length, the bars, and the scale under them.
 constexpr int headHeight = 20;
 constexpr int scaleHeight = 16;
-constexpr qreal highestBar = 18;
+constexpr qreal highestBar = 26;
 constexpr qreal laneGap = 2;
 /** A key that goes down and up at once is still to be seen and hit. */
 constexpr qreal narrowestBar = 3;
+/** Milliseconds of a macro without a delay. */
+constexpr qint64 nominalLength = 1000;
 /** Between two numbers of the scale. */
 constexpr int tickDistance = 90;
 constexpr qreal corner = 2;
@@ -86,7 +88,7 @@ QRectF MacroTimeLine::place(const MacroBar &bar)
 {
     const QRect room = chart();
     const qreal lane = std::min(highestBar, (room.height() - laneGap) / std::max(1, times().lanes) - laneGap);
-    const qreal perMs = qreal(room.width()) / std::max<qint64>(1, times().length);
+    const qreal perMs = qreal(room.width()) / (times().length > 0 ? times().length : nominalLength);
     const qreal width = std::max(narrowestBar, (bar.to - bar.from) * perMs);
     const qreal left = std::min(room.left() + bar.from * perMs, room.right() - width);
     return {left, room.top() + laneGap + bar.lane * (lane + laneGap), width, lane};
@@ -115,8 +117,6 @@ QString MacroTimeLine::unreleasedKeys()
 void MacroTimeLine::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    if (shown.isEmpty())
-        return;
     paintHead(painter);
     paintScale(painter);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -147,7 +147,8 @@ void MacroTimeLine::paintScale(QPainter &painter)
     const QRect room = chart();
     QColor line = words;
     line.setAlpha(40);
-    const qint64 length = std::max<qint64>(1, times().length);
+    // Something to hold on to where there is nothing to show yet.
+    const qint64 length = times().length > 0 ? times().length : nominalLength;
     const qint64 step = tickStep(length, room.width());
     for (qint64 at = 0; at <= length; at += step) {
         const int x = room.left() + int(at * room.width() / length);

@@ -1,6 +1,7 @@
 #include "macro/MacroTimes.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -65,6 +66,8 @@ MacroTimes macroTimes(const MacroRows &rows)
 
 QString durationText(qint64 milliseconds)
 {
-    return milliseconds < 1000 ? QStringLiteral("%1 ms").arg(milliseconds)
-                               : QStringLiteral("%1 s").arg(double(milliseconds) / 1000, 0, 'f', 2);
+    if (milliseconds < 1000)
+        return QStringLiteral("%1 ms").arg(milliseconds);
+    const double hundredths = std::round(double(milliseconds) / 10) / 100;
+    return QStringLiteral("%1 s").arg(hundredths, 0, 'g', 12); // without zeros at the end
 }

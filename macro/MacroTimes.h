@@ -32,5 +32,5 @@ struct MacroTimes
 /** The times of a macro's rows. */
 MacroTimes macroTimes(const MacroRows &rows);
 
-/** "850 ms", "12.35 s". */
+/** "850 ms", "12.35 s", "20 s". */
 QString durationText(qint64 milliseconds);

@@ -1,0 +1,68 @@
+#include "macro/RowPainter.h"
+
+#include <QIcon>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+// Pixels.
+constexpr int rowHeight = 26;
+constexpr int margin = 10;
+constexpr int pictureSize = 16;
+constexpr int pictureGap = 10;
+/** Of the rim, half of which lies under the letters. */
+constexpr qreal rimWidth = 2.5;
+
+const QColor selectedGround(0xc0, 0xff, 0x00);
+const QColor rim(0x14, 0x18, 0x1c);
+constexpr qreal disabledOpacity = 0.45;
+
+/** The lines of a picture in another colour. */
+QPixmap inOneColour(QPixmap picture, const QColor &colour)
+{
+    QPainter painter(&picture);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(picture.rect(), colour);
+    return picture;
+}
+
+} // namespace
+
+QSize RowPainter::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const { return {margin, rowHeight}; }
+
+void RowPainter::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const bool isSelected = option.state & QStyle::State_Selected;
+    painter->save();
+    if (!(option.state & QStyle::State_Enabled))
+        painter->setOpacity(disabledOpacity);
+    if (isSelected)
+        painter->fillRect(option.rect, selectedGround);
+
+    QRect place = option.rect.adjusted(margin, 0, -margin, 0);
+    const QIcon picture = index.data(Qt::DecorationRole).value<QIcon>();
+    if (!picture.isNull()) {
+        QPixmap drawn = picture.pixmap(pictureSize);
+        if (isSelected)
+            drawn = inOneColour(drawn, rim);
+        painter->drawPixmap(place.left(), place.top() + (rowHeight - pictureSize) / 2, drawn);
+        place.setLeft(place.left() + pictureSize + pictureGap);
+    }
+    const QString text =
+        option.fontMetrics.elidedText(index.data().toString(), Qt::ElideRight, place.width(), Qt::TextSingleLine);
+    painter->setPen(Qt::white);
+    painter->setFont(option.font);
+    if (isSelected) {
+        QPainterPath letters;
+        const qreal baseline =
+            place.top() + (place.height() + option.fontMetrics.ascent() - option.fontMetrics.descent()) / 2.0;
+        letters.addText(place.left(), baseline, option.font, text);
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->strokePath(letters, QPen(rim, rimWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter->fillPath(letters, Qt::white);
+    } else {
+        painter->drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
+    }
+    painter->restore();
+}
