@@ -11,10 +11,10 @@
 
 namespace {
 
-/** Rows of the two lists and their scroll bars; %1 is the folder of the pictures. */
+/** The two lists and their scroll bars; RowPainter paints the rows. %1 is the folder of the pictures. */
 const char *const lists =
-    "QListWidget{background: transparent;color: white;border: 1px solid rgb(43,50,59);border-radius: 4px;outline: 0px;}"
-    "QListWidget:focus{border: 1px solid rgb(91,101,112);}"
+    "QListWidget{background: transparent;color: white;border: 1px solid rgb(%2);border-radius: 4px;outline: 0px;}"
+    "QListWidget:focus{border: 1px solid rgb(%3);}"
     "QScrollBar:vertical{width: 20px;background: rgb(30,30,30);margin: 20px 0px 20px 0px;}"
     "QScrollBar::handle:vertical{background: rgb(117,117,117);min-height: 24px;margin: 0px 4px;border-radius: 4px;}"
     "QScrollBar::sub-line:vertical,QScrollBar::add-line:vertical{height: 20px;background: rgb(30,30,30);}"
@@ -38,9 +38,9 @@ const char *const recordButton = "#%3{border: 0px;color: rgb(%2);padding-left: 2
 const char *const numbers = "QSpinBox{background: black;color: rgb(%1);border: 0px;border-radius: 4px;}"
                             "QSpinBox:focus{border: 1px solid rgb(%2);}";
 
-const char *const rest = "#rule{border: 0px;background: rgb(43,50,59);}"
+const char *const rest = "#rule{border: 0px;background: rgb(%4);}"
                          "#hint{color: rgb(127,127,127);}"
-                         "QMenu{background: rgb(%2);color: rgb(%1);border: 1px solid rgb(61,70,81);padding: 4px;}"
+                         "QMenu{background: rgb(%2);color: rgb(%1);border: 1px solid rgb(%5);padding: 4px;}"
                          "QMenu::item{padding: 6px 24px;border-radius: 4px;}"
                          "QMenu::item:selected{background: rgb(%3);}";
 
@@ -50,21 +50,23 @@ void Macro::setStyles()
 {
     using Theme::Colour;
     using Theme::rgb;
+    using Theme::Tone;
     const QString pictures = Theme::pictureFolder("Macro");
     const auto record = [&](const char *name, const char *picture) {
         return QString::fromLatin1(recordButton)
             .arg(pictures, rgb(Colour::ButtonColor), QLatin1String(name), QLatin1String(picture));
     };
     setAttribute(Qt::WA_StyledBackground);
-    new LateStyle(this,
-                  Theme::frameBackground(pictures, objectName(), QStringLiteral("BackGround.png")) + Theme::label() +
-                      Theme::checkBox(pictures) + QString::fromLatin1(lists).arg(pictures) +
-                      QString::fromLatin1(buttons).arg(pictures, rgb(Colour::ButtonColor)) +
-                      record("StartRecord", "Record") + record("StopRecord", "Stop") +
-                      QString::fromLatin1(numbers).arg(rgb(Colour::LinEditColorSecond), rgb(Colour::SliderColor)) +
-                      QString::fromLatin1(rest).arg(rgb(Colour::ComboxTextColor), rgb(Colour::ComboxBackGroundColor),
-                                                    rgb(Colour::ComboxSelectColor)) +
-                      Theme::toolTip());
+    new LateStyle(
+        this, Theme::frameBackground(pictures, objectName(), QStringLiteral("BackGround.png")) + Theme::label() +
+                  Theme::checkBox(pictures) +
+                  QString::fromLatin1(lists).arg(pictures, rgb(Tone::Hairline), rgb(Tone::Faint)) +
+                  QString::fromLatin1(buttons).arg(pictures, rgb(Colour::ButtonColor)) +
+                  record("StartRecord", "Record") + record("StopRecord", "Stop") +
+                  QString::fromLatin1(numbers).arg(rgb(Colour::LinEditColorSecond), rgb(Colour::SliderColor)) +
+                  QString::fromLatin1(rest).arg(rgb(Colour::ComboxTextColor), rgb(Colour::ComboxBackGroundColor),
+                                                rgb(Colour::ComboxSelectColor), rgb(Tone::Hairline), rgb(Tone::Edge)) +
+                  Theme::toolTip());
     styleCombo(form.ChooseEvent, "Macro");
     for (QListWidget *list : {form.listWidgetHong, form.listWidgetKey})
         list->setItemDelegate(new RowPainter(list));

@@ -66,6 +66,9 @@ constexpr std::array<Text, 16> texts = {{
 /** Puts a text where its row says, in letters that fit. */
 void setText(MacroForm &form, const Text &text, const QString &words);
 
+/** What is selected stands on lime, in the lists and on the time line; 0xaarrggbb. */
+constexpr unsigned selectedColour = 0xffc0ff00;
+
 /** Milliseconds of the delay that a recording can be given instead of the real one. */
 constexpr int leastFixedDelay = 10;
 constexpr int mostFixedDelay = 65535;

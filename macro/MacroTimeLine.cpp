@@ -1,7 +1,9 @@
 #include "macro/MacroTimeLine.h"
 
+#include "macro/MacroTables.h"
 #include "productdata/Theme.h"
 #include "ui/PageFont.h"
+#include "ui/RgbText.h"
 
 #include <QHelpEvent>
 #include <QMouseEvent>
@@ -26,13 +28,8 @@ constexpr int tickDistance = 90;
 constexpr qreal corner = 2;
 /** Of 255: how much of a key's colour fills its bar. */
 constexpr int fill = 110;
-const QColor selected(0xc0, 0xff, 0x00);
 
-QColor colour(Theme::Colour key)
-{
-    const QStringList parts = Theme::rgb(key).split(QLatin1Char(','));
-    return {parts.value(0).toInt(), parts.value(1).toInt(), parts.value(2).toInt()};
-}
+QColor colour(Theme::Colour key) { return colourOf(Theme::rgb(key)); }
 
 /** The step between two ticks: 1, 2 or 5 times a power of ten, so that some tickDistance pixels lie between them. */
 qint64 tickStep(qint64 length, int width)
@@ -170,7 +167,7 @@ void MacroTimeLine::paintBar(QPainter &painter, const MacroBar &bar)
                                (bar.pressRow == currentRow - 1 || bar.releaseRow == currentRow - 1);
     const bool isLit = currentRow >= 0 && (bar.pressRow == currentRow || bar.releaseRow == currentRow || isDelayBehind);
     const bool isMouse = bar.kind == KeyKind::mouseButton;
-    const QColor ink = isLit ? selected : isMouse ? mouseButtons : keys;
+    const QColor ink = isLit ? QColor::fromRgba(MacroTables::selectedColour) : isMouse ? mouseButtons : keys;
     QColor face = ink;
     face.setAlpha(isLit ? 200 : fill);
     QPen edge(ink);

@@ -1,5 +1,9 @@
 #include "macro/RowPainter.h"
 
+#include "macro/MacroTables.h"
+#include "productdata/Theme.h"
+#include "ui/RgbText.h"
+
 #include <QIcon>
 #include <QPainter>
 #include <QPainterPath>
@@ -14,8 +18,6 @@ constexpr int pictureGap = 10;
 /** Of the rim, half of which lies under the letters. */
 constexpr qreal rimWidth = 2.5;
 
-const QColor selectedGround(0xc0, 0xff, 0x00);
-const QColor rim(0x14, 0x18, 0x1c);
 constexpr qreal disabledOpacity = 0.45;
 
 /** The lines of a picture in another colour. */
@@ -29,6 +31,8 @@ QPixmap inOneColour(QPixmap picture, const QColor &colour)
 
 } // namespace
 
+RowPainter::RowPainter(QObject *parent) : QStyledItemDelegate(parent), rim(colourOf(Theme::rgb(Theme::Tone::Window))) {}
+
 QSize RowPainter::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const { return {margin, rowHeight}; }
 
 void RowPainter::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
@@ -38,7 +42,7 @@ void RowPainter::paint(QPainter *painter, const QStyleOptionViewItem &option, co
     if (!(option.state & QStyle::State_Enabled))
         painter->setOpacity(disabledOpacity);
     if (isSelected)
-        painter->fillRect(option.rect, selectedGround);
+        painter->fillRect(option.rect, QColor::fromRgba(MacroTables::selectedColour));
 
     QRect place = option.rect.adjusted(margin, 0, -margin, 0);
     const QIcon picture = index.data(Qt::DecorationRole).value<QIcon>();

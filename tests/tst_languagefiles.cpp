@@ -33,8 +33,9 @@ constexpr Section sections[] = {
     {"Sensor", "label label_2 label_3 label_4 label_5 label_6 label_7 label_11 label_12 label_14 label_15 "
                "ModeSelectDes LODDes MotionSyncDes Performance FullPerformanceDes PerformanceOpen Model Model1 Model2 "
                "RippleDes FixLineDes"},
-    {"Macro", "label label_2 label_3 NewHong DeleteHong Amend DeleteKey MacroReal StartRecord StopRecord "
-              "AutoInsertDelay DefaultDelay ReUntilLoose ReUntilClick ReUntil ReNumber Save NoMacro EmptyRows NeverReleased"},
+    {"Macro",
+     "label label_2 label_3 NewHong DeleteHong Amend DeleteKey MacroReal StartRecord StopRecord "
+     "AutoInsertDelay DefaultDelay ReUntilLoose ReUntilClick ReUntil ReNumber Save NoMacro EmptyRows NeverReleased"},
     {"Light", "label label_2 label_3 label_4 label_5 label_6 label_8 label_10 label_11 label_12 label_13 LightMod "
               "StopCloseTime"},
     {"FormSetting", "label label_2 label_3 label_4 label_6 label_8 label_9 label_10 label_11 label_14 textEdit "
