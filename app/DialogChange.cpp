@@ -1,7 +1,6 @@
 #include "app/DialogChange.h"
 
 #include "app/ChooserList.h"
-#include "app/LanguageList.h"
 #include "app/hub/PostMsg.h"
 #include "app/hub/Wait.h"
 #include "devicelink/DeviceFlags.h"
@@ -14,6 +13,7 @@
 #include "productdata/Theme.h"
 #include "productdata/UserSettings.h"
 #include "ui/ComboStyle.h"
+#include "ui/LanguageList.h"
 #include "ui/QuestiondialogB.h"
 #include "ui/mytoolButtonEnter.h"
 #include "ui_DialogChange.h"

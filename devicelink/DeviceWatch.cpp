@@ -8,6 +8,8 @@
 #include "devicelink/Worker.h"
 #include "portwire/portwire.h"
 
+#include <algorithm>
+
 namespace {
 
 /** The mouse that is in use on a receiver, now on its cable: the two show the same address. */
@@ -28,19 +30,7 @@ void switchTo(const DeviceAllInfo &entry)
     requestConnect();
 }
 
-/** With the mouse on its cable, the version that could be newer is that of its receiver, when that is on the bus. */
-void tellReceiverVersion(const QList<DeviceAllInfo> &list)
-{
-    QString version;
-    if (list.size() == 2) {
-        for (const DeviceAllInfo &entry : list) {
-            if (entry.HasUsbAddress && !entry.IsCorded)
-                version = entry.UsbVersion;
-        }
-    }
-    // The second text says that a newer receiver firmware lies at hand; no image folder is shipped with this build.
-    postMsg()->post(&PostMsg::SigLabelTextB, version, QString());
-}
+QList<DeviceAllInfo> watched; // GUI thread only
 
 } // namespace
 
@@ -48,6 +38,7 @@ void deviceWatch()
 {
     postMsg()->post(&PostMsg::SigSetver, 4);
     const QList<DeviceAllInfo> list = scanDevices();
+    watched = list;
     if (list.isEmpty()) {
         if (HotplugWatchEnabled) {
             SelectInfo().set({});
@@ -67,6 +58,18 @@ void deviceWatch()
         postMsg()->post(&PostMsg::SigChangeMainDialog, 0);
         return; // the chooser scans anew; nothing here is shown any more
     }
+    // With the mouse on its cable, the version that could be newer is that of its receiver. The second text says that a
+    // newer firmware lies at hand; no image folder is shipped with this build.
     if (SelectInfo().get().IsCorded)
-        tellReceiverVersion(list);
+        postMsg()->post(&PostMsg::SigLabelTextB, pairedReceiverVersion(), QString());
+}
+
+QString pairedReceiverVersion()
+{
+    if (watched.size() != 2)
+        return {}; // more than one receiver could be that of the mouse
+    const auto receiver = std::find_if(watched.cbegin(), watched.cend(), [](const DeviceAllInfo &entry) {
+        return entry.HasUsbAddress && !entry.IsCorded;
+    });
+    return receiver == watched.cend() ? QString() : receiver->UsbVersion;
 }

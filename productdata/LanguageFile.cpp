@@ -63,11 +63,11 @@ bool LanguageFile::readSection(int index, const QString &section, const Apply &a
     return fault.isEmpty();
 }
 
-QString LanguageFile::readSectionFrom(QIODevice &xml, const QString &section, const Apply &apply)
+QString LanguageFile::readSectionFrom(QIODevice &xml, const QString &section, const Apply &apply, const QString &root)
 {
     QXmlStreamReader reader(&xml);
     if (reader.readNextStartElement()) {
-        if (reader.name() == QLatin1String("Total")) {
+        if (reader.name() == root) {
             while (reader.readNextStartElement()) {
                 if (reader.name() == section)
                     readElements(reader, apply);

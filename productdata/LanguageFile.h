@@ -27,7 +27,11 @@ using Apply = std::function<void(const QString &element, const QString &text)>;
  */
 bool readSection(int index, const QString &section, const Apply &apply);
 
-/** The same from an open file or buffer. \return what is wrong with it and in which line; empty if nothing is. */
-QString readSectionFrom(QIODevice &xml, const QString &section, const Apply &apply);
+/**
+ * The same from an open file or buffer, whose root element has the given name.
+ * \return what is wrong with it and in which line; empty if nothing is.
+ */
+QString readSectionFrom(QIODevice &xml, const QString &section, const Apply &apply,
+                        const QString &root = QStringLiteral("Total"));
 
 } // namespace LanguageFile

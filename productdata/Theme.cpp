@@ -78,6 +78,14 @@ QString Theme::checkBox(const QString &folder)
         .arg(rgb(Colour::LabelColor), folder);
 }
 
+QString Theme::indicator(const QString &folder, const QString &widgetClass, const QString &name)
+{
+    return QStringLiteral("%1::indicator{width: 16px;height: 16px;image: url(%2%3.png);}"
+                          "%1::indicator:hover{image: url(%2%3Hover.png);}"
+                          "%1::indicator:checked{image: url(%2%3Check.png);}")
+        .arg(widgetClass, folder, name);
+}
+
 QString Theme::toolButton(const QString &folder, const QString &plain, const QString &hover, const QString &click)
 {
     return QStringLiteral("QToolButton{border:0px;background-image: url(%1%2);background-position:center;"
@@ -99,6 +107,13 @@ QString Theme::textButton(const QString &folder, const QString &plain, const QSt
     return QStringLiteral("QToolButton{border:0px;color: rgb(%1);border-image: url(%2%3);}"
                           "QToolButton:hover,QToolButton:focus{border-image: url(%2%4);}"
                           "QToolButton:pressed{border-image: url(%2%5);}")
+        .arg(rgb(Colour::ButtonColor), folder, plain, hover, click);
+}
+
+QString Theme::pushButton(const QString &folder, const QString &plain, const QString &hover, const QString &click)
+{
+    return QStringLiteral("QPushButton{border:0px;color: rgb(%1);border-image: url(%2%3);}"
+                          "QPushButton:hover{border-image: url(%2%4);}QPushButton:pressed{border-image: url(%2%5);}")
         .arg(rgb(Colour::ButtonColor), folder, plain, hover, click);
 }
 

@@ -53,12 +53,16 @@ QString label();
 /** Text colour of one label, by object name. */
 QString namedLabel(const QString &objectName);
 QString checkBox(const QString &folder);
+/** A check box or a radio button without text, of 16 px: pictures NAME, NAMEHover and NAMECheck of the folder. */
+QString indicator(const QString &folder, const QString &widgetClass, const QString &name);
 /** A tool button with pictures for plain, hover and pressed. Pictures are file names in the folder. */
 QString toolButton(const QString &folder, const QString &plain, const QString &hover, const QString &click);
 /** A page button with pictures for plain, hover and checked. */
 QString pageButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked);
 /** A confirm-like button with text: `ButtonColor`, a picture, one for hover or the keyboard, and one for pressed. */
 QString textButton(const QString &folder, const QString &plain, const QString &hover, const QString &click);
+/** The same for a push button, which has no keyboard of its own. */
+QString pushButton(const QString &folder, const QString &plain, const QString &hover, const QString &click);
 /** Appended to toolButton(): the one that has the keyboard looks as under the mouse. */
 QString toolButtonFocus(const QString &folder, const QString &hover);
 QString comboBox(const QString &folder);

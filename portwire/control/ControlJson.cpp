@@ -62,6 +62,7 @@ QJsonObject toJson(const DeviceDescription &device)
     if (device.isReceiver) {
         object["mouse"] = text(device.partner);
         object["light"] = QJsonObject{{"mode", device.receiverLightMode}};
+        object["longRange"] = device.isLongRange;
     } else {
         object["receiver"] = text(device.partner);
         object["program"] = device.isProgramShown;

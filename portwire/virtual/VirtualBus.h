@@ -28,6 +28,7 @@ struct DeviceDescription
     int dpi, rateHz, level, profile;
     LightState light;
     int receiverLightMode;
+    bool isLongRange;                  ///< of the receiver
     std::chrono::microseconds latency; ///< of what it sends itself
 };
 

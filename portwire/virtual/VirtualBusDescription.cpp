@@ -59,6 +59,7 @@ DeviceDescription VirtualBus::describe(Receiver &receiver)
     device.partner = mouse ? mouse->id : std::string();
     device.latency = receiver.wire.latency;
     device.receiverLightMode = receiver.device.content().light[0];
+    device.isLongRange = receiver.device.content().isLongRange;
     return device;
 }
 

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QStyle>
 #include <QStyleOptionComboBox>
+#include <QTextEdit>
 
 namespace {
 
@@ -53,6 +54,10 @@ QStringList textsThatDoNotFit(const QWidget *window)
             measure(complaints, box, box->text(), box->size() - QSize(indicator, 0), 0);
         } else if (const auto *button = qobject_cast<const QAbstractButton *>(widget)) {
             measure(complaints, button, button->text(), button->size(), Qt::TextShowMnemonic);
+        } else if (const auto *const edit = qobject_cast<const QTextEdit *>(widget)) {
+            const QSize needed = edit->document()->size().toSize();
+            if (needed.height() > edit->height() + tolerance)
+                complaints << complaint(edit, edit->toPlainText(), needed, edit->size());
         } else if (const auto *combo = qobject_cast<const QComboBox *>(widget)) {
             QStyleOptionComboBox option;
             option.initFrom(combo);

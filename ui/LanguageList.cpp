@@ -1,4 +1,4 @@
-#include "app/LanguageList.h"
+#include "ui/LanguageList.h"
 
 #include "productdata/LanguageFile.h"
 #include "productdata/UserSettings.h"

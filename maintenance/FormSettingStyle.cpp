@@ -1,0 +1,75 @@
+#include "maintenance/FormSetting.h"
+#include "productdata/Theme.h"
+#include "ui/ComboStyle.h"
+#include "ui/LateStyle.h"
+#include "ui/MyConmboBox.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTextEdit>
+#include <QToolButton>
+
+namespace {
+
+/** The panel behind everything; its picture grows to any size. */
+const char *const panel = "#background{border: 8px;border-image: url(%1Panel.png) 8 8 8 8 stretch;}";
+const char *const lines = "#rule{border: 0px;background: rgb(%1);}";
+const char *const clear = "#scrollArea,#SettingPage,QTextEdit{background: transparent;border: 0px;}";
+const char *const description = "QTextEdit{color: rgb(%1);}";
+/** The line over which the page scrolls: opaque. */
+const char *const versionLine = "#label{color: rgb(%1);background: rgb(%2);border: 1px solid rgb(%3);"
+                                "border-radius: 4px;padding-left: 23px;}";
+/** The window cuts the lower 20 px of the page off, and the handle is to come to its end above them. */
+const char *const scrollPlace = "QScrollBar:vertical{margin: 8px 2px 28px 2px;width: 12px;background: transparent;}";
+const char *const link = "QPushButton{border: 0px;color: rgb(%1);text-align: right;}"
+                         "QPushButton:hover{text-decoration: underline;}";
+const char *const icon = "QToolButton{border: 0px;background: url(%1%2.png) no-repeat center;}";
+
+} // namespace
+
+void FormSetting::setStyles()
+{
+    using Theme::Colour;
+    using Theme::Tone;
+    const QString pictures = Theme::pictureFolder("FormSetting");
+    const QString accent = Theme::rgb(Colour::SliderColor);
+    const QString grey = Theme::rgb(Colour::LabelColor);
+    const QString hairline = Theme::rgb(Tone::Hairline);
+    new LateStyle(form.content,
+                  Theme::label() + QString::fromLatin1(lines).arg(hairline) + QLatin1String(clear) +
+                      QString::fromLatin1(panel).arg(pictures) + QString::fromLatin1(description).arg(grey) +
+                      QString::fromLatin1(versionLine).arg(grey, Theme::rgb(Tone::Window), hairline) +
+                      Theme::indicator(pictures, QStringLiteral("QCheckBox"), QStringLiteral("CheckBox")) +
+                      Theme::indicator(pictures, QStringLiteral("QRadioButton"), QStringLiteral("Radio")));
+    form.scrollArea->setStyleSheet(QLatin1String(clear));
+    form.scrollArea->verticalScrollBar()->setStyleSheet(Theme::scrollBar() + QLatin1String(scrollPlace));
+    styleCombo(form.comboBox, "FormSetting");
+    for (QPushButton *button : {form.pushButton, form.pushButton_2})
+        button->setStyleSheet(Theme::pushButton(pictures, QStringLiteral("Button.png"),
+                                                QStringLiteral("ButtonHover.png"), QStringLiteral("ButtonClick.png")));
+    for (QPushButton *button : {form.pushButton_3, form.pushButton_4})
+        button->setStyleSheet(QString::fromLatin1(link).arg(accent));
+    for (QPushButton *button : {form.Receive, form.Mouse})
+        showUpdateButton(button, false);
+    for (QToolButton *title : qAsConst(form.titles))
+        title->setStyleSheet(QString::fromLatin1(icon).arg(pictures, QStringLiteral("Title")));
+    form.toolButton->setStyleSheet(QString::fromLatin1(icon).arg(pictures, QStringLiteral("Mouse")));
+    for (QToolButton *message : {form.toolButton_2, form.toolButton_3})
+        message->setStyleSheet(QString::fromLatin1(icon).arg(pictures, QStringLiteral("Info")));
+    // None of them does anything; under the mouse they would look as if.
+    for (QToolButton *still :
+         form.titles + QVector<QToolButton *>{form.toolButton, form.toolButton_2, form.toolButton_3})
+        still->setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void FormSetting::showUpdateButton(QPushButton *button, bool isOffered)
+{
+    const QString pictures = Theme::pictureFolder("FormSetting");
+    const QString plain = isOffered ? QStringLiteral("WaitUpdate.png") : QStringLiteral("Confirm.png");
+    const QString hover = isOffered ? QStringLiteral("WaitUpdateHover.png") : QStringLiteral("ConfirmHover.png");
+    button->setStyleSheet(Theme::pushButton(pictures, plain, hover, QStringLiteral("ConfirmClick.png")));
+}

@@ -1,0 +1,323 @@
+#include "app/hub/PostMsg.h"
+#include "maintenance/CompanyPage.h"
+#include "maintenance/FormSetting.h"
+#include "productdata/LanguageFile.h"
+#include "productdata/UserSettings.h"
+#include "support/ConnectedMouse.h"
+#include "support/TestHome.h"
+#include "support/TextFit.h"
+
+#include <QBuffer>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTextEdit>
+
+#include <memory>
+#include <thread>
+
+/** The settings page before a virtual receiver, which tells what a change did. */
+class SettingsTest : public QObject
+{
+    Q_OBJECT
+public Q_SLOTS:
+    void takeUrl(const QUrl &url) { opened = url.toString(); }
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void sections_data();
+    void sections();
+    void receiverLight();
+    void longRange();
+    void asleep();
+    void nextDevice();
+    void versionSteps();
+    void language_data();
+    void language();
+    void companyPage_data();
+    void companyPage();
+    void startWithTheSystem();
+
+private:
+    template<typename Widget>
+    Widget *find(const QString &name) const
+    {
+        auto *widget = page->findChild<Widget *>(name);
+        if (!widget)
+            qFatal("no %s", qPrintable(name));
+        return widget;
+    }
+    bool isShown(const char *name) const { return find<QWidget>(name)->isVisibleTo(page.get()); }
+    bool isChecked(const char *name) const { return find<QAbstractButton>(name)->isChecked(); }
+    void click(const char *name) { QTest::mouseClick(find<QWidget>(name), Qt::LeftButton); }
+    void clickText(const char *name) { QTest::mouseClick(find<QTextEdit>(name)->viewport(), Qt::LeftButton); }
+    static QJsonObject receiver(const QString &mouse = "q1")
+    {
+        return VirtualMice::device(VirtualMice::receiverOf(mouse));
+    }
+    static int lightMode() { return receiver()["light"].toObject()["mode"].toInt(); }
+    /** Connects the mouse and waits for what follows its record. */
+    void connectMouse(int model = 0, bool corded = false);
+
+    std::unique_ptr<FormSetting> page;
+    QString opened;
+};
+
+void SettingsTest::init()
+{
+    VirtualMice::restoreScene();
+    UserSettings::instance()->setLanguage(0);
+    page = std::make_unique<FormSetting>();
+    page->show();
+}
+
+void SettingsTest::cleanup()
+{
+    ConnectedMouse::forget();
+    page.reset();
+}
+
+void SettingsTest::connectMouse(int model, bool corded)
+{
+    ConnectedMouse::select(model, corded);
+    postMsg()->post(&PostMsg::SigSelectMouseInfo, SelectInfo().get());
+    QVERIFY(ConnectedMouse::read(false));
+    QTRY_VERIFY(!SelectInfo().get().MouseVersion.isEmpty());
+    QCoreApplication::processEvents();
+}
+
+void SettingsTest::sections_data()
+{
+    QTest::addColumn<QString>("model");
+    QTest::addColumn<QString>("link");
+    QTest::addColumn<bool>("longRange");
+    QTest::addColumn<bool>("light");
+
+    QTest::newRow("4K") << "q1"
+                        << "4k" << true << true;
+    QTest::newRow("2K") << "q1"
+                        << "2k" << true << false;
+    QTest::newRow("1K") << "q1"
+                        << "1k" << true << false;
+    QTest::newRow("cable") << "q1"
+                           << "cable" << false << false;
+    QTest::newRow("4K, a model without the light") << "q2"
+                                                   << "4k" << true << false;
+}
+
+void SettingsTest::sections()
+{
+    QFETCH(QString, model);
+    QFETCH(QString, link);
+    QFETCH(bool, longRange);
+    QFETCH(bool, light);
+    VirtualMice::tell({"remove", model});
+    VirtualMice::add(model, link);
+    connectMouse(model == "q1" ? 0 : 1, link == "cable");
+
+    for (const char *name : {"TitleButton_6", "label_11", "checkBox_2", "textEdit"})
+        QCOMPARE(isShown(name), longRange);
+    for (const char *name :
+         {"TitleButton_7", "label_14", "ReUntil", "ReUntil_2", "ReUntil_3", "textEdit_2", "textEdit_3", "textEdit_4"})
+        QCOMPARE(isShown(name), light);
+    const auto *const area = find<QScrollArea>("scrollArea");
+    QCOMPARE(area->widget()->size(), QSize(880, light ? 780 : 630));
+    QCOMPARE(find<QWidget>("pushButton_3")->pos(), QPoint(710, light ? 700 : 540));
+    QCOMPARE(isChecked("ReUntil"), light);
+    QVERIFY(find<QLabel>("label_7")->text().startsWith("v1."));
+    QCOMPARE(find<QLabel>("label_5")->text().isEmpty(), link == "cable");
+    for (const char *name : {"Receive", "Mouse", "pushButton_4", "NewLabel", "label_12", "label_13"})
+        QVERIFY(!isShown(name));
+
+    const int above = find<QWidget>("label")->y();
+    area->verticalScrollBar()->setValue(1000);
+    QCOMPARE(find<QWidget>("label")->y(), above + (light ? 150 : 0));
+
+    // Without a device both go, and the page is the short one again.
+    std::thread([] { postMsg()->postBlocking(&PostMsg::SigFormReset); }).detach();
+    QTRY_VERIFY(!isShown("checkBox_2"));
+    QVERIFY(!isShown("ReUntil") && area->widget()->height() == 630);
+}
+
+void SettingsTest::receiverLight()
+{
+    connectMouse();
+    const char *const texts[] = {"textEdit_2", "textEdit_3", "textEdit_4"};
+    for (const int mode : {2, 3, 1}) {
+        clickText(texts[mode - 1]);
+        QCOMPARE(lightMode(), mode);
+    }
+    click("ReUntil_3");
+    connectMouse();
+    QVERIFY(isChecked("ReUntil_3")); // as the receiver says it
+
+    DeviceWritesEnabled = false;
+    click("ReUntil");
+    QCOMPARE(lightMode(), 3);
+}
+
+void SettingsTest::longRange()
+{
+    connectMouse();
+    QVERIFY(!isChecked("checkBox_2"));
+    click("checkBox_2");
+    QVERIFY(receiver()["longRange"].toBool());
+    connectMouse();
+    QVERIFY(isChecked("checkBox_2"));
+    clickText("textEdit");
+    QVERIFY(!receiver()["longRange"].toBool());
+}
+
+void SettingsTest::asleep()
+{
+    connectMouse();
+    VirtualMice::tell({"sleep", "q1"});
+    const QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
+    // The screen has gone back to what the receiver holds before the prompt opens.
+    QStringList whilePrompt;
+    connect(postMsg(), &PostMsg::SigMouseOffLineo, page.get(),
+            [&] { whilePrompt << QString::number(isChecked("checkBox_2")) + QString::number(isChecked("ReUntil")); });
+    click("checkBox_2");
+    click("ReUntil_2");
+    QCOMPARE(prompts.size(), 2);
+    QCOMPARE(whilePrompt, QStringList({"01", "01"}));
+    QVERIFY(isChecked("ReUntil") && !isChecked("checkBox_2"));
+    QVERIFY(lightMode() == 1 && !receiver()["longRange"].toBool());
+}
+
+/** Receivers tell only what is on, so nothing of the one before may stay. */
+void SettingsTest::nextDevice()
+{
+    connectMouse();
+    click("checkBox_2");
+    VirtualMice::tell({"remove", "q2"});
+    VirtualMice::add("q2", "4k");
+    connectMouse(1);
+    QVERIFY(isShown("checkBox_2") && !isChecked("checkBox_2"));
+    QVERIFY(!isShown("ReUntil"));
+}
+
+void SettingsTest::versionSteps()
+{
+    connectMouse();
+    const QString receiverVersion = find<QLabel>("label_5")->text();
+    const QString mouseVersion = find<QLabel>("label_7")->text();
+    page->SetVer(6);
+    QCOMPARE(find<QLabel>("label_5")->text() + find<QLabel>("label_7")->text(), QString());
+    SelectInfo().update([](DeviceAllInfo &info) { info.Online = false; });
+    page->SetVer(5);
+    QCOMPARE(find<QLabel>("label_5")->text(), receiverVersion);
+    QCOMPARE(find<QLabel>("label_7")->text(), QString());
+    page->SlotLabelText(1, "v9.a");
+    QCOMPARE(find<QLabel>("label_7")->text(), QString("v9.a"));
+    QCOMPARE(SelectInfo().get().MouseVersion, QString("v9.a"));
+    QVERIFY(mouseVersion != "v9.a");
+    page->SlotLabelTextB("v2.0", "true");
+    QCOMPARE(find<QLabel>("label_5")->text(), QString("v2.0"));
+    QVERIFY(find<QWidget>("Receive")->styleSheet().contains("WaitUpdate"));
+}
+
+void SettingsTest::language_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<QString>("address");
+    const QStringList addresses = {"https://velko.example/en", "https://velko.example", "https://velko.example",
+                                   "https://velko.example",    "https://velko.example", QString()};
+    for (int index = 0; index < LanguageFile::languageCount; ++index)
+        QTest::newRow(qPrintable(LanguageFile::nativeName(index))) << index << addresses[index];
+}
+
+void SettingsTest::language()
+{
+    QFETCH(int, language);
+    QFETCH(QString, address);
+    connectMouse();
+    const QSignalSpy others(postMsg(), &PostMsg::SigLanguageSameA);
+    auto *const list = find<QComboBox>("comboBox");
+    list->setCurrentIndex(language);
+    Q_EMIT list->activated(language);
+    QCOMPARE(UserSettings::instance()->language(), language);
+    QCOMPARE(others.value(0).value(0).toInt(), language);
+    LanguageFile::readSection(language, "FormSetting", [this](const QString &element, const QString &text) {
+        if (const auto *const edit = page->findChild<QTextEdit *>(element))
+            QCOMPARE(edit->toPlainText(), text);
+    });
+    const QStringList complaints = textsThatDoNotFit(page.get());
+    QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join(QLatin1Char(10))));
+
+    QDesktopServices::setUrlHandler("https", this, "takeUrl");
+    QCOMPARE(isShown("pushButton_3"), !address.isEmpty());
+    opened.clear();
+    click("pushButton_3");
+    QCOMPARE(opened, address);
+    QDesktopServices::unsetUrlHandler("https");
+}
+
+void SettingsTest::companyPage_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<bool>("isOpened");
+
+    const auto row = [](const char *name, const QByteArray &address, const QString &read, bool isOpened) {
+        QTest::newRow(name) << "<Profile><Web><CompanyWeben>" + address + "</CompanyWeben></Web></Profile>" << read
+                            << isOpened;
+    };
+    row("plain", "http://velko.example", "http://velko.example", true);
+    row("with blanks round it", " https://velko.example ", "https://velko.example", true);
+    row("a file", "file:///etc/passwd", "file:///etc/passwd", false);
+    row("a program", "mailto:a@velko.example", "mailto:a@velko.example", false);
+    row("no host", "https:///", "https:///", false);
+    row("no scheme", "velko.example", "velko.example", false);
+    QTest::newRow("own before common") << QByteArray("<Profile><English><CompanyWeben>https://a.example</CompanyWeben>"
+                                                     "</English><Web><CompanyWeben>https://b.example</CompanyWeben>"
+                                                     "</Web></Profile>")
+                                       << "https://a.example" << true;
+    QTest::newRow("damaged") << QByteArray("<Profile><Web><CompanyWeben>https") << QString() << false;
+    QTest::newRow("another file") << QByteArray("<Total/>") << QString() << false;
+}
+
+void SettingsTest::companyPage()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QString, address);
+    QFETCH(bool, isOpened);
+    QBuffer buffer(&file);
+    QVERIFY(buffer.open(QIODevice::ReadOnly));
+    const CompanyPage read = readCompanyPageFrom(buffer, 0);
+    QCOMPARE(read.address, address);
+    QCOMPARE(isWebAddress(read.address), isOpened);
+}
+
+void SettingsTest::startWithTheSystem()
+{
+    const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME") + "/autostart";
+    const QString entry = folder + "/halvarion.desktop";
+    const auto stored = [] { return UserSettings::instance()->read("AutoStart", "Enable"); };
+    QTest::mouseClick(find<QLabel>("label_10"), Qt::LeftButton);
+    QVERIFY(QFile::exists(entry) && isChecked("checkBox"));
+    QCOMPARE(stored(), QString("1"));
+    QVERIFY(FormSetting().findChild<QCheckBox *>("checkBox")->isChecked());
+    click("checkBox");
+    QVERIFY(!QFile::exists(entry) && !isChecked("checkBox"));
+    QCOMPARE(stored(), QString("0"));
+
+    // Where the entry can't be written the box says so.
+    QVERIFY(QDir(folder).removeRecursively());
+    QFile obstacle(folder);
+    QVERIFY(obstacle.open(QIODevice::WriteOnly));
+    click("checkBox");
+    QVERIFY(!isChecked("checkBox"));
+    QCOMPARE(stored(), QString("0"));
+    QVERIFY(obstacle.remove());
+}
+
+HALVARION_TEST_MAIN(SettingsTest)
+#include "tst_settings.moc"
