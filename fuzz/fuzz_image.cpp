@@ -74,17 +74,18 @@ void queueRecord(FuzzInput &input, DeviceImage mouse)
     std::memcpy(&record, bytes.data(), sizeof record);
     if (input.byte() % 2 == 1) {
         std::vector<std::uint8_t> all(mouse.begin(), mouse.end());
-        queue.merge(0, all, queue.serial());
+        queue.merge(0, all.data(), all.size(), queue.serial());
+        queue.setGiven(true);
     }
     queue.update(record, previous);
     const std::uint64_t before = input.byte() % 2 == 0 ? 0 : queue.serial();
     const std::size_t address = input.word();
     auto reported = input.bytes();
-    queue.merge(address, reported, before);
+    queue.merge(address, reported.data(), reported.size(), before);
 
     std::optional<WriteQueue::Clock::time_point> due;
     const auto batch = queue.take(true, {}, due);
-    require(batch.has_value() == !queue.isEmpty(), "what is queued is taken");
+    require(batch.has_value() == (queue.size() > 0), "what is queued is taken");
     for (const WriteQueue::Write &write : batch ? batch->writes : std::vector<WriteQueue::Write>{}) {
         require(!write.bytes.empty() && write.bytes.size() <= 54, "a write fits a report");
         require(write.address + write.bytes.size() <= mouse.size(), "a write stays in the image");
