@@ -4,7 +4,8 @@
 
 /**
  * What the program knows about the device, as process-wide flags: library callbacks are plain functions and outlive
- * windows. Each flag is set by one side at a time; they are atomic because the sides are different threads.
+ * windows. They are atomic because several threads write them; docs/architecture.md has a table of who writes which.
+ * Each is read and written alone: nothing may rely on two of them changing together.
  */
 
 inline std::atomic<bool> ConnectPending{false};      ///< `Worker::run` has work to do
