@@ -11,6 +11,7 @@
 #include <QCoreApplication>
 #include <QSemaphore>
 
+#include <cstring>
 #include <thread>
 
 namespace {
@@ -64,8 +65,12 @@ void select(FuzzInput &input)
 
 void dispatch(const std::vector<std::uint8_t> &header, const std::vector<std::uint8_t> &payload)
 {
+    const FlashDataMap before = WorkingRecord::instance().copy();
     dispatchReport(header.data(), static_cast<int>(header.size()), payload.data(),
                    static_cast<std::uint32_t>(payload.size()));
+    const FlashDataMap after = WorkingRecord::instance().copy();
+    const bool mayChange = header.size() >= 2 && header[1] == 8;
+    require(mayChange || std::memcmp(&before, &after, sizeof after) == 0, "only settings change the record");
 }
 
 /** A whole record is too long for an input: one of zeros with a few stretches changed. */

@@ -1,6 +1,4 @@
-#include "app/ChooserList.h"
 #include "app/DialogMain.h"
-#include "app/Ending.h"
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/Dispatcher.h"
@@ -15,7 +13,6 @@
 #include <QRandomGenerator>
 #include <QTimer>
 
-#include <array>
 #include <utility>
 
 /** Exit at any moment: the windows go, nothing hangs, and nobody who waits for this thread is left behind. */
@@ -25,55 +22,42 @@ class EndingTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        QApplication::setQuitOnLastWindowClosed(false); // as at the start of the program
-        UserFolders::prepare();
         VirtualMice::restoreScene();
+        Program::forgetDevice();
+    }
+    void cleanup()
+    {
+        QVERIFY(!isConnecting());
+        QVERIFY(!isDispatching());
     }
     void atEachMoment_data();
     void atEachMoment();
     void atRandomMoments();
 
 private:
-    enum class Exit { WindowButton, TrayMenu, Desktop };
-    static constexpr std::array<Exit, 3> exits = {Exit::WindowButton, Exit::TrayMenu, Exit::Desktop};
-    static void leave(DialogMain *window, Exit way);
-    static void finish(DialogMain *window);
+    static void leave(const Program &program, int way);
     static void runOnce(QRandomGenerator &random, int round);
 };
 
-void EndingTest::leave(DialogMain *window, Exit way)
+/** The three ways out: the button, the menu in the tray, the desktop's own. */
+void EndingTest::leave(const Program &program, int way)
 {
-    switch (way) {
-    case Exit::WindowButton:
+    if (way == 0)
         postMsg()->post(&PostMsg::SigChangeSize, 1);
-        break;
-    case Exit::TrayMenu:
-        window->slotActionExitApp();
-        break;
-    case Exit::Desktop:
-        window->close();
-        break;
-    }
-}
-
-/** After the event loop is over. */
-void EndingTest::finish(DialogMain *window)
-{
-    Ending::finish(window);
-    Wait::setEnding(false);
-    QVERIFY(!isConnecting());
-    QVERIFY(!isDispatching());
+    else if (way == 1)
+        program.window()->slotActionExitApp();
+    else
+        program.window()->close();
 }
 
 void EndingTest::atEachMoment_data()
 {
     QTest::addColumn<QString>("moment");
     QTest::addColumn<int>("way");
-    for (const char *moment : {"the connect thread in its signal", "a report in its signal", "the wait prompt open",
-                               "the offline prompt open", "on the way back"}) {
-        for (const auto &[way, name] : {std::pair(Exit::WindowButton, "button"), std::pair(Exit::TrayMenu, "tray"),
-                                        std::pair(Exit::Desktop, "desktop")})
-            QTest::addRow("%s, %s", moment, name) << moment << int(way);
+    for (const char *moment : {"connect thread in its signal", "report in its signal", "wait prompt open",
+                               "offline prompt open", "on the way back"}) {
+        for (const auto &[way, name] : {std::pair(0, "button"), std::pair(1, "tray"), std::pair(2, "desktop")})
+            QTest::addRow("%s, %s", moment, name) << moment << way;
     }
 }
 
@@ -82,79 +66,45 @@ void EndingTest::atEachMoment()
 {
     QFETCH(QString, moment);
     QFETCH(int, way);
-    Program::forgetDevice();
-    QDir(UserFolders::path(UserFolders::Folder::DeviceInfo))
-        .removeRecursively(); // an asleep mouse then resets the pages
-    UserFolders::prepare();
-    auto *const window = new DialogMain;
-    window->show();
+    // Without a cache a mouse that is asleep resets the pages.
+    QDir(UserFolders::path(UserFolders::Folder::DeviceInfo)).removeRecursively();
+    Program program;
     bool isReached = false;
     QObject context;
     const auto end = [&] {
-        if (std::exchange(isReached, true))
-            return;
-        leave(window, Exit(way));
+        if (!std::exchange(isReached, true))
+            leave(program, way);
     };
-    const auto clickSoon = [window](int delay, const QString &name) {
-        QTimer::singleShot(delay, window, [window, name] {
-            const QList<QWidget *> found = window->findChildren<QWidget *>(name);
-            for (QWidget *widget : found) {
-                if (widget->isVisible())
-                    QTest::mouseClick(widget, Qt::LeftButton);
-            }
-        });
-    };
-    const auto whenShown = [&](const QString &prompt) {
-        auto *const look = new QTimer(&context);
-        QObject::connect(look, &QTimer::timeout, &context, [&, prompt] {
-            const QWidgetList windows = QApplication::topLevelWidgets();
-            for (const QWidget *each : windows) {
-                if (each->isVisible() && each->metaObject()->className() == prompt)
-                    end();
-            }
-        });
-        look->start(1);
-    };
-    clickSoon(0, ChooserList::devices()[0].DeviceKind == 1 ? "btn0" : "btn1");
-    if (moment.startsWith("the connect thread")) {
+    if (moment == "connect thread in its signal") {
         VirtualMice::tell({"sleep", "q1"});
         connect(postMsg(), &PostMsg::SigFormReset, &context, end, Qt::BlockingQueuedConnection);
-    } else if (moment.startsWith("a report")) {
+    } else if (moment == "report in its signal") {
         connect(postMsg(), &PostMsg::SigUpDataLightSensor, &context, end, Qt::BlockingQueuedConnection);
-    } else if (moment.startsWith("the wait")) {
-        whenShown("UpDataParam");
+    } else if (moment == "wait prompt open") {
+        program.whenShown("UpDataParam", end);
     } else {
-        auto *const look = new QTimer(&context);
-        QObject::connect(look, &QTimer::timeout, &context, [&, look] {
-            if (!LinkUp || !window->findChild<QWidget *>("SensorButton")->isVisible() ||
-                QApplication::activeModalWidget())
-                return;
-            look->stop();
-            if (moment == "on the way back") {
-                QTimer::singleShot(0, &context, [&] { QTimer::singleShot(1, &context, end); });
-                clickSoon(0, "UpArrow");
-            } else {
-                VirtualMice::tell({"sleep", "q1"});
-                whenShown("MouseOffLine");
-                clickSoon(0, "SensorButton");
-                clickSoon(5, "Button250HZ");
-            }
-        });
-        look->start(1);
+        program.whenShown("MouseOffLine", end);
+        QVERIFY(program.connectMouse("q1"));
+        if (moment == "on the way back") {
+            QTimer::singleShot(0, &context, [&] { QTimer::singleShot(1, &context, end); });
+            program.clickSoon("UpArrow");
+        } else {
+            VirtualMice::tell({"sleep", "q1"});
+            program.click("SensorButton");
+            program.clickSoon("Button250HZ");
+        }
     }
+    if (!program.isDeviceWindowShown())
+        program.clickSoon(program.pictureOf("q1"));
     QTimer::singleShot(20000, &context, [] { QCoreApplication::quit(); }); // the moment never came
     QApplication::exec();
     QVERIFY(isReached);
-    finish(window);
-    VirtualMice::tell({"wake", "q1"});
 }
 
 /** One life of the program, from its first window to the deleted one, with everything going on. */
 void EndingTest::runOnce(QRandomGenerator &random, int round)
 {
-    Program::forgetDevice();
-    auto *const window = new DialogMain;
-    window->show();
+    const Program program;
     // Reports all along: each change on the mouse is announced and read, each read ends in a blocking signal.
     QTimer reports;
     QObject::connect(&reports, &QTimer::timeout, [&random] {
@@ -162,10 +112,7 @@ void EndingTest::runOnce(QRandomGenerator &random, int round)
         VirtualMice::tell({"battery", "q1", QString::number(random.bounded(101))});
     });
     reports.start(3);
-    QTimer::singleShot(0, [window] {
-        if (QWidget *const entry = window->findChild<QWidget *>(QStringLiteral("btn0")))
-            QTest::mouseClick(entry, Qt::LeftButton);
-    });
+    program.clickSoon("btn0");
     // Asleep for some rounds, so that the offline prompt is open at the exit; or a wait prompt, or a page.
     const int moment = static_cast<int>(random.bounded(160U));
     if (round % 4 == 3) {
@@ -174,13 +121,11 @@ void EndingTest::runOnce(QRandomGenerator &random, int round)
             postMsg()->post(&PostMsg::SigMouseOffLineo, 0);
         });
     }
-    QTimer::singleShot(moment, [&, window] {
+    QTimer::singleShot(moment, [&] {
         reports.stop();
-        leave(window, exits[static_cast<std::size_t>(round) % exits.size()]);
+        leave(program, round % 3);
     });
     QApplication::exec();
-    finish(window);
-    VirtualMice::tell({"wake", "q1"});
 }
 
 void EndingTest::atRandomMoments()
@@ -196,6 +141,8 @@ void EndingTest::atRandomMoments()
         QElapsedTimer time;
         time.start();
         runOnce(random, round);
+        VirtualMice::tell({"wake", "q1"});
+        cleanup();
         longest = qMax(longest, time.elapsed());
         if (QTest::currentTestFailed())
             return;

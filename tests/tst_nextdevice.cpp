@@ -5,7 +5,6 @@
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/SelectedDevice.h"
 #include "productdata/UserFolders.h"
-#include "support/ConnectedMouse.h"
 #include "support/ProductCopy.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
@@ -25,10 +24,8 @@ private Q_SLOTS:
     void init();
     void clickOnADeviceThatWasJustPulled_data();
     void clickOnADeviceThatWasJustPulled();
-    void filledPagesDontAnswerForTheNextMouse();
     void aRereadIsNotTheNextMouses();
     void goingBackEndsEverything();
-    void cableDuringTheWait();
     void promptsOfTheGraceTime();
     void aCurveIsNotTheNextMouses();
     void curveOfTheNextMouse();
@@ -67,25 +64,6 @@ void NextDeviceTest::clickOnADeviceThatWasJustPulled()
     QVERIFY(!program.isDeviceWindowShown());
     QVERIFY(!DeviceWindowOpen);
     QVERIFY(program.connectEntry(0));
-}
-
-void NextDeviceTest::filledPagesDontAnswerForTheNextMouse()
-{
-    Program program;
-    QVERIFY(program.connectMouse("q1"));
-    program.click("UpArrow");
-    QTRY_VERIFY(!program.isDeviceWindowShown());
-    SensorUiLoaded = LightUiLoaded = ButtonUiLoaded = true; // as a re-read leaves them
-    VirtualMice::tell({"fault", "q2", "drop", "1000000"});
-    program.forgetPrompts();
-    program.whenShown("MouseOffLine", [&program] {
-        postMsg()->post(&PostMsg::SigCloseOffOnline);
-        program.clickSoon("UpArrow");
-    });
-    program.click(program.pictureOf("q2"));
-    QTRY_COMPARE(program.shownPrompts(), (QStringList{"UpDataParam", "MouseOffLine"}));
-    VirtualMice::tell({"fault", "q2", "drop", "0"});
-    QTRY_VERIFY(!program.isDeviceWindowShown());
 }
 
 void NextDeviceTest::aRereadIsNotTheNextMouses()
@@ -130,22 +108,6 @@ void NextDeviceTest::goingBackEndsEverything()
         QCOMPARE(reports.count(), 0);
         QTRY_VERIFY(!program.isPromptShown());
     }
-}
-
-void NextDeviceTest::cableDuringTheWait()
-{
-    Program program;
-    bool isPlugged = false;
-    program.whenShown("UpDataParam", [&isPlugged] {
-        if (!std::exchange(isPlugged, true))
-            VirtualMice::tell({"plug", "q1"});
-    });
-    program.click(program.pictureOf("q1"));
-    QTRY_VERIFY(SelectInfo().get().IsCorded);
-    QTRY_VERIFY(program.isConnected());
-    QTest::qWait(Wait::scaled(11000)); // the time that a second, false wait would take
-    QVERIFY(!program.shownPrompts().contains("MouseOffLine"));
-    QVERIFY(ConnectedMouse::isWritten("q1"));
 }
 
 /** A prompt that opened while the program is ending would hold the end up until the user answers it. */
