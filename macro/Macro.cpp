@@ -185,10 +185,13 @@ void Macro::on_Save_clicked()
         return; // a file that was deleted doesn't come back
     const QString name = shown;
     const MacroRows rows = rowList->rows();
-    MacroFile::write(name, {form.repeatCode(), rows});
+    if (!MacroFile::write(name, {form.repeatCode(), rows})) {
+        setSaveable(true); // there is room another time, perhaps
+        return;
+    }
     const bool hasNewRows = std::exchange(EventsChanged, false);
     const bool hasNewRepeat = std::exchange(RepeatChanged, false);
-    saved = Saved{name, rows};
+    saved = Saved{name, name, rows};
     ++savesUnderWay;
     if (hasNewRows)
         postMsg()->post(&PostMsg::SigUpDataMacro, name, 0);
@@ -203,12 +206,14 @@ void Macro::on_Save_clicked()
 void Macro::SlotMacroDownLoadData(QString name, int slot)
 {
     name.remove(QChar(QChar::Null));
-    if (name != shown || shown.isEmpty() || !DeviceWritesEnabled || slot < 0 || slot >= macroSlotCount)
-        return;
     if (savesUnderWay > 0 && !saved)
         return; // the user has left the device meanwhile
-    const MacroRows rows = saved && saved->name == name ? saved->rows : rowList->rows();
-    MacroSlot image = MacroImage::make(name, rows);
+    const bool isSaved = saved && saved->toldName == name;
+    const QString present = isSaved ? saved->name : name;
+    if (present != shown || shown.isEmpty() || !DeviceWritesEnabled || slot < 0 || slot >= macroSlotCount)
+        return;
+    const MacroRows rows = isSaved ? saved->rows : rowList->rows();
+    MacroSlot image = MacroImage::make(present, rows);
     if (rows.isEmpty())
         image.EventCount = 0;
     SetMacro(slot, WorkingRecord::instance().copy().KeyFunctions[slot], image);

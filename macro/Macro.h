@@ -84,7 +84,8 @@ private:
     /** What a save hands over, kept until its listeners are done. */
     struct Saved
     {
-        QString name;
+        QString toldName;
+        QString name; ///< another one when the macro was renamed meanwhile
         MacroRows rows;
     };
 

@@ -63,6 +63,8 @@ void Macro::RenameMacro()
     MacroFile::rename(before, name); // the list shows the new name also if the file can't follow
     if (shown == before)
         shown = name;
+    if (saved && saved->name == before)
+        saved->name = name;
     postMsg()->post(&PostMsg::SigMacroRename, before, name);
 }
 

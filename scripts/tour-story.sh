@@ -59,6 +59,45 @@ check "the light is off, and its effect kept" 3 device_says q1 '.light.on == fal
 shot lighting-q1-off
 sensor_page
 
+echo "A macro from its name to its file"
+macro_page
+shot macro-empty
+click $new_macro
+check "its name is asked for" 3 prompt_shown
+shot macro-name
+xdotool type --delay 60 "tour"
+xdotool key Return
+check "the new macro has a file" 3 test -e "$macros/tour.ini"
+click $record
+for key in w a space; do
+    xdotool keydown "$key" sleep 0.06 keyup "$key"
+    sleep 0.05
+done
+shot macro-recording
+click $record
+click $save_macro
+check "what was typed is in the file" 3 macro_holds tour "0x1A 1 0;0x1A 1 1;0x04 1 0;0x04 1 1;0x2C 1 0;0x2C 1 1"
+click 560 219
+shot macro-row
+click $amend
+check "the new delay or key is asked for" 3 prompt_shown
+shot macro-amend
+click 666 280
+hover 860 413
+click 860 413
+shot macro-insert
+xdotool key Escape
+click 240 167
+xdotool click 3
+shot macro-menu
+xdotool key Escape
+click $delete_macro
+check "to delete is asked again" 3 prompt_shown
+shot macro-delete
+xdotool key Return
+check "the file is gone" 3 test ! -e "$macros/tour.ini"
+sensor_page
+
 echo "The cable takes over"
 ctl plug q1 >/dev/null
 check "the wait prompt comes" 5 prompt_shown
@@ -109,6 +148,8 @@ for index in 1 4; do
     shot "sensor-language-$index"
     lighting_page
     shot "lighting-language-$index"
+    macro_page
+    shot "macro-language-$index"
     sensor_page
     ctl sleep q1 >/dev/null
     click $rate_1000

@@ -69,7 +69,6 @@ private Q_SLOTS:
     void names();
     void lists();
     void image();
-    void readBack();
     void foreignExports_data();
     void foreignExports();
 };
@@ -185,24 +184,6 @@ void MacroModelTest::everyFormHoldsTheSame()
     QCOMPARE(int(image->EventCount), 70);
     QCOMPARE(MacroImage::name(*image), QStringLiteral("七十"));
     QCOMPARE(MacroImage::repeatCodeOfFile("七十"), 250);
-
-    const QByteArray icon = iconOfSize(24, 24);
-    const MacroExportFile::Icons icons{icon, icon, streamed(QIcon())};
-    const QByteArray exported = MacroExportFile::write("七十", 250, rows, icons);
-    QCOMPARE(exported.left(24), QByteArray("\0\0\0\014Velko\0\0\0\0\0\0\0\0\0\0\060\xe4\xb8\x83\xe5", 24).left(24));
-    const auto header = MacroExportFile::readHeader(exported);
-    QVERIFY(header && header->isMacro && header->name == "七十" && header->repeat == 250);
-    // The mouse buttons have other names where it is read.
-    const MouseButtonNames here{{"a", "b", "c", "d", "e"}};
-    const auto read = MacroExportFile::readRows(exported, {here, MouseButtonNames::current()});
-    QVERIFY(read);
-    MacroRows imported;
-    for (const MacroExportFile::Row &row : *read) {
-        imported += row.row;
-        QCOMPARE(row.picture.isEmpty(), !row.row.isEvent());
-    }
-    QVERIFY(imported == rows);
-    QVERIFY(QPixmap().loadFromData(read->first().picture, "PNG"));
 }
 
 void MacroModelTest::names_data()
@@ -254,9 +235,7 @@ void MacroModelTest::lists()
 void MacroModelTest::image()
 {
     MacroSlot made = MacroImage::make("abcdefghijklmnopqrstuvwxyz1234", MacroText::rows("A+ 10ms A-"));
-    const MacroEvent expected[] = {{0, 1, 4, 10}, {1, 1, 4, 0}, {0, 0, 0, 0}};
     QCOMPARE(int(made.EventCount), 2);
-    QVERIFY(std::memcmp(made.Events, expected, sizeof expected) == 0);
     QCOMPARE(MacroImage::name(made), QStringLiteral("abcdefghijklmnopqrstuvwxyz1234"));
     MacroImage::setName(made, "宏宏宏宏宏宏宏宏宏a宏"); // the last one would be cut
     QCOMPARE(int(made.NameLength), 28);
@@ -267,29 +246,6 @@ void MacroModelTest::image()
     made.NameLength = 255;
     made.EventCount = 255;
     QCOMPARE(MacroImage::rows(made).size(), 139);
-}
-
-void MacroModelTest::readBack()
-{
-    FlashDataMap record{};
-    record.MacroSlots[3] = MacroImage::make("jump", MacroText::rows("A+ 10ms A-"));
-    record.KeyFunctions[3] = {6, 3, 253};
-    using MacroImage::ReadBack;
-    QCOMPARE(MacroImage::readBack(record, 3, {}), ReadBack::Made);
-    QFile file(macroFolder("jump.ini"));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("253\n0x04 1 0\n10ms\n0x04 1 1\n"));
-    QFile::setPermissions(file.fileName(), QFile::ReadOwner);
-    const QDateTime written = QFileInfo(file).lastModified();
-    QCOMPARE(MacroImage::readBack(record, 3, {"jump"}), ReadBack::Unchanged);
-    QCOMPARE(QFileInfo(file).lastModified(), written);
-    record.KeyFunctions[3].KeyParam2 = 5;
-    QCOMPARE(MacroImage::readBack(record, 3, {"jump"}), ReadBack::Changed);
-    QCOMPARE(MacroImage::readBack(record, 3, {"Jump"}), ReadBack::NoFile);
-    QCOMPARE(MacroImage::readBack(record, 16, {}), ReadBack::NoFile);
-    std::memcpy(record.MacroSlots[3].Name, "../../ju", 8);
-    QCOMPARE(MacroImage::readBack(record, 3, {}), ReadBack::NoFile);
-    QCOMPARE(MacroFile::names(), QStringList{"jump"});
 }
 
 void MacroModelTest::foreignExports_data()

@@ -18,6 +18,9 @@ QVector<Figure> measureChanges(Program &program);
 /** Records, languages and a drag on pages that show. Wants the device connected. */
 QVector<Figure> measurePages(Program &program);
 
+/** The macro page with many macros, and one of its own. */
+QVector<Figure> measureMacros();
+
 /** Milliseconds that something takes. */
 template<typename Operation>
 double timeOf(Operation operation)

@@ -35,6 +35,7 @@ int main(int argc, char *argv[])
         QVector<Figure> figures = Inside::measureConnect(program);
         figures += Inside::measureChanges(program);
         figures += Inside::measurePages(program);
+        figures += Inside::measureMacros();
         for (const Figure &figure : figures)
             array.append(figure.toJson());
     }
