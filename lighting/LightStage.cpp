@@ -103,7 +103,7 @@ void LightStage::setLook(const LightLook &look)
         running.restart();
     shown = look;
     startOrStop();
-    update();
+    update(glow.area()); // the rest stands still; before the first picture there is no area, and nothing to renew
 }
 
 void LightStage::startOrStop()

