@@ -11,7 +11,6 @@
 #include <QGuiApplication>
 #include <QRegularExpression>
 #include <QScreen>
-#include <QSignalSpy>
 #include <QXmlStreamReader>
 
 using namespace AllPrompts;
@@ -96,7 +95,6 @@ private Q_SLOTS:
     void probe();
     void waysOut_data() { everyPrompt(); }
     void waysOut();
-    void programStays();
     void programEnds();
     void placement();
 };
@@ -291,22 +289,6 @@ void PromptsTest::waysOut()
             QVERIFY2(prompt->confirmed() == confirms && !prompt->isVisible(), qPrintable(way));
         }
     }
-}
-
-/** With the main window in the tray a prompt is the only window; that it closes is no reason to end the program. */
-void PromptsTest::programStays()
-{
-    QSignalSpy lastClosed(qGuiApp, &QGuiApplication::lastWindowClosed);
-    QTimer::singleShot(0, [&] {
-        for (const Row &row : rows) {
-            const Made prompt = row.make();
-            execAnd(*prompt, [&] { prompt->accept(); });
-            execAnd(*prompt, [&] { prompt->close(); });
-        }
-        QTimer::singleShot(50, qApp, [] { QCoreApplication::exit(1); });
-    });
-    QCOMPARE(QCoreApplication::exec(), 1);
-    QCOMPARE(lastClosed.count(), 0);
 }
 
 /** An open prompt must not hold the program back when it ends, and counts as refused. */
