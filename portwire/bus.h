@@ -34,6 +34,8 @@ struct DeviceNode
 class Endpoint
 {
 public:
+    static constexpr std::chrono::milliseconds usualAnswerTime{10};
+
     virtual ~Endpoint() = default;
 
     /** Sends one report to the device. \return false if the device has gone or the endpoint is closed. */
@@ -49,7 +51,7 @@ public:
      * How long the answer to a request may take before it counts as lost. The default is that of a device which answers
      * within two frames of the bus, with room for a computer that has other things to do.
      */
-    virtual std::chrono::milliseconds answerTime() const { return std::chrono::milliseconds(10); }
+    virtual std::chrono::milliseconds answerTime() const { return usualAnswerTime; }
 
     /** Lets go whoever stands in waitForReport(), now and later. */
     virtual void close() = 0;

@@ -27,6 +27,8 @@ public:
      */
     std::optional<Frame> probe(const Request &request);
 
+    std::chrono::milliseconds answerTime() const { return reception->answerTime(); }
+
     /** The device has left the bus; this channel never answers again. */
     bool isGone() const;
 

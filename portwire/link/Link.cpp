@@ -11,10 +11,10 @@ namespace portwire {
 
 namespace {
 
-/** A mouse that wakes up announces itself; this is for an announcement that got lost. */
-constexpr std::chrono::milliseconds offlinePause{250};
-/** After requests that nobody answered: they took three times the answer time already. */
-constexpr std::chrono::milliseconds silencePause{50};
+/** A mouse that wakes up announces itself; this pause is for an announcement that got lost. In answer times. */
+constexpr int offlinePause = 25;
+/** After requests that nobody answered: they took three answer times already. */
+constexpr int silencePause = 5;
 
 /** Settings of a profile that the mouse has left are asked for again, unless it leaves each one before they arrive. */
 constexpr int maxTimesOutdated = 4;
@@ -99,10 +99,10 @@ void Link::run()
         if (!due && device.isAway()) {
             if (device.isBack())
                 continue;
-            due = Clock::now() + offlinePause;
+            due = Clock::now() + offlinePause * device.answerTime();
         }
         lock.lock();
-        const auto isNew = [&] { return wakes != wakesBefore; };
+        const auto isNew = [&] { return isEnded || wakes != wakesBefore; };
         if (due)
             changed.wait_until(lock, *due, isNew);
         else
@@ -203,7 +203,8 @@ void Link::pauseAfter(Outcome outcome, unsigned signsBefore)
         return;
     const std::lock_guard lock(mutex);
     if (signsOfLife == signsBefore)
-        pausedUntil = Clock::now() + (outcome == Outcome::MouseOffline ? offlinePause : silencePause);
+        pausedUntil =
+            Clock::now() + (outcome == Outcome::MouseOffline ? offlinePause : silencePause) * device.answerTime();
 }
 
 /** Gives an answer to the callback; settings are brought together with what the program changed meanwhile. */

@@ -30,6 +30,9 @@ public:
     /** \return whether the device is open now. */
     bool isBack() { return current() != nullptr; }
 
+    /** How long an answer of it may take, also while it is away. */
+    std::chrono::milliseconds answerTime() const { return channel ? channel->answerTime() : Endpoint::usualAnswerTime; }
+
     /** Asks the device; nothing more once the listener has ended. */
     Answer ask(const Request &request);
     /** Takes what it has sent unprompted until now. */
