@@ -1,6 +1,7 @@
 #include "app/DialogMain.h"
 #include "app/TextSetup.h"
 #include "app/hub/PostMsg.h"
+#include "macro/addKey.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/UserSettings.h"
 #include "support/AllPrompts.h"
@@ -58,6 +59,9 @@ void TextFitTest::fits()
             complaints << textsThatDoNotFit(prompt.get());
         }
     }
+    addKey key;
+    key.show();
+    complaints << textsThatDoNotFit(&key);
     complaints.removeDuplicates();
     QVERIFY2(complaints.isEmpty(), qPrintable('\n' + complaints.join('\n')));
 }
