@@ -1,4 +1,5 @@
 #include "app/DialogMain.h"
+#include "support/ButtonControls.h"
 #include "support/Controls.h"
 #include "support/FaultBench.h"
 #include "support/TestHome.h"
@@ -117,7 +118,9 @@ void FaultsTest::underEachControl()
     FaultBench bench;
     QVERIFY(bench.openQ1());
     QCOMPARE(bench.settle(), QString());
-    for (const Control &control : controls()) {
+    std::vector<Control> all = controls();
+    all.insert(all.end(), buttonControls().begin(), buttonControls().end());
+    for (const Control &control : all) {
         const QString where = control.name;
         bench.program().click(control.pageButton);
         const FlashDataMap before = bench.held();

@@ -17,20 +17,27 @@
  */
 namespace ConnectedMouse {
 
-/** Selects the device whose identification gives this model and kind of connection; ends the test without one. */
+/**
+ * Selects the device whose identification gives this model and kind of connection; ends the test without one. A machine
+ * that runs others meanwhile may take longer than a device has for its answer, so it is asked more than once.
+ */
 inline void select(int modelIndex, bool corded = false)
 {
     SelectInfo().set({});
-    QList<DeviceAllInfo> entries = findEntries(findDefaultPaths);
-    for (DeviceAllInfo &entry : entries) {
-        if (identifyDevice(entry) != Identity::Known || entry.ModelIndex != modelIndex || entry.IsCorded != corded)
-            continue;
-        refreshOnline(entry);
-        SelectInfo().set(entry);
-        DevicePath().set(entry.Path.toUtf8());
-        return;
-    }
-    qFatal("no device of model %d", modelIndex);
+    const bool isFound = QTest::qWaitFor([=] {
+        QList<DeviceAllInfo> entries = findEntries(findDefaultPaths);
+        for (DeviceAllInfo &entry : entries) {
+            if (identifyDevice(entry) != Identity::Known || entry.ModelIndex != modelIndex || entry.IsCorded != corded)
+                continue;
+            refreshOnline(entry);
+            SelectInfo().set(entry);
+            DevicePath().set(entry.Path.toUtf8());
+            return true;
+        }
+        return false;
+    });
+    if (!isFound)
+        qFatal("no device of model %d", modelIndex);
 }
 
 /** Links the selected mouse and waits until the record is read and the sensor page, if there is one, shows it. */

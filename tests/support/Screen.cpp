@@ -5,11 +5,13 @@
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QComboBox>
+#include <QHash>
 #include <QSpinBox>
 #include <QWidget>
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace {
 
@@ -138,6 +140,40 @@ QStringList lightDifferences(const QWidget *page, const FlashDataMap &held)
     return light.differences;
 }
 
+/** What the button page calls a function, in English; of those that a test assigns. */
+QString functionText(const FlashDataMap &held, int slot)
+{
+    const KeyFunction &function = held.KeyFunctions[slot];
+    static const QHash<int, QString> texts = {
+        {0x0000, "Unassigned"},  {0x0101, "Left button"},    {0x0102, "Right button"}, {0x0104, "Middle button"},
+        {0x0108, "Back button"}, {0x0110, "Forward button"}, {0x0201, "DPI cycle"}};
+    switch (function.KeyType) {
+    case 5:
+        return held.KeySequences[slot].Events[0].Code == 0xB7 ? "Stop playback" : "Mute";
+    case 6:
+        return "Macro: " + QString::fromUtf8(held.MacroSlots[slot].Name, 30).remove(QChar(QChar::Null));
+    case 10:
+        return QStringLiteral("DPI lock-%1").arg(dpiOnTheMouse(QStringLiteral("3395"), function.KeyParam1, 0));
+    default:
+        return texts.value(function.KeyType * 0x100 + function.KeyParam1, "?");
+    }
+}
+
+QStringList buttonDifferences(const QWidget *page, const FlashDataMap &held)
+{
+    Comparison buttons(page);
+    buttons.choice("Debunce", held.DebounceTime);
+    constexpr std::array<std::pair<const char *, int>, 6> rows = {
+        {{"FireKey", 0}, {"RightKey", 1}, {"BackKey", 2}, {"StartPause", 4}, {"TopMusic", 3}, {"BackMusic", 5}}};
+    for (const auto &[row, slot] : rows) {
+        const QString shown = buttons.find<QAbstractButton>(row)->text();
+        if (shown != functionText(held, slot))
+            buttons.differences
+                << QStringLiteral("%1 says %2, the mouse has %3").arg(row, shown, functionText(held, slot));
+    }
+    return buttons.differences;
+}
+
 } // namespace
 
 QStringList screenDifferences(const QWidget *window, const FlashDataMap &held, bool isCorded)
@@ -146,5 +182,8 @@ QStringList screenDifferences(const QWidget *window, const FlashDataMap &held, b
     const auto *const light = window->findChild<QWidget *>(QStringLiteral("LampLight"));
     if (!sensor || !light)
         qFatal("a page is missing");
-    return sensorDifferences(sensor, held, isCorded) + lightDifferences(light, held);
+    // Tests of the other pages go without it.
+    const auto *const buttons = window->findChild<QWidget *>(QStringLiteral("ButtonPage"));
+    return sensorDifferences(sensor, held, isCorded) + lightDifferences(light, held) +
+           (buttons ? buttonDifferences(buttons, held) : QStringList());
 }

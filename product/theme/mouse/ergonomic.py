@@ -58,16 +58,16 @@ def draw(scene, accent):
     scene.part(RUBBER, edge + [(y, -0.965) for y in reversed(ys[4:])], bevel=0, paint=grip_texture, fine=2)
     scene.part(METAL, [(y, s + 0.012) for y, s in edge] + [(y, s + 0.036) for y, s in reversed(edge)], lift=0.25,
                gap=0.2, bevel=0)
-    scene.part(SATIN, main_button(body, 1, SPINE + 4.5, lambda t: 3 + 15 * t ** 1.7,
+    scene.part(SATIN, main_button(body, 1, SPINE + 4.5, lambda t: -3 + 15 * t ** 1.7,
                                   Table((10, 15), (40, 10.5), (64, 7.5)), 8.5), lift=0.3)
-    scene.part(SATIN, main_button(body, -1, SPINE - 4.5, lambda t: 3 + 9 * t ** 1.7,
+    scene.part(SATIN, main_button(body, -1, SPINE - 4.5, lambda t: -3 + 9 * t ** 1.7,
                                   Table((10, 31.5), (30, 25), (50, 15.5), (64, 11)), 8.5), lift=0.3)
-    scene.part(PIANO, strip(body, SPINE, 4.0, 3, 9), bevel=0.35)
-    scene.fill(oval(body, SPINE, 41, 3.8, 11.5, 0.6), '#020303')
-    scene.wheel(SPINE, 41, 12.5, 3.1, 3.5, TREAD, METAL)
-    for y in (21, 10.2):
+    scene.part(PIANO, strip(body, SPINE, 4.0, -3, 9), bevel=0.35)
+    scene.fill(oval(body, SPINE, 35, 3.8, 11.5, 0.6), '#020303')
+    scene.wheel(SPINE, 35, 12.5, 3.1, 3.5, TREAD, METAL)
+    for y in (15, 4.2):
         scene.part(KEY, oval(body, SPINE, y, 2.7, 4.6, 0.55), lift=0.5, gap=0.3, bevel=0.35)
-    for rear, front, foot, top in ((-13, 6.4, -0.765, -0.665), (8, 27, -0.76, -0.655)):
+    for rear, front, foot, top in ((1.5, 19, -0.765, -0.66), (20.6, 37.5, -0.76, -0.655)):
         key = rounded([(rear, foot), (front, foot), (front, top), (rear, top)], (4, 0.05))
         scene.part(KEY, key, lift=1.3, gap=0.45, bevel=0.6)
     for width, opacity in ((0.85, 0.10), (0.58, 0.16), (0.38, 1.0)):

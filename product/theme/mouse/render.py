@@ -16,7 +16,7 @@ MODELS = {'symmetric': symmetric, 'ergonomic': ergonomic, 'unknown': unknown}
 # Size in px and camera. `portrait` is for the chooser's cards. `page` puts the mouse's buttons under the six number
 # discs of the button page, whose places are fixed.
 VIEWS = {'portrait': ((284, 360), Camera(yaw=148, pitch=54, distance=380, scale=2.36, centre=(147, 170))),
-         'page': ((432, 356), Camera(yaw=118.4, pitch=41.5, distance=420, scale=3.10, centre=(234, 124)))}
+         'page': ((432, 356), Camera(yaw=118.4, pitch=41.5, distance=420, scale=3.10, centre=(222, 124)))}
 
 
 def main():

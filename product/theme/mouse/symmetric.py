@@ -36,14 +36,14 @@ def draw(scene, accent):
     scene.stroke(waterline(body, 3.2), '#14181c', 0.45, 0.9, True)
     parting = Table((15, 15.5), (40, 10.5), (62, 7.0))
     for side in (1, -1):
-        scene.part(WHITE, main_button(body, side, 4.7 * side, lambda t: 9.5 + 11.5 * t * t, parting, 8.0), lift=0.3)
-    scene.part(PIANO, strip(body, 0, 4.2, 10, 8.5), bevel=0.35)
-    scene.fill(oval(body, 0, 40, 3.9, 11.5, 0.6), '#020303')
-    scene.wheel(0, 40, 12.5, 3.2, 3.3, TREAD, FLANK)
-    scene.part(KEY, oval(body, 0, 19, 2.9, 5, 0.55), lift=0.5, gap=0.3, bevel=0.35)
-    scene.fill(oval(body, 0, 11, 2.4, 2.4, 1), accent, 0.6, blur=0.8)
-    scene.fill(oval(body, 0, 11, 0.8, 0.8, 1), accent)
-    for rear, front in ((-9, 7.2), (8.6, 25)):
+        scene.part(WHITE, main_button(body, side, 4.7 * side, lambda t: 3.5 + 11.5 * t * t, parting, 8.0), lift=0.3)
+    scene.part(PIANO, strip(body, 0, 4.2, 4, 8.5), bevel=0.35)
+    scene.fill(oval(body, 0, 34, 3.9, 11.5, 0.6), '#020303')
+    scene.wheel(0, 34, 12.5, 3.2, 3.3, TREAD, FLANK)
+    scene.part(KEY, oval(body, 0, 13, 2.9, 5, 0.55), lift=0.5, gap=0.3, bevel=0.35)
+    scene.fill(oval(body, 0, 5, 2.4, 2.4, 1), accent, 0.6, blur=0.8)
+    scene.fill(oval(body, 0, 5, 0.8, 0.8, 1), accent)
+    for rear, front in ((3, 19), (20.4, 36.5)):
         key = rounded([(rear, -0.80), (front, -0.80), (front, -0.645), (rear, -0.645)], (3, 0.06))
         scene.part(KEY, key, lift=0.9, gap=0.4, bevel=0.5)
     scene.mark(0, -34, 4.2, ('#ffffff', 0.6), shift=-0.35)

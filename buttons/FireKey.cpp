@@ -1,0 +1,83 @@
+#include "buttons/FireKey.h"
+
+#include "productdata/Theme.h"
+
+#include <QFrame>
+#include <QLabel>
+#include <QSpinBox>
+#include <QToolButton>
+
+namespace {
+
+constexpr QSize size(406, 170);
+constexpr QRect countLabel(28, 62, 230, 28);
+constexpr QRect intervalLabel(28, 28, 230, 28);
+constexpr QRect hintLabel(28, 94, 350, 34);
+constexpr QRect intervalPlace(274, 28, 104, 28);
+constexpr QRect countPlace(274, 62, 104, 28);
+constexpr QPoint closePlace(381, 5);
+/** Points of the labels; a text too long for its place gets smaller when the language is read. */
+constexpr int points = 10;
+
+constexpr PromptDescription description{
+    "FireKeyA",          "FireKey",
+    "次数 (0-3)",        {{"NewHong", "确认", {98, 136, 90, 24}}, {"NewHong_2", "取消", {218, 136, 90, 24}}},
+    countLabel,          size,
+    "BackGroundWide.png"};
+
+QLabel *addLabel(QFrame *frame, const char *name, const char *text, const QRect &place)
+{
+    auto *label = new QLabel(QString::fromUtf8(text), frame);
+    label->setObjectName(QLatin1String(name));
+    label->setGeometry(place);
+    label->setFont(QFont(QStringLiteral("微软雅黑"), points));
+    label->setStyleSheet(Theme::label());
+    return label;
+}
+
+} // namespace
+
+FireKey::FireKey()
+    : ConfirmPrompt(description), Time(addNumber("Time", intervalPlace, 10, 255, Interval)),
+      Count(addNumber("Count", countPlace, 0, 3, Repeats))
+{
+    // The base class puts one text in the middle; here each stands before its number.
+    label()->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    addLabel(frame(), "label_2", "间隔 (10-255)", intervalLabel);
+    addLabel(frame(), "label_3", "次数设置为0时, 按下按键一直发, 松开按键结束", hintLabel)->setWordWrap(true);
+    findChild<QToolButton *>(QStringLiteral("CloseButton"))->move(closePlace);
+    Time->setSuffix(QStringLiteral(" ms"));
+    Time->setFocus();
+    Time->selectAll();
+    connect(button("NewHong_2"), &QToolButton::clicked, this, &FireKey::on_NewHong_2_clicked);
+    setTabOrder(Time, Count);
+    setTabOrder(Count, button("NewHong"));
+    loadLanguage();
+}
+
+QSpinBox *FireKey::addNumber(const char *name, const QRect &place, int minimum, int maximum, int value)
+{
+    auto *number = new QSpinBox(frame());
+    number->setObjectName(QLatin1String(name));
+    number->setGeometry(place);
+    number->setFont(label()->font());
+    number->setStyleSheet(Theme::spinBox() + Theme::focusFrame(QStringLiteral("QSpinBox")));
+    number->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    number->setRange(minimum, maximum);
+    number->setValue(value);
+    return number;
+}
+
+void FireKey::setTime(int milliseconds) { Time->setValue(milliseconds); }
+
+void FireKey::setCount(int count) { Count->setValue(count); }
+
+void FireKey::on_NewHong_clicked()
+{
+    Time->interpretText();
+    Count->interpretText();
+    Interval = Time->value();
+    Repeats = Count->value();
+    accept();
+}

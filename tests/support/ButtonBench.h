@@ -1,0 +1,110 @@
+#pragma once
+
+#include "buttons/Buttoninterface.h"
+#include "support/ConnectedMouse.h"
+
+#include <QJsonDocument>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QTest>
+#include <QToolButton>
+
+#include <cstring>
+#include <memory>
+
+/** The button page before a virtual mouse, used by real clicks. */
+class ButtonBench
+{
+public:
+    /** Shows the page with the record of one of the two mice. */
+    explicit ButtonBench(int modelIndex) : mouse(modelIndex == 0 ? "q1" : "q2")
+    {
+        page = std::make_unique<Buttoninterface>();
+        page->show();
+        DeviceWindowOpen = true;
+        ButtonUiLoaded = false;
+        ConnectedMouse::select(modelIndex);
+        if (!ConnectedMouse::read(false) || !QTest::qWaitFor([] { return bool(ButtonUiLoaded); }))
+            qFatal("no record came");
+    }
+    ~ButtonBench()
+    {
+        ConnectedMouse::forget();
+        DeviceWindowOpen = false;
+    }
+
+    QToolButton *button(const QString &name) const { return find<QToolButton>(name); }
+    template<typename Widget>
+    Widget *find(const QString &name) const
+    {
+        auto *const widget = page->findChild<Widget *>(name);
+        if (!widget)
+            qFatal("there is no %s", qPrintable(name));
+        return widget;
+    }
+    /** Clicks as a user can: ends the test when the button doesn't show or is out of sight. */
+    void click(const QString &name) const
+    {
+        QToolButton *const target = button(name);
+        for (QWidget *parent = target; parent; parent = parent->parentWidget()) {
+            if (auto *const area = qobject_cast<QScrollArea *>(parent))
+                area->ensureWidgetVisible(target);
+        }
+        if (!target->isVisible() || target->visibleRegion().isEmpty())
+            qFatal("%s can't be clicked", qPrintable(name));
+        QTest::mouseClick(target, Qt::LeftButton);
+    }
+    /** "page_2 page_9": which lists show. */
+    QString menu() const
+    {
+        return find<QStackedWidget>("stackedWidget")->currentWidget()->objectName() + ' ' +
+               find<QStackedWidget>("stackedWidget_2")->currentWidget()->objectName();
+    }
+    /** Names of the checked entries, those that are out of sight included. */
+    QStringList checkedEntries() const
+    {
+        QStringList names;
+        for (const char *list : {"page_2", "page_3", "page_4", "page_5", "page_6", "page_7", "page_8", "page_10"}) {
+            const QList<QToolButton *> all = find<QWidget>(list)->findChildren<QToolButton *>();
+            for (const QToolButton *each : all) {
+                if (each->isChecked())
+                    names << (each->objectName().isEmpty() ? each->text() : each->objectName());
+            }
+        }
+        return names;
+    }
+    /** What the mouse sends when the button of a slot is pressed: "type code" of each event that begins something. */
+    QStringList pressed(int slot) const
+    {
+        QStringList events;
+        const QList<QByteArray> lines = VirtualMice::tell({"press", mouse, QString::number(slot)}).split('\n');
+        for (const QByteArray &line : lines) {
+            const QJsonObject event = QJsonDocument::fromJson(line).object();
+            if (event["action"] == "press")
+                events << event["type"].toString() + ' ' + QString::number(event["code"].toInt());
+        }
+        return events;
+    }
+    FlashDataMap held() const { return VirtualMice::record(mouse); }
+    bool comesToHold(const FlashDataMap &expected) const
+    {
+        for (int tries = 0; tries < 3000; ++tries) {
+            const FlashDataMap now = held();
+            if (std::memcmp(&now, &expected, sizeof now) == 0)
+                return true;
+            QTest::qWait(1);
+        }
+        const FlashDataMap now = held();
+        for (std::size_t at = 0; at < sizeof now; ++at) {
+            const int has = reinterpret_cast<const std::uint8_t *>(&now)[at];
+            const int wanted = reinterpret_cast<const std::uint8_t *>(&expected)[at];
+            if (has != wanted)
+                qWarning("byte %d is %d, not %d", int(at), has, wanted);
+        }
+        return false;
+    }
+    bool isWritten() const { return ConnectedMouse::isWritten(mouse); }
+
+    const QString mouse;
+    std::unique_ptr<Buttoninterface> page;
+};
