@@ -2,8 +2,6 @@
 
 #include "portwire/virtual/VirtualBus.h"
 
-#include <algorithm>
-
 namespace portwire {
 
 void Inbox::push(Report report, std::chrono::microseconds latency)
@@ -11,10 +9,8 @@ void Inbox::push(Report report, std::chrono::microseconds latency)
     const std::lock_guard lock(mutex);
     if (shutDown)
         return;
-    Clock::time_point at = latency.count() > 0 ? Clock::now() + latency : Clock::time_point();
-    if (!reports.empty())
-        at = std::max(at, reports.back().at);
-    reports.push_back({at, std::move(report)});
+    const Clock::time_point at = latency.count() > 0 ? Clock::now() + latency : Clock::time_point();
+    reports.push_back({at, std::move(report)}); // behind the others, also when it would be here before them
     changed.notify_one();
 }
 
