@@ -160,16 +160,6 @@ void Buttoninterface::SlotUpDataConfigUI(int ToTalItem, int SelectIndex, bool It
         form.ProjectChoose->setCurrentIndex(SelectIndex);
 }
 
-void Buttoninterface::on_ProjectChoose_activated(int index)
-{
-    if (!ButtonUiUpdating && !UsbFinderC_GetDeviceOnLine(DevicePath().get().constData())) {
-        form.ProjectChoose->setCurrentIndex(form.ProjectChoose->pressIndex());
-        postMsg()->post(&PostMsg::SigMouseOffLineo, 0);
-        return;
-    }
-    UsbServer_SetCurrentConfig(static_cast<std::uint8_t>(index));
-}
-
 // Texts --------------------------------------------------------------------------------------------------------------
 
 void Buttoninterface::SlotChangeLanguage(int index)

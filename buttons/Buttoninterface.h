@@ -5,6 +5,7 @@
 #include "buttons/ButtonRows.h"
 #include "buttons/FunctionMenu.h"
 #include "buttons/MacroList.h"
+#include "buttons/ProfileActions.h"
 #include "devicelink/FlashDataMap.h"
 
 #include <QPointer>
@@ -130,7 +131,10 @@ private Q_SLOTS:
     void on_VolumeDown_11_clicked(bool checked) { assignSubEntry("VolumeDown_11", checked); }
 
     void slotButtonClicked(bool checked);
-    void on_ProjectChoose_activated(int index);
+    void on_ProjectChoose_activated(int index) { profiles.chooseProfile(form.ProjectChoose, index); }
+    void on_Reset_clicked() { profiles.reset(); }
+    void on_OutputData_clicked() { profiles.exportProfile(); }
+    void on_ImportData_clicked() { profiles.importProfile(); }
 
 private:
     void makeStyles();
@@ -153,6 +157,7 @@ private:
     ButtonRows rows{form};
     ButtonMacros buttonMacros{rows};
     MacroList macros;
+    ProfileActions profiles{this};
     QString PictureFolder; ///< with a closing slash
     QString ConfigPrefix;
     int FireInterval = 10; ///< ms, as last confirmed

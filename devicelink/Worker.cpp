@@ -72,6 +72,14 @@ void Worker::request()
     start();
 }
 
+void Worker::setPolling(bool isRunning)
+{
+    if (isRunning)
+        checkTimer.start();
+    else
+        checkTimer.stop();
+}
+
 void Worker::startAgainIfRequested()
 {
     if (requests == served || isRunning() || Wait::isEnding())
@@ -197,6 +205,12 @@ void requestConnect()
 {
     if (theWorker)
         theWorker->request();
+}
+
+void setOnlinePolling(bool isRunning)
+{
+    if (theWorker)
+        theWorker->setPolling(isRunning);
 }
 
 bool isConnecting() { return theWorker && theWorker->isRunning(); }

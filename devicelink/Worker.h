@@ -26,6 +26,8 @@ public:
 
     /** Asks for a connect: sets `ConnectPending` and starts the thread. GUI thread only. */
     void request();
+    /** Stops the polling, or starts it anew. */
+    void setPolling(bool isRunning);
 
 public Q_SLOTS:
     void SlotSelectMouseInfo(DeviceAllInfo SelectInfo);
@@ -61,6 +63,9 @@ private:
 
 /** Asks the program's `Worker` for a connect; without one nothing happens. GUI thread only. */
 void requestConnect();
+
+/** Lets the poll for a mouse that went to sleep stand still, or run again. GUI thread only. */
+void setOnlinePolling(bool isRunning);
 
 /** True while a connect runs. */
 bool isConnecting();

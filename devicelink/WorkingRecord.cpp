@@ -77,3 +77,15 @@ void WorkingRecord::send() const
     const FlashDataMap sent = copy();
     ProtocolDataUpdate(&sent);
 }
+
+void WorkingRecord::replaceAndSend(const FlashDataMap &meant)
+{
+    const QMutexLocker order(&handOver);
+    {
+        const QMutexLocker locker(&mutex);
+        const FlashDataMap before = record;
+        record = meant;
+        noteSetter(before);
+    }
+    ProtocolDataReplace(&meant);
+}

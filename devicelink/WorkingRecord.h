@@ -86,6 +86,9 @@ public:
         send();
     }
 
+    /** Changes every field and tells the library that each is meant, also those that the mouse isn't known to lack. */
+    void replaceAndSend(const FlashDataMap &meant);
+
     /** What there is to do when a report is in the record; see above. */
     enum class Met {
         Nobody,      ///< nothing

@@ -5,12 +5,12 @@
 #include "devicelink/DeviceSetters.h"
 #include "devicelink/WorkingRecord.h"
 #include "macro/MacroFile.h"
-#include "macro/MacroFileDialogs.h"
 #include "macro/MacroImage.h"
 #include "macro/MacroTimeLine.h"
 #include "macro/RowList.h"
 #include "productdata/Theme.h"
 #include "productdata/UserSettings.h"
+#include "ui/FileDialogs.h"
 #include "ui/MyConmboBox.h"
 #include "ui/PageFont.h"
 
@@ -25,9 +25,15 @@
 
 #include <utility>
 
+namespace {
+const QString exportFilter = QStringLiteral("File(*.ini)");
+}
+
 Macro::Macro(QWidget *parent)
-    : QWidget(parent), askExportPath([this](const QString &name) { return askForExport(this, name); }),
-      askImportPath([this](const QString &) { return askForImport(this); })
+    : QWidget(parent), askExportPath([this](const QString &name) {
+          return FileDialogs::askForSaving(this, exportFilter, name + QStringLiteral(".ini"));
+      }),
+      askImportPath([this](const QString &) { return FileDialogs::askForOpening(this, exportFilter); })
 {
     setObjectName(QStringLiteral("Macro"));
     setFixedSize(883, 630);
