@@ -3,6 +3,7 @@
 #include "portwire/bus.h"
 #include "portwire/virtual/FirmwarePacket.h"
 
+#include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <optional>
@@ -33,6 +34,15 @@ public:
         awaitedCode = code;
         remaining = number;
         action = std::move(what);
+    }
+
+    /** Forgets both, and waits for the call that is under way: what was given may go with the test's frame. */
+    void letGo()
+    {
+        std::unique_lock lock(mutex);
+        action = {};
+        replacement = {};
+        returned.wait(lock, [this] { return calls == 0; });
     }
 
     /** From now on each request is shown to `answer`; empty to end that. */
@@ -85,14 +95,21 @@ private:
             if (action && request.code == awaitedCode && --remaining == 0)
                 now = std::exchange(action, {});
             answer = replacement;
+            ++calls;
         }
         if (now)
             now();
-        return answer ? answer(request) : std::nullopt;
+        Replacement given = answer ? answer(request) : std::nullopt;
+        const std::lock_guard lock(mutex);
+        --calls;
+        returned.notify_all();
+        return given;
     }
 
     const std::shared_ptr<portwire::Bus> bus;
     std::mutex mutex;
+    std::condition_variable returned;
+    int calls = 0; ///< that are under way
     int awaitedCode = 0;
     int remaining = 0;
     std::function<void()> action;
