@@ -1,5 +1,6 @@
 #include "support/Screen.h"
 
+#include "productdata/UserSettings.h"
 #include "support/SensorModel.h"
 
 #include <QAbstractButton>
@@ -163,6 +164,8 @@ QStringList buttonDifferences(const QWidget *page, const FlashDataMap &held)
 {
     Comparison buttons(page);
     buttons.choice("Debunce", held.DebounceTime);
+    if (UserSettings::instance()->language() != 0)
+        return buttons.differences; // the words below are English
     constexpr std::array<std::pair<const char *, int>, 6> rows = {
         {{"FireKey", 0}, {"RightKey", 1}, {"BackKey", 2}, {"StartPause", 4}, {"TopMusic", 3}, {"BackMusic", 5}}};
     for (const auto &[row, slot] : rows) {
