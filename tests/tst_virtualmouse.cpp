@@ -1,4 +1,5 @@
 #include "portwire/control/ControlJson.h"
+#include "portwire/link/Channels.h"
 
 #include <QtTest>
 
@@ -93,6 +94,7 @@ private Q_SLOTS:
     void spoiledRequestsAndAnnouncements_data();
     void spoiledRequestsAndAnnouncements();
     void latencyKeepsTheOrder();
+    void slowDeviceIsWaitedFor();
 };
 
 void tst_virtualmouse::readsDpi()
@@ -550,6 +552,19 @@ void tst_virtualmouse::latencyKeepsTheOrder()
     bus->setPlugged("q1-4k", false);
     QVERIFY2(!endpoint->waitForReport() && code() == 0, "what was on its way is lost");
     QVERIFY(!bus->setLatency(id, std::chrono::seconds(2)).empty());
+}
+
+/** An answer that is later than the link usually waits. */
+void tst_virtualmouse::slowDeviceIsWaitedFor()
+{
+    const auto bus = VirtualBus::create();
+    std::string id;
+    bus->add("q1", "4k", id);
+    for (const char *device : {"q1", "q1-4k"})
+        QVERIFY(bus->setLatency(device, std::chrono::milliseconds(15)).empty());
+    Channels channels(bus);
+    for (const ReportCode code : {ReportCode::Online, ReportCode::DeviceInfo, ReportCode::Battery})
+        QVERIFY(channels.ask("virtual/receiver/q1-4k", {code}));
 }
 
 QTEST_GUILESS_MAIN(tst_virtualmouse)
