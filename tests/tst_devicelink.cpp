@@ -149,6 +149,8 @@ void DeviceLinkTest::setter_data()
     row("DpiLedMode off keeps the effect", 63, "02", [] { return SetDpiLedMode(2) && SetDpiLedMode(0); });
     row("DpiLedMode off", 66, "00", [] { return SetDpiLedMode(2) && SetDpiLedMode(0); });
     row("DpiLedMode on", 66, "01", [] { return SetDpiLedMode(1); });
+    row("DpiLedBrightness", 64, "d2", [] { return SetDpiLedBrightness(210); });
+    row("DpiLedSpeed", 65, "05", [] { return SetDpiLedSpeed(5); });
     row("LightMode off keeps the effect", 67, "05", [] { return SetLightMode(5) && SetLightMode(0); });
     row("LightMode off", 73, "00", [] { return SetLightMode(5) && SetLightMode(0); });
     row("KeyFunction of the last slot", 119, "0a0102", [] { return SetKeyFunction(15, 10, 1, 2); });
