@@ -21,26 +21,26 @@
  * The library compares each record that it is handed with what it knows of the mouse. What it knows it takes from each
  * settings reply right before it gives that reply to the program, and there it brings the two together: in a byte that
  * the program changed meanwhile the reply has the program's value. Call this moment M. Two things can go wrong between
- * M and the moment when the reply is in the record, some microseconds on a quiet machine and as long as it likes on
- * another:
+ * M and the moment when the reply is in the record, which is microseconds on a quiet machine.
  *
- * 1. A setter changes a byte that the reply tells. The reply has the value from before; put in the record it would
+ * First, a setter changes a byte that the reply tells. The reply has the value from before; put in the record it would
  * stand there and on the screen while the mouse gets the other, and the next setter would write it back.
- * 2. A setter changes another byte. It hands over the whole record, in which the byte that the reply tells is still the
- *    old one, and the library, which knows better since M, takes that for a change and writes it to the mouse.
+ *
+ * Second, a setter changes another byte. It hands over the whole record, in which the byte that the reply tells is
+ * still the old one, and the library, which knows better since M, takes that for a change and writes it to the mouse.
  *
  * The program doesn't see M, but knows that it lies behind the end of the report before, since reports come one at a
  * time, and behind the start of the link. So changes are numbered; each byte keeps the number of its last change by a
- * setter; settle() notes the number at those two moments, and a report asks for the note when it comes in. Then
- * takeReport():
+ * setter; settle() notes the number at those two moments, and a report asks for the note when it comes in.
  *
- * - A byte that a setter changed later than the note stays as it is (against 1). Numbers and not values decide, so a
- *   setter that changed there and back counts. If the reply tells another value for it, one of two things is so: M was
- *   before the setter, and the value kept is on its way to the mouse; or the mouse came to the value later without a
- * word to the program, as when its announcement was lost. Nobody can tell which, so the mouse is asked for its record
- * once more. Nothing is written: if it is the second, the value kept is not what the user has in mind any more.
- * - If a setter handed over later than the note and no such byte was found, the record is handed over once more
- * (against 2). The library sends nothing unless the mouse was given an old value.
+ * Against the first, a byte that a setter changed later than the note stays as it is. Numbers and not values decide, so
+ * a setter that changed there and back counts. If the reply tells another value for it, one of two things is so: M was
+ * before the setter, and the value kept is on its way to the mouse; or the mouse came to the value later without a word
+ * to the program, as when its announcement was lost. Nobody can tell which, so the mouse is asked for its record once
+ * more. Nothing is written: if it is the latter, the value kept is not what the user has in mind any more.
+ *
+ * Against the second, if a setter handed over later than the note and there is no such byte, the record is handed over
+ * once more. The library sends nothing unless the mouse was given an old value.
  *
  * A whole record tells every byte, so a setter in between always is of the first kind there. That a record which is
  * handed over before the whole record of another profile or another mouse was taken carries nothing of the old one into

@@ -16,6 +16,6 @@ bool PostMsg::refusesHere()
     const bool waitsForItself = application && QThread::currentThread() == application->thread();
     Q_ASSERT_X(!waitsForItself, "PostMsg", "a blocking signal on the GUI thread waits for itself");
     if (waitsForItself)
-        qCritical("a blocking signal on the GUI thread would wait for itself and is not sent");
+        qWarning("a blocking signal on the GUI thread would wait for itself and is not sent");
     return waitsForItself;
 }
