@@ -29,7 +29,7 @@ QString Macro::askName()
 {
     QuestionDialog question;
     open(question, promptOffset);
-    const QString name = question.name();
+    QString name = question.name();
     if (name.isEmpty() || !isTaken(name))
         return name;
     SameMacro same;

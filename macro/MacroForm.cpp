@@ -29,8 +29,8 @@ constexpr QRect choosePlace(712, 308, 130, 30);
 
 struct LabelPlace
 {
-    QLabel *MacroForm::*member;
-    const char *name;
+    QLabel *MacroForm::*member = nullptr;
+    const char *name = "";
     QRect place;
 };
 
@@ -45,8 +45,8 @@ constexpr LabelPlace labels[] = {
 
 struct ButtonPlace
 {
-    QToolButton *MacroForm::*member;
-    const char *name;
+    QToolButton *MacroForm::*member = nullptr;
+    const char *name = "";
     QRect place;
 };
 
@@ -58,8 +58,8 @@ constexpr ButtonPlace buttons[] = {
 
 struct BoxPlace
 {
-    QCheckBox *MacroForm::*member;
-    const char *name;
+    QCheckBox *MacroForm::*member = nullptr;
+    const char *name = "";
     QRect place;
 };
 

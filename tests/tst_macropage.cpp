@@ -549,8 +549,8 @@ void MacroPageTest::recordingStopsAtTheLimit()
 void MacroPageTest::exportAndImport()
 {
     given("七十", MacroText::many(70), 253);
-    const QString path = QDir::home().filePath("out.ini");
-    page->setAskPaths([&](const QString &) { return path; }, [&](const QString &) { return path; });
+    const auto ask = [](const QString &) { return QDir::home().filePath("out.ini"); };
+    page->setAskPaths(ask, ask);
     page->ExPortMacro();
     page->InPortMacro();
     QCOMPARE(prompts, QStringList("SameMacro"));
@@ -565,7 +565,7 @@ void MacroPageTest::exportAndImport()
     QVERIFY(!list()->item(0)->icon().isNull() && !isSaveable());
     postMsg()->post(&PostMsg::SigChangeLanguage, 0);
 
-    QFile file(path);
+    QFile file(ask({}));
     QVERIFY(file.open(QIODevice::ReadWrite));
     const QByteArray content = file.readAll();
     file.seek(20);
