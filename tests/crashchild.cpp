@@ -19,7 +19,7 @@ void (*volatile ending)() = nullptr;
 
 } // namespace
 
-// Exported under a plain name, so that the stack trace can tell it.
+// Exported under a plain name, so that the stack trace can tell it. The write at its end keeps it a frame of its own.
 #define KNOWN extern "C" __attribute__((noinline, visibility("default")))
 
 KNOWN void deliberateFault()
@@ -28,28 +28,8 @@ KNOWN void deliberateFault()
     always = true;
 }
 
-KNOWN void deliberateAbort()
+KNOWN void deliberateCall()
 {
-    ending = std::abort;
-    ending();
-    always = true;
-}
-
-KNOWN void deliberateNullCall()
-{
-    ending();
-    always = true;
-}
-
-KNOWN void deliberateSignal(int number)
-{
-    std::raise(number);
-    always = true;
-}
-
-KNOWN void deliberateException()
-{
-    ending = [] { throw std::runtime_error("nobody catches this"); };
     ending();
     always = true;
 }
@@ -63,30 +43,31 @@ KNOWN int deliberateOverflow(int depth)
 
 int main(int argc, char *argv[])
 {
+    struct Way
+    {
+        const char *name;
+        void (*end)();
+    };
+    constexpr Way ways[] = {
+        {"fault", deliberateFault},
+        {"nullCall", deliberateCall},
+        {"thread", [] { std::thread(deliberateFault).join(); }},
+        {"overflow", [] { deliberateOverflow(0); }},
+        {"abort", [] { ending = std::abort, deliberateCall(); }},
+        {"exception", [] { ending = [] { throw std::runtime_error("nobody catches"); }, deliberateCall(); }},
+        {"bus", [] { ending = [] { std::raise(SIGBUS); }, deliberateCall(); }},
+        {"illegal", [] { ending = [] { std::raise(SIGILL); }, deliberateCall(); }},
+        {"division", [] { ending = [] { std::raise(SIGFPE); }, deliberateCall(); }},
+    };
     if (argc != 3)
         return 2;
     constexpr rlim_t megabyte = 1 << 20;
     const rlimit stackLimit = {megabyte, megabyte};
     setrlimit(RLIMIT_STACK, &stackLimit);
     platform::installCrashDump(argv[2]);
-    const char *way = argv[1];
-    if (!std::strcmp(way, "fault"))
-        deliberateFault();
-    else if (!std::strcmp(way, "thread"))
-        std::thread(deliberateFault).join();
-    else if (!std::strcmp(way, "abort"))
-        deliberateAbort();
-    else if (!std::strcmp(way, "nullCall"))
-        deliberateNullCall();
-    else if (!std::strcmp(way, "exception"))
-        deliberateException();
-    else if (!std::strcmp(way, "overflow"))
-        deliberateOverflow(0);
-    else if (!std::strcmp(way, "bus"))
-        deliberateSignal(SIGBUS);
-    else if (!std::strcmp(way, "illegal"))
-        deliberateSignal(SIGILL);
-    else if (!std::strcmp(way, "division"))
-        deliberateSignal(SIGFPE);
+    for (const Way &way : ways) {
+        if (!std::strcmp(argv[1], way.name))
+            way.end();
+    }
     return 0;
 }

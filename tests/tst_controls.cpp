@@ -1,15 +1,12 @@
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "sensor/DebounceTime.h"
-#include "sensor/SensorLOD.h"
-#include "sensor/StopCloseTime.h"
 #include "support/Controls.h"
 #include "support/PageBench.h"
 #include "support/Screen.h"
 #include "support/TestHome.h"
 
 #include <QComboBox>
-#include <QLabel>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QToolButton>
@@ -25,10 +22,7 @@ private Q_SLOTS:
     void everyChoice();
     void everyRate();
     void indicatorOffKeepsItsEffect();
-    void indicatorOffersWhatItsEffectHas();
     void debounceTime();
-    void valuesThatNoListHas();
-    void roomForATitle();
 };
 
 void ControlsTest::change_data()
@@ -131,19 +125,6 @@ void ControlsTest::indicatorOffKeepsItsEffect()
     QTRY_COMPARE(held(), wanted);
 }
 
-void ControlsTest::indicatorOffersWhatItsEffectHas()
-{
-    const QWidget *const indicator = find("frameEffect");
-    const QStringList shownFor[] = {
-        {"line", "line_2"}, {"LightH", "LightSpinBox", "line"}, {"SpeedH", "SpeedSpinBox", "line_2"}};
-    for (int effect : {2, 1, 0}) {
-        Hand::choose(window.get(), page, "Model", effect);
-        for (const char *name : {"LightH", "LightSpinBox", "SpeedH", "SpeedSpinBox", "line", "line_2"})
-            QVERIFY2(indicator->findChild<QWidget *>(name)->isVisibleTo(indicator) == shownFor[effect].contains(name),
-                     name);
-    }
-}
-
 void ControlsTest::debounceTime()
 {
     DebounceTime debounce(window.get());
@@ -160,36 +141,6 @@ void ControlsTest::debounceTime()
     debounce.setIndex(-1);
     QCOMPARE(debounce.index(), 7);
     QCOMPARE(int(working().DebounceTime), 1);
-}
-
-void ControlsTest::valuesThatNoListHas()
-{
-    StopCloseTime idle(window.get());
-    idle.setTimeSilently(240);
-    idle.setTimeSilently(2);
-    idle.setIndexSilently(11);
-    QCOMPARE(idle.index(), 10);
-    FlashDataMap record = someRecord();
-    record.DpiLedBrightness = 6; // outside the table: its own position, as far as the slider goes
-    record.DpiLedSpeed = 200;
-    show(record);
-    QCOMPARE(find<QSlider>("LightH")->value(), 6);
-    QCOMPARE(find<QSlider>("SpeedH")->value(), 5);
-}
-
-void ControlsTest::roomForATitle()
-{
-    SensorLOD titled(window.get());
-    titled.setGeometry(0, 0, 131, 61);
-    titled.setTitle("Высота отрыва сенсора");
-    titled.show();
-    const auto *const label = titled.findChild<QLabel *>("label");
-    const auto *const list = titled.findChild<QComboBox *>("LOD");
-    QVERIFY(label->isVisible() && !label->geometry().intersects(list->geometry()));
-    QVERIFY(label->fontMetrics().horizontalAdvance(label->text()) <= label->width());
-    titled.setGeometry(0, 0, 130, 30);
-    QVERIFY(!label->isVisible());
-    QCOMPARE(list->geometry(), titled.rect());
 }
 
 HALVARION_TEST_MAIN(ControlsTest)

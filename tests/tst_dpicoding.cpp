@@ -48,7 +48,6 @@ private Q_SLOTS:
     void sensorFile();
     void rubbishFile();
     void features();
-    void marker_data();
     void marker();
     void everyMarkerJumpEndsOnALevel();
 };
@@ -227,43 +226,24 @@ void DpiCodingTest::features()
     QVERIFY(!driver.supports(DriverSensor::LiftOff, "3395"));
 }
 
-void DpiCodingTest::marker_data()
-{
-    QTest::addColumn<int>("active");
-    QTest::addColumn<int>("last");
-    QTest::addColumn<int>("x");
-    QTest::addColumn<int>("drop");
-    QTest::addColumn<int>("levels");
-    using MarkerDrag::Drop;
-    const auto row = [](const char *name, int active, int last, int x, Drop drop, int levels = 0) {
-        QTest::newRow(name) << active << last << x << int(drop) << levels;
-    };
-    row("one right, from", 1, 7, 118 + 78, Drop::Moved, 1);
-    row("one right, to", 1, 7, 118 + 129, Drop::Moved, 1);
-    row("one right, short of it", 1, 7, 118 + 77, Drop::BetweenLevels);
-    row("one right, beyond it", 1, 7, 118 + 130, Drop::BetweenLevels);
-    row("three left", 6, 7, 573 - 284, Drop::Moved, -3);
-    row("where it was", 3, 7, 300 + 15, Drop::BetweenLevels);
-    row("left end", 1, 7, 14, Drop::Missed);
-    row("right end", 6, 7, 707, Drop::Missed);
-    row("last of eight has no limit of its own", 6, 7, 706, Drop::BetweenLevels);
-    row("at the limit of seven levels", 5, 6, 612, Drop::Moved, 1);
-    row("beyond the limit of seven levels", 5, 6, 613, Drop::BeyondLastLevel);
-    row("no level is active", -1, 7, 300, Drop::Missed);
-}
-
 void DpiCodingTest::marker()
 {
-    QFETCH(int, active);
-    QFETCH(int, last);
-    QFETCH(int, x);
-    const QPoint point(x, 170);
-    const QRect held(x - 10, 160, 30, 30);
-    const MarkerDrag::Result result = MarkerDrag::dropAt(point, held, active, last);
-    QTEST(int(result.drop), "drop");
-    if (result.drop == MarkerDrag::Drop::Moved)
-        QTEST(result.jump.levels, "levels");
-    QCOMPARE(MarkerDrag::dropAt(point, held.translated(100, 0), active, last).drop, MarkerDrag::Drop::Missed);
+    using MarkerDrag::Drop;
+    const auto dropAt = [](int x, int active, int last) {
+        return MarkerDrag::dropAt({x, 170}, {x - 10, 160, 30, 30}, active, last);
+    };
+    QCOMPARE(dropAt(118 + 77, 1, 7).drop, Drop::BetweenLevels);
+    QCOMPARE(dropAt(118 + 78, 1, 7).jump.levels, 1);
+    QCOMPARE(dropAt(118 + 129, 1, 7).jump.levels, 1);
+    QCOMPARE(dropAt(118 + 130, 1, 7).drop, Drop::BetweenLevels);
+    QCOMPARE(dropAt(573 - 284, 6, 7).jump.levels, -3);
+    QCOMPARE(dropAt(14, 1, 7).drop, Drop::Missed);
+    QCOMPARE(dropAt(706, 6, 7).drop, Drop::BetweenLevels); // the last of eight has no limit of its own
+    QCOMPARE(dropAt(707, 6, 7).drop, Drop::Missed);
+    QCOMPARE(dropAt(612, 5, 6).jump.levels, 1);
+    QCOMPARE(dropAt(613, 5, 6).drop, Drop::BeyondLastLevel);
+    QCOMPARE(dropAt(300, -1, 7).drop, Drop::Missed);
+    QCOMPARE(MarkerDrag::dropAt({200, 170}, {300, 160, 30, 30}, 1, 7).drop, Drop::Missed);
 }
 
 /** Wherever it is let go, the marker ends within a pixel of the mark of a level in use. */

@@ -21,17 +21,13 @@
 
 #include <array>
 #include <atomic>
-#include <cstring>
 #include <thread>
 
 namespace {
 
-bool isSame(const FlashDataMap &one, const FlashDataMap &other) { return std::memcmp(&one, &other, sizeof one) == 0; }
-
 /** What a hand does to the bus, in words of portwirectl. */
 QStringList randomHand(QRandomGenerator &random)
 {
-    static const std::array<const char *, 4> kinds = {"drop", "stall", "garbage", "short"};
     static const std::array<const char *, 4> rates = {"1", "2", "4", "32"};
     const QString digit = QString::number(random.bounded(4));
     switch (random.bounded(12)) {
@@ -55,7 +51,7 @@ QStringList randomHand(QRandomGenerator &random)
     case 9:
         return {"profile", "q1", digit};
     default:
-        return {"fault", random.bounded(2) == 0 ? "q1" : "q1-4k", kinds[random.bounded(4U)],
+        return {"fault", random.bounded(2) == 0 ? "q1" : "q1-4k", faultKinds[random.bounded(4U)],
                 QString::number(random.bounded(1, 9))};
     }
 }
@@ -108,7 +104,7 @@ private Q_SLOTS:
 void FaultsBusTest::deadReceiverOnTheChooser_data()
 {
     QTest::addColumn<QString>("kind");
-    for (const char *kind : {"drop", "stall", "garbage", "short"})
+    for (const char *kind : faultKinds)
         QTest::newRow(kind) << kind;
 }
 
@@ -133,8 +129,7 @@ void FaultsBusTest::deadReceiverOnTheChooser()
     QEvent enter(QEvent::Enter);
     QCoreApplication::sendEvent(bench.program().find(picture), &enter);
     QVERIFY(bench.program().find(picture)->styleSheet().contains("OnLine0.png"));
-    QVERIFY(bench.openQ1());
-    QCOMPARE(bench.settle(), QString());
+    QCOMPARE(bench.connectQ1(), QString());
 }
 
 void FaultsBusTest::handsAtRandomMoments()
@@ -207,7 +202,7 @@ void FaultsBusTest::sleepBetweenWriteAndAcknowledgement_data()
 {
     QTest::addColumn<QString>("kind");
     QTest::addColumn<int>("moment"); ///< ms from the hand-over to the sleep
-    for (const char *kind : {"drop", "stall", "garbage", "short"}) {
+    for (const char *kind : faultKinds) {
         for (const int moment : {0, 5, 15, 40})
             QTest::addRow("%s, asleep after %d ms", kind, moment) << kind << moment;
     }
@@ -218,8 +213,7 @@ void FaultsBusTest::sleepBetweenWriteAndAcknowledgement()
     QFETCH(QString, kind);
     QFETCH(int, moment);
     FaultBench bench;
-    QVERIFY(bench.openQ1());
-    QCOMPARE(bench.settle(), QString());
+    QCOMPARE(bench.connectQ1(), QString());
     bench.program().click("SensorButton");
     for (int round = 0; round < 4; ++round) {
         bench.program().forgetPrompts();
@@ -227,7 +221,7 @@ void FaultsBusTest::sleepBetweenWriteAndAcknowledgement()
         bench.spoil("q1", kind, 3 + round);
         bench.program().click(round % 2 == 0 ? "Button250HZ" : "Button500HZ");
         const FlashDataMap wanted = WorkingRecord::instance().copy();
-        QVERIFY(!isSame(wanted, before));
+        QVERIFY(wanted != before);
         bool isAwakeAgain = false;
         QTimer::singleShot(moment, bench.program().window(), [&] {
             bench.hand({"sleep", "q1"});
@@ -239,7 +233,7 @@ void FaultsBusTest::sleepBetweenWriteAndAcknowledgement()
         });
         QVERIFY(bench.waitFor([&] { return isAwakeAgain; }));
         QCOMPARE(bench.settle(), QString());
-        QVERIFY2(isSame(bench.held(), wanted), "the change was lost in the sleep");
+        QVERIFY2(bench.held() == wanted, "the change was lost in the sleep");
         QCOMPARE(bench.heartbeat().complaint(), QString());
     }
 }
@@ -267,8 +261,7 @@ void FaultsBusTest::announcedChangeThatCannotBeRead()
         VirtualMice::tell({"rate", "q1", "8"});
         VirtualMice::tell({"profile", "q1", "0"});
     });
-    QVERIFY(bench.openQ1());
-    QCOMPARE(bench.settle(), QString());
+    QCOMPARE(bench.connectQ1(), QString());
     QTest::qWait(Wait::scaled(3000) + 20); // a re-read is let through again
     const FlashDataMap before = bench.held();
     bench.spoil("q1", kind.isEmpty() ? "drop" : kind, 5);
@@ -279,17 +272,15 @@ void FaultsBusTest::announcedChangeThatCannotBeRead()
         QTest::qWait(50);
         bench.hand({"wake", "q1"});
     }
-    QVERIFY(!isSame(bench.held(), before));
-    QCOMPARE(bench.settle(), QString());
-    QCOMPARE(bench.heartbeat().complaint(), QString());
+    QVERIFY(bench.held() != before);
+    QCOMPARE(bench.settleInTime(), QString());
 }
 
 void FaultsBusTest::mouseLostForGood()
 {
     FaultBench bench;
     Program &program = bench.program();
-    QVERIFY(bench.openQ1());
-    QCOMPARE(bench.settle(), QString());
+    QCOMPARE(bench.connectQ1(), QString());
     program.click("SensorButton");
     const FlashDataMap last = bench.held();
     bench.hand({"sleep", "q1"});
@@ -306,7 +297,7 @@ void FaultsBusTest::mouseLostForGood()
         QVERIFY(bench.waitFor([&] { return !program.isPromptShown(); }));
     }
     QCOMPARE(stayed, 3);
-    QVERIFY(isSame(WorkingRecord::instance().copy(), last));
+    QVERIFY(WorkingRecord::instance().copy() == last);
     QVERIFY(bench.goBack());
 
     // Its receiver is still there: the last known settings, and no wait for what never comes.
@@ -331,8 +322,7 @@ void FaultsBusTest::mouseLostForGood()
 void FaultsBusTest::pulledForAMoment()
 {
     FaultBench bench;
-    QVERIFY(bench.openQ1());
-    QCOMPARE(bench.settle(), QString());
+    QCOMPARE(bench.connectQ1(), QString());
     bench.heartbeat().restart();
     for (int round = 0; round < 6; ++round) {
         bench.heartbeat().aside([&] {
@@ -343,8 +333,7 @@ void FaultsBusTest::pulledForAMoment()
         QCOMPARE(bench.settle(), QString());
         // Its reports arrive again without anything being asked.
         bench.hand({"dpi", "q1", QString::number(round % 5)});
-        QCOMPARE(bench.settle(), QString());
-        QCOMPARE(bench.heartbeat().complaint(), QString());
+        QCOMPARE(bench.settleInTime(), QString());
     }
 }
 
@@ -364,8 +353,7 @@ void FaultsBusTest::clickWhileARecordWaits()
         Qt::BlockingQueuedConnection);
     FaultBench bench;
     program = &bench.program();
-    QVERIFY(bench.openQ1());
-    QCOMPARE(bench.settle(), QString());
+    QCOMPARE(bench.connectQ1(), QString());
     program->click("SensorButton");
     for (int round = 0; round < 2; ++round) {
         const int before = bench.held().MotionSync;
@@ -382,8 +370,7 @@ void FaultsBusTest::reportStorm()
 {
     FaultBench bench;
     Program &program = bench.program();
-    QVERIFY(bench.openQ1());
-    QCOMPARE(bench.settle(), QString());
+    QCOMPARE(bench.connectQ1(), QString());
     std::atomic<bool> isOver{false};
     std::atomic<int> changes{0};
     std::thread storm([&] {

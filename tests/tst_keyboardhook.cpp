@@ -35,6 +35,7 @@ class TestKeyboardHook : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init();
     void tellsKeys_data();
     void tellsKeys();
     void tellsOnce();
@@ -43,7 +44,27 @@ private Q_SLOTS:
     void treatsSystemKeys();
     void endsInCallback();
     void areIndependent();
+
+private:
+    QString told() const { return changes.join(' '); }
+
+    std::unique_ptr<QWidget> window;
+    QLineEdit *edit = nullptr; ///< has the focus; one widget lies between it and the window
+    QStringList changes;
+    std::unique_ptr<KeyboardHook> hook;
 };
+
+void TestKeyboardHook::init()
+{
+    window = std::make_unique<QWidget>();
+    edit = new QLineEdit(new QWidget(window.get()));
+    window->show();
+    edit->setFocus();
+    QApplication::setActiveWindow(window.get());
+    changes.clear();
+    hook = std::make_unique<KeyboardHook>();
+    QVERIFY(hook->install(noteIn(changes)));
+}
 
 void TestKeyboardHook::tellsKeys_data()
 {
@@ -52,38 +73,31 @@ void TestKeyboardHook::tellsKeys_data()
     QTest::addColumn<unsigned>("symbol");
     QTest::addColumn<int>("modifiers");
     QTest::addColumn<unsigned>("virtualKey");
-    const int shift = Qt::ShiftModifier;
-    const int keypad = Qt::KeypadModifier;
-    QTest::newRow("A") << int(Qt::Key_A) << 0u << 0u << 0 << 65u;
-    QTest::newRow("9") << int(Qt::Key_9) << 0u << 0u << 0 << 57u;
-    QTest::newRow("keypad 9") << int(Qt::Key_9) << 0u << 0u << keypad << 105u;
-    QTest::newRow("keypad /") << int(Qt::Key_Slash) << 0u << 0u << keypad << 111u;
-    QTest::newRow("keypad Home") << int(Qt::Key_Home) << 0u << 0u << keypad << 36u;
-    QTest::newRow("F12") << int(Qt::Key_F12) << 0u << 0u << 0 << 123u;
-    QTest::newRow("Escape") << int(Qt::Key_Escape) << 0u << 0u << 0 << 27u;
-    QTest::newRow("Shift+Tab") << int(Qt::Key_Backtab) << 0u << 0u << shift << 9u;
-    QTest::newRow("Left") << int(Qt::Key_Left) << 0u << 0u << 0 << 37u;
-    QTest::newRow("Ctrl") << int(Qt::Key_Control) << 0u << 0u << 0 << 162u;
-    QTest::newRow("/") << int(Qt::Key_Slash) << 0u << 0u << 0 << 191u;
-    QTest::newRow("?") << int(Qt::Key_Question) << 0u << 0u << shift << 191u;
-    QTest::newRow("volume") << int(Qt::Key_VolumeUp) << 0u << 0u << 0 << 175u;
-    QTest::newRow("no code") << int(Qt::Key_unknown) << 0u << 0u << 0 << 255u;
-    QTest::newRow("left Shift") << int(Qt::Key_Shift) << 50u << 0xffe1u << 0 << 160u;
-    QTest::newRow("right Shift") << int(Qt::Key_Shift) << 62u << 0xffe2u << 0 << 161u;
-    QTest::newRow("left Ctrl") << int(Qt::Key_Control) << 37u << 0xffe3u << 0 << 162u;
-    QTest::newRow("right Ctrl") << int(Qt::Key_Control) << 105u << 0xffe4u << 0 << 163u;
-    QTest::newRow("left Alt") << int(Qt::Key_Alt) << 64u << 0xffe9u << 0 << 164u;
-    QTest::newRow("Shift and left Alt") << int(Qt::Key_Meta) << 64u << 0xffe7u << shift << 164u;
-    QTest::newRow("right Alt") << int(Qt::Key_Alt) << 108u << 0xffeau << 0 << 165u;
-    QTest::newRow("AltGr") << int(Qt::Key_AltGr) << 108u << 0xfe03u << 0 << 165u;
-    QTest::newRow("left Win") << int(Qt::Key_Super_L) << 133u << 0xffebu << 0 << 91u;
-    QTest::newRow("right Win") << int(Qt::Key_Super_R) << 134u << 0xffecu << 0 << 92u;
-    QTest::newRow("Caps Lock as Ctrl") << int(Qt::Key_Control) << 66u << 0xffe3u << 0 << 162u;
-    QTest::newRow("right Ctrl by place") << int(Qt::Key_Control) << 105u << 0u << 0 << 163u;
-    QTest::newRow("Cyrillic letter") << 0x0424 << 38u << 0x6e6u << 0 << 65u;
-    QTest::newRow("German Shift+7") << int(Qt::Key_Slash) << 16u << 0x2fu << shift << 55u;
-    QTest::newRow("French 1") << int(Qt::Key_Ampersand) << 10u << 0x26u << 0 << 49u;
-    QTest::newRow("French A") << int(Qt::Key_A) << 24u << 0x61u << 0 << 65u;
+    const auto row = [](const char *name, int key, unsigned place, unsigned symbol, unsigned virtualKey,
+                        int modifiers = Qt::NoModifier) {
+        QTest::newRow(name) << key << place << symbol << modifiers << virtualKey;
+    };
+    row("keypad 9", Qt::Key_9, 0, 0, 105, Qt::KeypadModifier);
+    row("keypad Home", Qt::Key_Home, 0, 0, 36, Qt::KeypadModifier);
+    row("F12", Qt::Key_F12, 0, 0, 123);
+    row("Shift+Tab", Qt::Key_Backtab, 0, 0, 9, Qt::ShiftModifier);
+    row("Ctrl", Qt::Key_Control, 0, 0, 162);
+    row("?", Qt::Key_Question, 0, 0, 191, Qt::ShiftModifier);
+    row("volume", Qt::Key_VolumeUp, 0, 0, 175);
+    row("no code", Qt::Key_unknown, 0, 0, 255);
+    row("left Shift", Qt::Key_Shift, 50, 0xffe1, 160);
+    row("right Shift", Qt::Key_Shift, 62, 0xffe2, 161);
+    row("right Ctrl", Qt::Key_Control, 105, 0xffe4, 163);
+    row("Shift and left Alt", Qt::Key_Meta, 64, 0xffe7, 164, Qt::ShiftModifier);
+    row("AltGr", Qt::Key_AltGr, 108, 0xfe03, 165);
+    row("left Win", Qt::Key_Super_L, 133, 0xffeb, 91);
+    row("right Win", Qt::Key_Super_R, 134, 0xffec, 92);
+    row("Caps Lock as Ctrl", Qt::Key_Control, 66, 0xffe3, 162);
+    row("right Ctrl by place", Qt::Key_Control, 105, 0, 163);
+    row("Cyrillic letter", 0x0424, 38, 0x6e6, 65);
+    row("German Shift+7", Qt::Key_Slash, 16, 0x2f, 55, Qt::ShiftModifier);
+    row("French 1", Qt::Key_Ampersand, 10, 0x26, 49);
+    row("French A", Qt::Key_A, 24, 0x61, 65);
 }
 
 void TestKeyboardHook::tellsKeys()
@@ -93,134 +107,96 @@ void TestKeyboardHook::tellsKeys()
     QFETCH(unsigned, symbol);
     QFETCH(int, modifiers);
     QFETCH(unsigned, virtualKey);
-    QWidget window;
-    window.show();
-    QStringList changes;
-    KeyboardHook hook;
-    QVERIFY(hook.install(noteIn(changes)));
-    sendKey(window, QEvent::KeyPress, key, place, symbol, Qt::KeyboardModifiers(modifiers));
-    QCOMPARE(changes.join(' '), QString("+%1").arg(virtualKey));
+    sendKey(*window, QEvent::KeyPress, key, place, symbol, Qt::KeyboardModifiers(modifiers));
+    QCOMPARE(told(), QString("+%1").arg(virtualKey));
 }
 
 void TestKeyboardHook::tellsOnce()
 {
     // The edit takes letters and leaves Escape to its parents: neither is told twice, and the edit gets its text.
-    QWidget window;
-    QWidget middle(&window);
-    QLineEdit edit(&middle);
-    window.show();
-    edit.setFocus();
-    QApplication::setActiveWindow(&window);
-    QStringList changes;
-    KeyboardHook hook;
-    QVERIFY(hook.install(noteIn(changes)));
-    QTest::keyClick(window.windowHandle(), Qt::Key_A);
-    QTest::keyClick(window.windowHandle(), Qt::Key_Escape);
-    QTest::keyClick(&edit, Qt::Key_B);
-    QTest::keyClick(&edit, Qt::Key_Escape);
-    QTest::keyClick(&middle, Qt::Key_Escape);
-    QCOMPARE(changes.join(' '), QString("+65 -65 +27 -27 +66 -66 +27 -27 +27 -27"));
-    QCOMPARE(edit.text(), QString("ab"));
+    QTest::keyClick(window->windowHandle(), Qt::Key_A);
+    QTest::keyClick(window->windowHandle(), Qt::Key_Escape);
+    QTest::keyClick(edit, Qt::Key_B);
+    QTest::keyClick(edit, Qt::Key_Escape);
+    QTest::keyClick(edit->parentWidget(), Qt::Key_Escape);
+    QCOMPARE(told(), QString("+65 -65 +27 -27 +66 -66 +27 -27 +27 -27"));
+    QCOMPARE(edit->text(), QString("ab"));
 
-    hook.remove();
+    hook->remove();
     changes.clear();
-    QTest::keyClick(&edit, Qt::Key_C);
-    QCOMPARE(changes, QStringList());
-    QCOMPARE(edit.text(), QString("abc"));
+    QTest::keyClick(edit, Qt::Key_C);
+    QCOMPARE(told(), QString());
+    QCOMPARE(edit->text(), QString("abc"));
 }
 
 void TestKeyboardHook::tellsOnceWithNestedKeys()
 {
     // A key that arrives while another is told, as in the event loop of a dialog, doesn't make that one come twice.
-    QWidget window;
-    QLineEdit edit(&window);
-    window.show();
-    edit.setFocus();
-    QApplication::setActiveWindow(&window);
-    QStringList changes;
-    KeyboardHook hook;
-    QVERIFY(hook.install([&](unsigned key, bool down, bool repeat) {
+    hook = std::make_unique<KeyboardHook>();
+    QVERIFY(hook->install([this](unsigned key, bool down, bool repeat) {
         noteIn(changes)(key, down, repeat);
         if (changes.size() == 1)
-            QTest::keyClick(window.windowHandle(), Qt::Key_B);
+            QTest::keyClick(window->windowHandle(), Qt::Key_B);
     }));
-    QTest::keyClick(window.windowHandle(), Qt::Key_A);
-    QCOMPARE(changes.join(' '), QString("+65 +66 -66 -65"));
-    QCOMPARE(edit.text(), QString("ba"));
+    QTest::keyClick(window->windowHandle(), Qt::Key_A);
+    QCOMPARE(told(), QString("+65 +66 -66 -65"));
+    QCOMPARE(edit->text(), QString("ba"));
 }
 
 void TestKeyboardHook::tellsHeldKeys()
 {
-    QWidget window;
-    window.show();
-    QStringList changes;
-    KeyboardHook hook;
-    QVERIFY(hook.install(noteIn(changes)));
-    sendKey(window, QEvent::KeyPress, Qt::Key_A, 38, 'a');
+    sendKey(*window, QEvent::KeyPress, Qt::Key_A, 38, 'a');
     for (int i = 0; i < 2; ++i) {
-        sendKey(window, QEvent::KeyRelease, Qt::Key_A, 38, 'a', Qt::NoModifier, true);
-        sendKey(window, QEvent::KeyPress, Qt::Key_A, 38, 'a', Qt::NoModifier, true);
+        sendKey(*window, QEvent::KeyRelease, Qt::Key_A, 38, 'a', Qt::NoModifier, true);
+        sendKey(*window, QEvent::KeyPress, Qt::Key_A, 38, 'a', Qt::NoModifier, true);
     }
-    sendKey(window, QEvent::KeyPress, Qt::Key_B, 56, 'b');
-    sendKey(window, QEvent::KeyRelease, Qt::Key_A, 38, 'a');
-    sendKey(window, QEvent::KeyRelease, Qt::Key_B, 56, 'b');
+    sendKey(*window, QEvent::KeyPress, Qt::Key_B, 56, 'b');
+    sendKey(*window, QEvent::KeyRelease, Qt::Key_A, 38, 'a');
+    sendKey(*window, QEvent::KeyRelease, Qt::Key_B, 56, 'b');
     // Shift and 7 of a German keyboard, Shift let go first: the symbol changes under the finger, the key doesn't.
-    sendKey(window, QEvent::KeyPress, Qt::Key_Slash, 16, '/', Qt::ShiftModifier);
-    sendKey(window, QEvent::KeyRelease, Qt::Key_Slash, 0, '/');
-    sendKey(window, QEvent::KeyRelease, Qt::Key_Slash, 16, '/');
-    QCOMPARE(changes.join(' '), QString("+65 +65* +65* +66 -65 -66 +55 -191 -55"));
+    sendKey(*window, QEvent::KeyPress, Qt::Key_Slash, 16, '/', Qt::ShiftModifier);
+    sendKey(*window, QEvent::KeyRelease, Qt::Key_Slash, 0, '/');
+    sendKey(*window, QEvent::KeyRelease, Qt::Key_Slash, 16, '/');
+    QCOMPARE(told(), QString("+65 +65* +65* +66 -65 -66 +55 -191 -55"));
 }
 
 void TestKeyboardHook::treatsSystemKeys()
 {
-    QWidget window;
-    window.show();
-    const auto told = [&window](SystemKeys systemKeys) {
-        QStringList changes;
-        KeyboardHook hook;
-        hook.install(noteIn(changes), systemKeys);
-        sendKey(window, QEvent::KeyPress, Qt::Key_Alt, 64, 0xffe9);
-        sendKey(window, QEvent::KeyPress, Qt::Key_A, 38, 'a', Qt::AltModifier);
-        sendKey(window, QEvent::KeyRelease, Qt::Key_A, 38, 'a', Qt::AltModifier);
-        sendKey(window, QEvent::KeyPress, Qt::Key_B, 56, 'b', Qt::AltModifier | Qt::ControlModifier);
-        return changes.join(' ');
-    };
-    QCOMPARE(told(SystemKeys::Followed), QString("+164 +65 -65* +66"));
-    QCOMPARE(told(SystemKeys::Untold), QString("-164 -65 -65* +66"));
+    for (SystemKeys systemKeys : {SystemKeys::Followed, SystemKeys::Untold}) {
+        changes.clear();
+        hook->install(noteIn(changes), systemKeys);
+        sendKey(*window, QEvent::KeyPress, Qt::Key_Alt, 64, 0xffe9);
+        sendKey(*window, QEvent::KeyPress, Qt::Key_A, 38, 'a', Qt::AltModifier);
+        sendKey(*window, QEvent::KeyRelease, Qt::Key_A, 38, 'a', Qt::AltModifier);
+        sendKey(*window, QEvent::KeyPress, Qt::Key_B, 56, 'b', Qt::AltModifier | Qt::ControlModifier);
+        QCOMPARE(told(), QString(systemKeys == SystemKeys::Followed ? "+164 +65 -65* +66" : "-164 -65 -65* +66"));
+    }
 }
 
 void TestKeyboardHook::endsInCallback()
 {
-    QWidget window;
-    window.show();
-    auto hook = std::make_unique<KeyboardHook>();
-    int told = 0;
+    int count = 0;
     QVERIFY(hook->install([&](unsigned, bool, bool) {
-        ++told;
+        ++count;
         hook.reset();
-        QTest::keyClick(&window, Qt::Key_B); // as in the event loop of a dialog that the callback opens
-        ++told;
+        QTest::keyClick(window.get(), Qt::Key_B); // as in the event loop of a dialog that the callback opens
+        ++count;
     }));
-    QTest::keyClick(&window, Qt::Key_A);
-    QCOMPARE(told, 2);
+    QTest::keyClick(window.get(), Qt::Key_A);
+    QCOMPARE(count, 2);
 }
 
 void TestKeyboardHook::areIndependent()
 {
-    QWidget window;
-    window.show();
-    QStringList first;
-    QStringList second;
-    KeyboardHook one;
+    QStringList others;
     KeyboardHook other;
-    QVERIFY(!one.install({}));
-    QVERIFY(one.install(noteIn(first)));
-    QVERIFY(other.install(noteIn(second)));
-    QTest::keyPress(&window, Qt::Key_A);
+    QVERIFY(!other.install({}));
+    QVERIFY(other.install(noteIn(others)));
+    QTest::keyPress(window.get(), Qt::Key_A);
     other.remove();
-    QTest::keyRelease(&window, Qt::Key_A);
-    QCOMPARE(first.join(' '), QString("+65 -65"));
-    QCOMPARE(second.join(' '), QString("+65"));
+    QTest::keyRelease(window.get(), Qt::Key_A);
+    QCOMPARE(told(), QString("+65 -65"));
+    QCOMPARE(others.join(' '), QString("+65"));
 }
 
 HALVARION_TEST_MAIN(TestKeyboardHook)

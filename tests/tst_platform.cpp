@@ -11,7 +11,9 @@
 
 #include <array>
 #include <atomic>
+#include <map>
 #include <memory>
+#include <random>
 #include <thread>
 
 namespace {
@@ -48,19 +50,13 @@ private Q_SLOTS:
     void crashReplacesDump();
     void crashWithoutFolder();
 
-    void registryKeepsText_data();
     void registryKeepsText();
-    void registryNamesAreApart();
-    void registryRemoves();
     void registryReadsByHand();
-    void registrySurvivesDamage_data();
     void registrySurvivesDamage();
     void registryWithoutFolder();
     void registryFromThreads();
 
-    void autoStartEntry_data();
     void autoStartEntry();
-    void autoStartTurnedOff_data();
     void autoStartTurnedOff();
     void autoStartThatCannotBeWritten();
 
@@ -69,6 +65,7 @@ private Q_SLOTS:
 
 private:
     QString registryFile() const { return inHome(".config/halvarion/registry.ini"); }
+    QString autoStartFile() const { return inHome(".config/autostart/halvarion.desktop"); }
     QString inHome(const QString &name) const { return home->filePath(name); }
     QString runChild(const QString &way, const QString &folder);
 
@@ -106,14 +103,14 @@ void TestPlatform::crashLeavesDump_data()
         QTest::newRow(way) << function << signal;
     };
     row("fault", "deliberateFault", "SIGSEGV");
-    row("nullCall", "deliberateNullCall", "SIGSEGV");
+    row("nullCall", "deliberateCall", "SIGSEGV");
     row("thread", "deliberateFault", "SIGSEGV");
     row("overflow", "deliberateOverflow", "SIGSEGV");
-    row("abort", "deliberateAbort", "SIGABRT");
-    row("exception", "deliberateException", "SIGABRT");
-    row("bus", "deliberateSignal", "SIGBUS");
-    row("illegal", "deliberateSignal", "SIGILL");
-    row("division", "deliberateSignal", "SIGFPE");
+    row("abort", "deliberateCall", "SIGABRT");
+    row("exception", "deliberateCall", "SIGABRT");
+    row("bus", "deliberateCall", "SIGBUS");
+    row("illegal", "deliberateCall", "SIGILL");
+    row("division", "deliberateCall", "SIGFPE");
 }
 
 void TestPlatform::crashLeavesDump()
@@ -161,66 +158,58 @@ void TestPlatform::crashWithoutFolder()
     QCOMPARE(contentOf(inHome("file")), QByteArray("kept"));
 }
 
-void TestPlatform::registryKeepsText_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const QString &key, const QString &value, const QString &text) {
-        QTest::newRow(name) << key << value << text;
-    };
-    row("list of numbers", testKey, "UpdateFailInfo", "1,2,3,4");
-    row("empty text", testKey, "Empty", "");
-    row("own value of a key", testKey, "", "text");
-    row("slashes", "HKEY_CURRENT_USER\\a/b//c", "/d/", "/");
-    row("backslashes", "\\\\HKEY\\\\", "..\\..\\x", "C:\\new\\table");
-    row("INI syntax", "HKEY]\n[Other\\k=v", "a=b;c", " \"quoted\"\r\n; not a comment\n[x]\ny=z ");
-    row("blanks and comments", " ", " ; ", "   #\t");
-    row("percent", "HKEY\\%00%2F", "%", "%n %5C");
-    row("zero", QString("K") + QChar(u'\0'), QString(2, QChar(u'\0')), QString("a") + QChar(u'\0') + "b");
-    row("variant", "General", "@ByteArray(x)", "@Variant(\\0\\0)");
-    row("Chinese", "HKEY\\鼠标", "版本", "中文ü");
-    row("long", QString(3000, 'k'), QString(3000, 'v'), QString(70000, 't'));
-}
-
+/** Whatever text names a value and whatever it holds: each is kept, apart from the others, and goes alone. */
 void TestPlatform::registryKeepsText()
 {
-    QFETCH(QString, key);
-    QFETCH(QString, value);
-    QFETCH(QString, text);
-    const std::string keyText = key.toStdString();
-    const std::string valueText = value.toStdString();
-    QVERIFY(platform::registryText(keyText, valueText).empty());
-    QVERIFY(platform::setRegistryText(keyText, valueText, "before"));
-    QVERIFY(platform::setRegistryText(keyText, valueText, text.toStdString()));
-    QCOMPARE(QString::fromStdString(platform::registryText(keyText, valueText)), text);
+    QVERIFY(platform::setRegistryText(testKey, "UpdateFailInfo", "1,2,3,4"));
+    QCOMPARE(platform::registryText(testKey, "UpdateFailInfo"), std::string("1,2,3,4"));
+    std::mt19937 random(20240501);
+    const std::string pieces[] = {"a",
+                                  "\\",
+                                  "/",
+                                  "%",
+                                  "%2F",
+                                  "=",
+                                  "[",
+                                  "]",
+                                  ";",
+                                  "#",
+                                  " ",
+                                  "\n",
+                                  "\r",
+                                  "\"",
+                                  "..",
+                                  "鼠",
+                                  "@Variant(\\0)",
+                                  std::string(1, '\0'),
+                                  std::string(3000, 'k')};
+    const auto someText = [&](unsigned longest) {
+        std::string text;
+        for (unsigned count = random() % (longest + 1); count > 0; --count)
+            text += pieces[random() % std::size(pieces)];
+        return text;
+    };
+    std::map<std::pair<std::string, std::string>, std::string> kept = {
+        {{R"(K\a)", "b"}, "1"}, {{R"(K\a\b)", ""}, "2"}, {{"K/a", "b"}, "3"},   {{"K", R"(a\b)"}, "4"},
+        {{"K", "a/b"}, "5"},    {{"K", "a%2Fb"}, "6"},   {{"K", "a%5Cb"}, "7"}, {{R"(K\)", "a"}, "8"}};
+    for (int number = 0; number < 60; ++number)
+        kept[{someText(4), someText(4)}] = someText(6);
+    for (const auto &[name, text] : kept) {
+        QVERIFY(platform::setRegistryText(name.first, name.second, "before"));
+        QVERIFY(platform::setRegistryText(name.first, name.second, text));
+    }
+    while (!kept.empty()) {
+        for (const auto &[name, text] : kept)
+            QCOMPARE(platform::registryText(name.first, name.second), text);
+        const auto last = std::next(kept.begin(), random() % kept.size());
+        const auto [key, value] = last->first;
+        kept.erase(last);
+        for (int times : {1, 2})
+            QVERIFY2(platform::removeRegistryValue(key, value), qPrintable(QString::number(times)));
+        QVERIFY(platform::registryText(key, value).empty());
+    }
     QCOMPARE(QDir(home->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList(".config"));
-}
-
-void TestPlatform::registryNamesAreApart()
-{
-    const std::pair<std::string, std::string> names[] = {
-        {R"(K\a)", "b"}, {R"(K\a\b)", ""}, {R"(K\a\b)", "c"}, {"K/a", "b"},     {"K", R"(a\b)"}, {"K", "a/b"},
-        {"K", "a%2Fb"},  {"K", "a%5Cb"},   {R"(K\)", "a"},    {R"(K\a)", "b%"}, {"K", "%"},      {"K", ""}};
-    int number = 0;
-    for (const auto &[key, value] : names)
-        QVERIFY(platform::setRegistryText(key, value, std::to_string(++number)));
-    number = 0;
-    for (const auto &[key, value] : names)
-        QCOMPARE(platform::registryText(key, value), std::to_string(++number));
-}
-
-void TestPlatform::registryRemoves()
-{
-    QVERIFY(platform::setRegistryText("K", "value", "1"));
-    QVERIFY(platform::setRegistryText("K", "other", "2"));
-    QVERIFY(platform::setRegistryText("K\\value", "below", "3"));
-    QVERIFY(platform::removeRegistryValue("K", "value"));
-    QVERIFY(platform::removeRegistryValue("K", "value"));
-    QCOMPARE(platform::registryText("K", "value"), std::string());
-    QCOMPARE(platform::registryText("K", "other"), std::string("2"));
-    QCOMPARE(platform::registryText("K\\value", "below"), std::string("3"));
 }
 
 void TestPlatform::registryReadsByHand()
@@ -237,29 +226,23 @@ void TestPlatform::registryReadsByHand()
     QCOMPARE(platform::registryText("Other", "LanguageIndex"), std::string("6"));
 }
 
-void TestPlatform::registrySurvivesDamage_data()
+void TestPlatform::registrySurvivesDamage()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("not an INI file") << QByteArray("garbage without an end [\n\n]\n=\nno equals sign\n%\n%4\n[");
-    QTest::newRow("zeros") << QByteArray(5000, '\0');
     QByteArray noise;
     for (unsigned i = 0, state = 1; i < 20000; ++i, state = state * 1103515245u + 12345u)
         noise.append(static_cast<char>(state >> 16));
-    QTest::newRow("noise") << noise;
-    QTest::newRow("variants") << QByteArray("[K]\nvalue=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)\nother=@Rect(");
-}
-
-void TestPlatform::registrySurvivesDamage()
-{
-    QFETCH(QByteArray, content);
-    writeFile(registryFile(), content + "\n[K]\nwhole=1\n");
-    platform::registryText("K", "value");
-    QCOMPARE(platform::registryText("K", "whole"), std::string("1"));
-    QVERIFY(platform::setRegistryText("K", "whole", "2"));
-    QVERIFY(platform::setRegistryText("K", "new", "3"));
-    QCOMPARE(platform::registryText("K", "whole"), std::string("2"));
-    QCOMPARE(platform::registryText("K", "new"), std::string("3"));
-    QVERIFY(contentOf(registryFile()).startsWith(content)); // nothing is lost
+    const QByteArray contents[] = {"garbage without an end [\n\n]\n=\nno equals sign\n%\n%4\n[", QByteArray(5000, '\0'),
+                                   noise, "[K]\nvalue=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)\nother=@Rect("};
+    for (const QByteArray &content : contents) {
+        writeFile(registryFile(), content + "\n[K]\nwhole=1\n");
+        platform::registryText("K", "value");
+        QCOMPARE(platform::registryText("K", "whole"), std::string("1"));
+        QVERIFY(platform::setRegistryText("K", "whole", "2"));
+        QVERIFY(platform::setRegistryText("K", "new", "3"));
+        QCOMPARE(platform::registryText("K", "whole"), std::string("2"));
+        QCOMPARE(platform::registryText("K", "new"), std::string("3"));
+        QVERIFY(contentOf(registryFile()).startsWith(content)); // nothing is lost
+    }
 }
 
 void TestPlatform::registryWithoutFolder()
@@ -289,65 +272,53 @@ void TestPlatform::registryFromThreads()
     QCOMPARE(wrong.load(), 0);
 }
 
-void TestPlatform::autoStartEntry_data()
-{
-    QTest::addColumn<QString>("executable");
-    QTest::addColumn<QByteArray>("line");
-    QTest::newRow("plain") << "/opt/halvarion" << QByteArray(R"(Exec="/opt/halvarion")");
-    QTest::newRow("blanks") << "/opt/my mouse/halvarion" << QByteArray(R"(Exec="/opt/my mouse/halvarion")");
-    QTest::newRow("quotes") << R"(/a"b'c)" << QByteArray(R"(Exec="/a\\"b'c")");
-    QTest::newRow("percent") << "/100%/%f" << QByteArray(R"(Exec=env "/100%%/%%f")");
-    QTest::newRow("shell") << "/$HOME/`id`" << QByteArray(R"(Exec="/\\$HOME/\\`id\\`")");
-    QTest::newRow("backslash") << R"(/a\nb)" << QByteArray(R"(Exec="/a\\\\nb")");
-    QTest::newRow("line end") << "/a\nHidden=true" << QByteArray(R"(Exec="/a\nHidden=true")");
-    QTest::newRow("Chinese") << QString("/鼠标") << QByteArray("Exec=\"/鼠标\"");
-}
-
 void TestPlatform::autoStartEntry()
 {
-    QFETCH(QString, executable);
-    QFETCH(QByteArray, line);
-    const QString entry = inHome(".config/autostart/halvarion.desktop");
-    QVERIFY(!platform::startsWithSystem());
-    QVERIFY(platform::setStartsWithSystem(true, executable.toStdString()));
-    QVERIFY(platform::startsWithSystem());
-    const QList<QByteArray> lines = contentOf(entry).split('\n');
-    QCOMPARE(lines.first(), QByteArray("[Desktop Entry]"));
-    QVERIFY(lines.contains("Type=Application"));
-    QVERIFY2(lines.contains(line), contentOf(entry).constData());
-
-    QVERIFY(platform::setStartsWithSystem(false, executable.toStdString()));
-    QVERIFY(platform::setStartsWithSystem(false, executable.toStdString()));
-    QVERIFY(!platform::startsWithSystem());
-    QVERIFY(!QFile::exists(entry));
-}
-
-void TestPlatform::autoStartTurnedOff_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("starts");
-    QTest::newRow("on") << QByteArray("[Desktop Entry]\nExec=x\nX-GNOME-Autostart-enabled=true\n") << true;
-    QTest::newRow("hidden") << QByteArray("[Desktop Entry]\nExec=x\nHidden = true\n") << false;
-    QTest::newRow("disabled") << QByteArray("[Desktop Entry]\nX-GNOME-Autostart-enabled=false\nExec=x\n") << false;
-    QTest::newRow("empty") << QByteArray() << false;
+    const std::pair<const char *, const char *> lines[] = {
+        {"/opt/my mouse/halvarion", R"(Exec="/opt/my mouse/halvarion")"},
+        {R"(/a"b'c)", R"(Exec="/a\\"b'c")"},
+        {"/100%/%f", R"(Exec=env "/100%%/%%f")"},
+        {"/$HOME/`id`", R"(Exec="/\\$HOME/\\`id\\`")"},
+        {R"(/a\nb)", R"(Exec="/a\\\\nb")"},
+        {"/a\nHidden=true", R"(Exec="/a\nHidden=true")"},
+        {"/鼠标", "Exec=\"/鼠标\""},
+    };
+    for (const auto &[executable, line] : lines) {
+        QVERIFY(!platform::startsWithSystem());
+        QVERIFY(platform::setStartsWithSystem(true, executable));
+        QVERIFY(platform::startsWithSystem());
+        const QList<QByteArray> written = contentOf(autoStartFile()).split('\n');
+        QCOMPARE(written.first(), QByteArray("[Desktop Entry]"));
+        QVERIFY(written.contains("Type=Application"));
+        QVERIFY2(written.contains(line), contentOf(autoStartFile()).constData());
+        for (int times = 0; times < 2; ++times)
+            QVERIFY(platform::setStartsWithSystem(false, executable));
+        QVERIFY(!QFile::exists(autoStartFile()));
+    }
 }
 
 void TestPlatform::autoStartTurnedOff()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(bool, starts);
-    writeFile(inHome(".config/autostart/halvarion.desktop"), content);
-    QCOMPARE(platform::startsWithSystem(), starts);
-    QVERIFY(!platform::setStartsWithSystem(true, {}));
-    QCOMPARE(contentOf(inHome(".config/autostart/halvarion.desktop")), content);
-    QVERIFY(platform::setStartsWithSystem(true, "/x"));
-    QVERIFY(platform::startsWithSystem());
+    const std::pair<QByteArray, bool> contents[] = {
+        {"[Desktop Entry]\nExec=x\nX-GNOME-Autostart-enabled=true\n", true},
+        {"[Desktop Entry]\nExec=x\nHidden = true\n", false},
+        {"[Desktop Entry]\nX-GNOME-Autostart-enabled=false\nExec=x\n", false},
+        {"", false},
+    };
+    for (const auto &[content, starts] : contents) {
+        writeFile(autoStartFile(), content);
+        QCOMPARE(platform::startsWithSystem(), starts);
+        QVERIFY(!platform::setStartsWithSystem(true, {}));
+        QCOMPARE(contentOf(autoStartFile()), content);
+        QVERIFY(platform::setStartsWithSystem(true, "/x"));
+        QVERIFY(platform::startsWithSystem());
+    }
 }
 
 /** Something stands where the entry goes: the caller learns it, and nothing of the user's is lost. */
 void TestPlatform::autoStartThatCannotBeWritten()
 {
-    const QString inside = inHome(".config/autostart/halvarion.desktop/kept");
+    const QString inside = autoStartFile() + "/kept";
     writeFile(inside, "x");
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("halvarion.desktop: "));
     QVERIFY(!platform::setStartsWithSystem(true, "/x"));

@@ -17,8 +17,6 @@ class ProductDataTest : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void codedKeysAreDecodedAndOthersAreNot();
-    void theProductFileOnDiskIsCoded();
-    void languageSection_data();
     void languageSection();
     void settingsSurviveAnotherReader();
     void damagedProduct_data();
@@ -39,33 +37,22 @@ void ProductDataTest::codedKeysAreDecodedAndOthersAreNot()
     QCOMPARE(ConfigStore::instance()->valueList("Drive7", "Sensor"), QStringList());
     QCOMPARE(ModelData::modelIndexOf(2), 1);
     QCOMPARE(ModelData::modelIndexOf(99), ModelData::deviceTotal());
-}
-
-void ProductDataTest::theProductFileOnDiskIsCoded()
-{
-    QSettings file(QCoreApplication::applicationDirPath() + "/usersetting/Config.ini", QSettings::IniFormat);
+    const QSettings file(QCoreApplication::applicationDirPath() + "/usersetting/Config.ini", QSettings::IniFormat);
     QCOMPARE(file.value("Option/VID").toString(), QStringLiteral("RjBBMQ=="));
     QCOMPARE(file.value("Option/DeviceTotal").toString(), QStringLiteral("2"));
 }
 
-void ProductDataTest::languageSection_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("confirm");
-    QTest::newRow("English") << 0 << "OK";
-    QTest::newRow("Simplified Chinese, a file with a Chinese name") << 1 << "确定";
-    QTest::newRow("an index beyond the list is English") << 7 << "OK";
-    QTest::newRow("a negative index is English") << -1 << "OK";
-}
-
 void ProductDataTest::languageSection()
 {
-    QFETCH(int, index);
-    QHash<QString, QString> texts;
-    QVERIFY(LanguageFile::readSection(
-        index, "SameMacro", [&](const QString &element, const QString &text) { texts.insert(element, text); }));
-    QTEST(texts.value("NewHong"), "confirm");
-    QCOMPARE(texts.size(), 2); // nothing of another section
+    // The second file has a Chinese name; an index that the list doesn't have is English.
+    const std::pair<int, const char *> words[] = {{0, "OK"}, {1, "确定"}, {7, "OK"}, {-1, "OK"}};
+    for (const auto &[index, word] : words) {
+        QHash<QString, QString> texts;
+        QVERIFY(LanguageFile::readSection(
+            index, "SameMacro", [&](const QString &element, const QString &text) { texts.insert(element, text); }));
+        QCOMPARE(texts.value("NewHong"), QString(word));
+        QCOMPARE(texts.size(), 2); // nothing of another section
+    }
 }
 
 void ProductDataTest::settingsSurviveAnotherReader()
@@ -107,33 +94,28 @@ void ProductDataTest::damagedProduct_data()
     QTest::addColumn<QString>("told");
     const QString config = "usersetting/Config.ini";
     const QString english = "Language/0-English.xml";
-    const QString defaults = "models 0 vid '' label 176,184,192 texts 2 whole";
-    QTest::newRow("no product file") << config << QByteArray() << defaults;
-    QTest::newRow("empty product file") << config << QByteArray(" ") << defaults;
-    QTest::newRow("binary product file") << config << QByteArray::fromHex("00ff5b4f0a80feff3d2c0d0a5b") << defaults;
-    QTest::newRow("a colour with two numbers, a count that is none")
-        << config << QByteArray("[Option]\nDeviceTotal=many\nVID=RjBBMQ==\nLabelColor=1,2\n")
-        << "models 0 vid 'F0A1' label 176,184,192 texts 2 whole";
-    QTest::newRow("a colour out of range, a count far too high")
-        << config << QByteArray("[Option]\nDeviceTotal=2000000000\nVID=%%%\nLabelColor=1,2,300\n")
-        << "models 64 vid '' label 176,184,192 texts 2 whole";
-    QTest::newRow("no language file") << english << QByteArray()
-                                      << "models 2 vid 'F0A1' label 176,184,192 texts 0 damaged";
-    QTest::newRow("wrong root") << english << QByteArray("<Labels><SameMacro><label>a</label></SameMacro></Labels>")
-                                << "models 2 vid 'F0A1' label 176,184,192 texts 0 damaged";
-    QTest::newRow("cut in the middle")
-        << english << QByteArray("<Total><SameMacro><label>a</label><NewHong>b</NewHong></SameMacro><X><y>")
-        << "models 2 vid 'F0A1' label 176,184,192 texts 2 damaged";
-    QTest::newRow("cut inside a text") << english << QByteArray("<Total><SameMacro><label>a</label><NewHong>b")
-                                       << "models 2 vid 'F0A1' label 176,184,192 texts 1 damaged";
-    QTest::newRow("wrong encoding") << english
-                                    << QByteArray("<Total><SameMacro><label>\xff\xfe\xe9</label></SameMacro></Total>")
-                                    << "models 2 vid 'F0A1' label 176,184,192 texts 0 damaged";
-    QTest::newRow("unknown elements at any depth")
-        << english
-        << QByteArray("<Total><A><B><SameMacro/></B></A><SameMacro><label>a<i>b</i></label><Z><label/></Z>"
-                      "</SameMacro></Total>")
-        << "models 2 vid 'F0A1' label 176,184,192 texts 2 whole";
+    const QString usual = "models 2 vid 'F0A1' label 176,184,192 ";
+    const QString nothing = "models 0 vid '' label 176,184,192 texts 2 whole";
+    const auto row = [](const char *name, const QString &file, const QByteArray &content, const QString &told) {
+        QTest::newRow(name) << file << content << told;
+    };
+    row("empty product file", config, " ", nothing);
+    row("binary product file", config, QByteArray::fromHex("00ff5b4f0a80feff3d2c0d0a5b"), nothing);
+    row("a colour with two numbers, a count that is none", config,
+        "[Option]\nDeviceTotal=many\nVID=RjBBMQ==\nLabelColor=1,2\n",
+        "models 0 vid 'F0A1' label 176,184,192 texts 2 whole");
+    row("a colour out of range, a count far too high", config,
+        "[Option]\nDeviceTotal=2000000000\nVID=%%%\nLabelColor=1,2,300\n",
+        "models 64 vid '' label 176,184,192 texts 2 whole");
+    row("wrong root", english, "<Labels><SameMacro><label>a</label></SameMacro></Labels>", usual + "texts 0 damaged");
+    row("cut in the middle", english, "<Total><SameMacro><label>a</label><NewHong>b</NewHong></SameMacro><X><y>",
+        usual + "texts 2 damaged");
+    row("cut inside a text", english, "<Total><SameMacro><label>a</label><NewHong>b", usual + "texts 1 damaged");
+    row("wrong encoding", english, "<Total><SameMacro><label>\xff\xfe\xe9</label></SameMacro></Total>",
+        usual + "texts 0 damaged");
+    row("unknown elements at any depth", english,
+        "<Total><A><B><SameMacro/></B></A><SameMacro><label>a<i>b</i></label><Z><label/></Z></SameMacro></Total>",
+        usual + "texts 2 whole");
 }
 
 void ProductDataTest::damagedProduct()

@@ -1,4 +1,3 @@
-#include "app/InstanceGuard.h"
 #include "app/LogWriter.h"
 #include "productdata/UserFolders.h"
 #include "support/TestHome.h"
@@ -7,14 +6,12 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QRegularExpression>
 
-#include <csignal>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace {
-
-const char *const holderFolder = "HALVARION_GUARD_FOLDER";
 
 void writeFile(const QString &path, const QByteArray &content)
 {
@@ -25,9 +22,7 @@ void writeFile(const QString &path, const QByteArray &content)
 
 } // namespace
 
-Q_DECLARE_METATYPE(UserFolders::Folder)
-
-/** What the process does before its first window: the per-user tree, pruning, the guard, the log writer. */
+/** What the process does before its first window: the per-user tree, pruning, the log writer. */
 class StartupTest : public QObject
 {
     Q_OBJECT
@@ -35,10 +30,7 @@ private Q_SLOTS:
     void makesTheWholeTree();
     void leavesSettingsAlone();
     void aFileInTheWayIsNotFatal();
-    void prunes_data();
     void prunes();
-    void guardFollowsTheLivingHolder();
-    void holdGuard();
     void logWriterWritesDebugOnly();
 };
 
@@ -76,83 +68,40 @@ void StartupTest::aFileInTheWayIsNotFatal()
     QVERIFY(QFileInfo(folder).isDir());
 }
 
-void StartupTest::prunes_data()
-{
-    QTest::addColumn<UserFolders::Folder>("folder");
-    QTest::addColumn<int>("hours");
-    QTest::addColumn<bool>("isFolder");
-    QTest::addColumn<bool>("kept");
-    using UserFolders::Folder;
-    QTest::newRow("a log of today") << Folder::Log << 0 << false << true;
-    QTest::newRow("a log one hour short of 8 days") << Folder::Log << 8 * 24 - 1 << false << true;
-    QTest::newRow("a log of 8 days") << Folder::Log << 8 * 24 << false << false;
-    QTest::newRow("a dump of 9 days") << Folder::Exception << 9 * 24 << false << false;
-    QTest::newRow("an old folder") << Folder::Log << 100 * 24 << true << true;
-    QTest::newRow("an old cache file") << Folder::DeviceInfo << 100 * 24 << false << true;
-}
-
 void StartupTest::prunes()
 {
-    QFETCH(UserFolders::Folder, folder);
-    QFETCH(int, hours);
-    QFETCH(bool, isFolder);
+    using UserFolders::Folder;
     UserFolders::prepare();
-    const QString path = UserFolders::path(folder) + "/aged";
-    if (isFolder) {
-        QVERIFY(QDir().mkpath(path));
-    } else {
-        writeFile(path, "x");
-        QFile file(path);
+    struct Aged
+    {
+        Folder folder;
+        const char *name; ///< several, so that one that goes can't hide the next
+        int hours;
+        bool isKept;
+    };
+    const Aged all[] = {
+        {Folder::Log, "aaa", 0, true},           {Folder::Log, "almost 8 days", 8 * 24 - 1, true},
+        {Folder::Log, "8 days", 8 * 24, false},  {Folder::Log, "zzz", 0, true},
+        {Folder::Exception, "aaa", 0, true},     {Folder::Exception, "9 days", 9 * 24, false},
+        {Folder::DeviceInfo, "old", 2400, true},
+    };
+    const auto pathOf = [](const Aged &aged) { return UserFolders::path(aged.folder) + '/' + aged.name; };
+    for (const Aged &aged : all) {
+        writeFile(pathOf(aged), "x");
+        QFile file(pathOf(aged));
         QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(qint64{-3600} * hours),
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(qint64{-3600} * aged.hours),
                                  QFileDevice::FileModificationTime));
     }
-    // Several files, so that one that goes can't hide the next.
-    writeFile(UserFolders::path(folder) + "/aaa", "x");
-    writeFile(UserFolders::path(folder) + "/zzz", "x");
-    UserFolders::prune(UserFolders::Folder::Log);
-    UserFolders::prune(UserFolders::Folder::Exception);
-    QTEST(QFileInfo::exists(path), "kept");
-    QVERIFY(QFileInfo::exists(UserFolders::path(folder) + "/aaa"));
-    QVERIFY(QFileInfo::exists(UserFolders::path(folder) + "/zzz"));
-    QDir().rmdir(path);
-    QFile::remove(path);
-}
-
-/** Runs in a process of its own: takes the guard and holds it until it is killed. */
-void StartupTest::holdGuard()
-{
-    if (!qEnvironmentVariableIsSet(holderFolder))
-        QSKIP("runs in the process that guardFollowsTheLivingHolder starts");
-    qputenv("TMPDIR", qgetenv(holderFolder)); // the guard's key lies there; it is per machine, tests make it per test
-    printf(InstanceGuard::instance().take() ? "HELD\n" : "REFUSED\n");
-    fflush(stdout);
-    QTest::qWait(60000);
-}
-
-void StartupTest::guardFollowsTheLivingHolder()
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QLatin1String(holderFolder), QDir::tempPath());
-    QProcess holder;
-    holder.setProcessEnvironment(environment);
-    holder.start(QCoreApplication::applicationFilePath(), {"holdGuard"});
-    QByteArray said;
-    QTRY_VERIFY_WITH_TIMEOUT((said += holder.readAllStandardOutput()).contains("HELD"), 30000);
-    QVERIFY(!InstanceGuard::instance().take());
-    QVERIFY(!InstanceGuard::instance().take()); // looking must not loosen it
-
-    QProcess second;
-    second.setProcessEnvironment(environment);
-    second.start(QCoreApplication::applicationFilePath(), {"holdGuard"});
-    said.clear();
-    QTRY_VERIFY_WITH_TIMEOUT((said += second.readAllStandardOutput()).contains("REFUSED"), 30000);
-    second.kill();
-    QVERIFY(second.waitForFinished());
-
-    ::kill(static_cast<pid_t>(holder.processId()), SIGKILL);
-    QVERIFY(holder.waitForFinished());
-    QVERIFY(InstanceGuard::instance().take());
+    const QString folder = UserFolders::path(Folder::Log) + "/folder";
+    QVERIFY(QDir().mkpath(folder));
+    const timespec longAgo[] = {{1, 0}, {1, 0}};
+    QCOMPARE(utimensat(AT_FDCWD, QFile::encodeName(folder).constData(), longAgo, 0), 0);
+    UserFolders::prune(Folder::Log);
+    UserFolders::prune(Folder::Exception);
+    for (const Aged &aged : all)
+        QVERIFY2(QFileInfo::exists(pathOf(aged)) == aged.isKept, aged.name);
+    QVERIFY(QFileInfo::exists(folder));
 }
 
 void StartupTest::logWriterWritesDebugOnly()

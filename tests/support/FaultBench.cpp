@@ -16,7 +16,7 @@
 #include <QRandomGenerator>
 #include <QTest>
 
-#include <cstring>
+#include <algorithm>
 
 FaultBench::FaultBench(const std::function<void()> &prepare)
 {
@@ -47,17 +47,15 @@ FlashDataMap FaultBench::held()
 
 bool FaultBench::openQ1()
 {
-    const auto indexOfQ1 = [] {
+    const auto isListed = [this] {
         const QList<DeviceAllInfo> &devices = ChooserList::devices();
-        for (int index = 0; index < devices.size(); ++index) {
-            if (devices[index].DeviceKind == 1)
-                return index;
-        }
-        return -1;
+        return shown->entryCount() == devices.size() &&
+               std::any_of(devices.begin(), devices.end(),
+                           [](const DeviceAllInfo &each) { return each.DeviceKind == 1; });
     };
-    if (!waitFor([&] { return indexOfQ1() >= 0 && shown->entryCount() == ChooserList::devices().size(); }))
+    if (!waitFor(isListed))
         return false;
-    shown->click(QStringLiteral("btn%1").arg(indexOfQ1()));
+    shown->click(shown->pictureOf("q1"));
     return true;
 }
 
@@ -85,8 +83,7 @@ QString FaultBench::unsettled(bool isCorded)
     if (!LinkUp || OfflineWaiting || ReconnectRequested || isConnecting() || isDispatching())
         return QStringLiteral("a connect is under way");
     const FlashDataMap inMouse = held();
-    const FlashDataMap working = WorkingRecord::instance().copy();
-    if (std::memcmp(&inMouse, &working, sizeof working) != 0)
+    if (inMouse != WorkingRecord::instance().copy())
         return QStringLiteral("the working record isn't what the mouse holds");
     return screenDifferences(shown->window(), inMouse, isCorded).join(QStringLiteral("; "));
 }
@@ -103,6 +100,14 @@ QString FaultBench::settle(int milliseconds)
     return isSettled ? QString() : left;
 }
 
+QString FaultBench::settleInTime()
+{
+    const QString left = settle();
+    return left.isEmpty() ? beat.complaint() : left;
+}
+
+QString FaultBench::connectQ1() { return openQ1() ? settle() : QStringLiteral("the Q1 isn't on the chooser"); }
+
 bool FaultBench::waitFor(const std::function<bool()> &condition, int milliseconds)
 {
     const QDeadlineTimer deadline(milliseconds);
@@ -118,7 +123,7 @@ bool FaultBench::waitFor(const std::function<bool()> &condition, int millisecond
 void FaultBench::measureHealthyTurn()
 {
     beat.restart();
-    if (!openQ1() || !settle().isEmpty())
+    if (!connectQ1().isEmpty())
         qFatal("there is no connection even without a fault");
     for (const char *page : {"SensorButton", "LightsButton", "MacroButton", "FormSetting", "ButtonMain"}) {
         shown->click(page);

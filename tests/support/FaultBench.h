@@ -6,8 +6,12 @@
 
 #include <QStringList>
 
+#include <array>
 #include <functional>
 #include <memory>
+
+/** What can happen to an answer, as portwirectl names it. */
+constexpr std::array<const char *, 4> faultKinds = {"drop", "stall", "garbage", "short"};
 
 /**
  * The whole program before the virtual bus, with a watch on the GUI thread. What the test does with the bus goes
@@ -40,6 +44,10 @@ public:
      * \return what is still in the way; empty when all is well.
      */
     QString settle(int milliseconds = 8000);
+    /** As settle(); says also if the GUI thread left the user waiting since its heartbeat was restarted. */
+    QString settleInTime();
+    /** Opens the Q1 and settles. */
+    QString connectQ1();
     /** The present state, as settle() judges it. */
     QString unsettled(bool isCorded = false);
 

@@ -54,27 +54,28 @@ public:
     explicit Comparison(const QWidget *shownPage) : page(shownPage) {}
 
     template<typename Widget>
-    const Widget *find(const char *name) const
+    const Widget *find(const QByteArray &name) const
     {
-        const auto *widget = page->findChild<Widget *>(QLatin1String(name));
+        const auto *widget = page->findChild<Widget *>(QString(QLatin1String(name)));
         if (!widget)
-            qFatal("there is no %s", name);
+            qFatal("there is no %s", name.constData());
         return widget;
     }
-    void compare(const QString &what, int shown, int held)
+    void compare(const QByteArray &what, int shown, int held)
     {
         if (shown != held)
-            differences << QStringLiteral("%1 shows %2, the mouse holds %3").arg(what).arg(shown).arg(held);
+            differences
+                << QStringLiteral("%1 shows %2, the mouse holds %3").arg(QLatin1String(what)).arg(shown).arg(held);
     }
     void choice(const char *name, int held) { compare(name, find<QComboBox>(name)->currentIndex(), held); }
     void slider(const char *name, int held) { compare(name, find<QAbstractSlider>(name)->value(), held); }
     void number(const char *name, int held) { compare(name, find<QSpinBox>(name)->value(), held); }
-    void button(const char *name, bool held) { compare(name, find<QAbstractButton>(name)->isChecked(), held); }
-    void colour(const char *name, int red, int green, int blue)
+    void button(const QByteArray &name, bool held) { compare(name, find<QAbstractButton>(name)->isChecked(), held); }
+    void colour(const QByteArray &name, int red, int green, int blue)
     {
         const QString colour = QStringLiteral("rgb(%1,%2,%3)").arg(red).arg(green).arg(blue);
         if (!find<QWidget>(name)->styleSheet().contains(colour))
-            differences << QStringLiteral("%1 isn't %2").arg(name, colour);
+            differences << QStringLiteral("%1 isn't %2").arg(QLatin1String(name), colour);
     }
 
     QStringList differences;
@@ -86,13 +87,21 @@ private:
 void compareLevels(Comparison &sensor, const FlashDataMap &held)
 {
     sensor.choice("ChooseEvent", held.DpiLevelCount - 1);
-    for (int index = 0; index < held.DpiLevelCount; ++index) {
-        const char *const name = cards[static_cast<std::size_t>(index)];
+    const auto *const marker = sensor.find<QWidget>("label_8");
+    for (int index = 0; index < 8; ++index) {
+        const QByteArray name = cards[static_cast<std::size_t>(index)];
+        const auto *const card = sensor.find<QAbstractButton>(name);
+        sensor.compare(name + " offered", !card->isHidden(), index < held.DpiLevelCount);
+        if (index >= held.DpiLevelCount)
+            continue;
         const DpiLevel &level = held.DpiLevels[index];
-        sensor.button(name, index == held.DpiCurrentLevel);
-        sensor.compare(name, sensor.find<QAbstractButton>(name)->text().toInt(), dpiOf(level));
-        const QString bar = QLatin1String(name) + QLatin1Char('A');
-        sensor.colour(bar.toLatin1().constData(), level.Red, level.Green, level.Blue);
+        const bool isActive = index == held.DpiCurrentLevel;
+        sensor.button(name, isActive);
+        sensor.button(name + 'A', isActive);
+        sensor.compare(name, card->text().toInt(), dpiOf(level));
+        sensor.colour(name + 'A', level.Red, level.Green, level.Blue);
+        const int distance = marker->geometry().center().x() - card->geometry().center().x();
+        sensor.compare(name + " has the marker", qAbs(distance) <= 3, isActive);
     }
     const int dpi = dpiOf(held.DpiLevels[held.DpiCurrentLevel % 8]);
     sensor.slider("horizontalSliderC", dpi);
@@ -114,12 +123,16 @@ QStringList sensorDifferences(const QWidget *page, const FlashDataMap &held, boo
     sensor.button("StraightLine_2", held.StraightLine != 0);
     sensor.button("MotionSync_2", held.MotionSync != 0);
     sensor.compare("performance time", sensor.find<QComboBox>("PerformanceOpen")->isEnabled(), held.Performance != 0);
-    sensor.choice("Model", held.DpiLedOn != 0 ? held.DpiLedMode : 0);
     const int brightness = indexIn(indicatorBrightness, held.DpiLedBrightness) + 1;
     sensor.slider("SpeedH", held.DpiLedSpeed);
     sensor.number("SpeedSpinBox", held.DpiLedSpeed);
     sensor.slider("LightH", brightness);
     sensor.number("LightSpinBox", brightness);
+    const auto *const indicator = sensor.find<QWidget>("frameEffect"); // which itself is offered to nobody
+    const int effect = held.DpiLedOn != 0 ? held.DpiLedMode : 0;
+    sensor.choice("Model", effect);
+    sensor.compare("LightH offered", sensor.find<QWidget>("LightH")->isVisibleTo(indicator), effect == 1);
+    sensor.compare("SpeedH offered", sensor.find<QWidget>("SpeedH")->isVisibleTo(indicator), effect == 2);
     compareLevels(sensor, held);
     return sensor.differences;
 }
