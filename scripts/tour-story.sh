@@ -77,6 +77,47 @@ shot macro-recording
 click $record
 click $save_macro
 check "what was typed is in the file" 3 macro_holds tour "0x1A 1 0;0x1A 1 1;0x04 1 0;0x04 1 1;0x2C 1 0;0x2C 1 1"
+
+echo "Buttons: a function, a combination, a macro"
+button_page
+click $(row 1)
+check "the last left button has to stay" 3 prompt_shown
+shot button-left-stays
+click 666 280
+hover $(row 3)
+shot button-hover
+click $(row 5)
+choose_function "$media_keys"
+shot button-media-keys
+click $first_of_list
+check "the mouse opens the player" 3 press_says q1 3 'any(.type == "consumer" and .code == 387)'
+click $(row 3)
+choose_function "$combination"
+check "the keys are asked for" 3 prompt_shown
+click 484 353
+xdotool key Escape
+sleep 0.2
+shot button-combination
+click 472 388
+check "the mouse presses Ctrl and Esc" 3 press_says q1 2 'map(select(.action == "press").code) == [1, 41]'
+click $(row 6)
+choose_function "$fire_key"
+check "interval and count are asked for" 3 dialog_shown 406x170
+shot button-fire-key
+xdotool key Return
+click $(row 6)
+choose_function "$dpi_lock"
+shot button-dpi-lock
+click $first_of_list
+check "the lock is in the mouse's flash" 3 byte_is q1 89 10
+click $(row 4)
+choose_function "$macro_function"
+shot button-macros
+click $first_of_list
+check "the mouse plays the macro" 3 press_says q1 4 'map(select(.action == "press").code) == [26, 4, 44]'
+shot button-assigned
+macro_page
+click 240 167
 click 560 219
 shot macro-row
 click $amend
@@ -96,6 +137,7 @@ check "to delete is asked again" 3 prompt_shown
 shot macro-delete
 xdotool key Return
 check "the file is gone" 3 test ! -e "$macros/tour.ini"
+check "and the button does what it did from the factory" 3 press_says q1 4 'any(.type == "button" and .code == 8)'
 sensor_page
 
 echo "The cable takes over"
@@ -144,6 +186,9 @@ for index in 1 4; do
     language $index
     click $Q1
     connected "wait-prompt-language-$index"
+    click $(row 2)
+    choose_function "$media_keys"
+    shot "button-language-$index"
     sensor_page
     shot "sensor-language-$index"
     lighting_page
