@@ -43,6 +43,7 @@ FireKey::FireKey()
 {
     // The base class puts one text in the middle; here each stands before its number.
     label()->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    label()->setWordWrap(false);
     addLabel(frame(), "label_2", "间隔 (10-255)", intervalLabel);
     addLabel(frame(), "label_3", "次数设置为0时, 按下按键一直发, 松开按键结束", hintLabel)->setWordWrap(true);
     findChild<QToolButton *>(QStringLiteral("CloseButton"))->move(closePlace);

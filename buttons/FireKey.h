@@ -27,8 +27,8 @@ public Q_SLOTS:
 private:
     QSpinBox *addNumber(const char *name, const QRect &place, int minimum, int maximum, int value);
 
+    int Interval = 10; // these two first: the boxes start with them
+    int Repeats = 3;
     QSpinBox *Time;
     QSpinBox *Count;
-    int Interval = 10;
-    int Repeats = 3;
 };

@@ -214,6 +214,8 @@ void KeyEntryTest::fireKey()
     QCOMPARE(dialog.interval(), 40);
     QCOMPARE(dialog.repeats(), 0);
     FireKey refused;
+    QCOMPARE(refused.findChild<QSpinBox *>("Time")->value(), 10);
+    QCOMPARE(refused.findChild<QSpinBox *>("Count")->value(), 3);
     QCOMPARE(PromptDriver::execAnd(refused, [&] { QTest::keyClick(&refused, Qt::Key_Escape); }), 0);
     QVERIFY(!refused.confirmed());
 }
