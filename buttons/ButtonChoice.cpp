@@ -121,6 +121,7 @@ void Buttoninterface::assignSubEntry(const char *name, bool checked)
 
 void Buttoninterface::on_DPI_10_clicked()
 {
+    macros.complete();
     menu.showList(macros.isEmpty() ? List::Idle : List::Macros);
     if (!macros.isEmpty())
         return;

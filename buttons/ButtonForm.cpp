@@ -130,11 +130,11 @@ void ButtonForm::build(QWidget *parent)
     NumberGroup = makeGroup(parent);
 
     buildNumbers(parent);
-    buildProfile(parent);
     groupBox = add<QFrame>(parent, "groupBox", {0, stripTop, pageSize.width(), columnTop + listPlace.height()});
     buildRows();
     buildLists();
     buildIdlePage();
+    buildProfile(parent);
     linkHover();
 }
 
@@ -233,6 +233,9 @@ void ButtonForm::buildProfile(QWidget *parent)
 {
     ProjectChoose = add<MyConmboBox>(parent, "ProjectChoose", chooserPlace);
     ProjectChoose->setFont(fontOf(textPoints));
+    // The page comes up without a control that has the keyboard: an arrow key would change the profile.
+    ProjectChoose->setFocusPolicy(Qt::ClickFocus);
+    DebunceButton->findChild<QComboBox *>()->setFocusPolicy(Qt::ClickFocus);
     ImportData = addButton<QToolButton>(parent, "ImportData", importPlace, "导入", false);
     OutputData = addButton<QToolButton>(parent, "OutputData", exportPlace, "导出", false);
     Reset = addButton<QToolButton>(parent, "Reset", resetPlace, "恢复出厂", false);

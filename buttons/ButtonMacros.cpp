@@ -50,7 +50,7 @@ void ButtonMacros::follow(const QString &macro, int saved)
         // keeps its address.
         const DeviceAllInfo now = SelectInfo().get();
         const bool isSameMouse = now.ModelIndex == mouse.ModelIndex && now.UsbAddress == mouse.UsbAddress;
-        if (Wait::isEnding() || !DeviceWindowOpen || !isSameMouse)
+        if (Wait::isEnding() || !DeviceEntered || !isSameMouse)
             return;
     }
     // Asked row by row now: in the wait, or in the prompt of a mouse that fell asleep, a row may have got another

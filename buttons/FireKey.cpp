@@ -10,7 +10,8 @@
 namespace {
 
 constexpr QSize size(406, 170);
-constexpr QRect countLabel(28, 62, 230, 28);
+/** The text of the base class keeps 14 px from the sides of its place. */
+constexpr QRect countLabel(14, 62, 258, 28);
 constexpr QRect intervalLabel(28, 28, 230, 28);
 constexpr QRect hintLabel(28, 94, 350, 34);
 constexpr QRect intervalPlace(274, 28, 104, 28);

@@ -17,17 +17,32 @@ constexpr int points = 9;
 /** A short list is filled up to this many buttons, which nobody sees. */
 constexpr int filledCount = 7;
 constexpr QSize leastContent(205, 220);
+/** A longer list gets its buttons when it opens: to style thousands takes longer than the whole start may. */
+constexpr int atOnce = 100;
 
 } // namespace
 
 void MacroList::show(const QStringList &wanted)
 {
-    if (wanted == names)
+    names = wanted;
+    if (names.size() <= atOnce || built.size() > atOnce)
+        complete();
+}
+
+QToolButton *MacroList::button(int index)
+{
+    complete();
+    return MacroButtons.value(index);
+}
+
+void MacroList::complete()
+{
+    if (names == built)
         return;
-    const QSet<QString> stays(wanted.begin(), wanted.end());
+    const QSet<QString> stays(names.begin(), names.end());
     QList<QToolButton *> kept;
     for (int index = 0; index < MacroButtons.size(); ++index) {
-        if (index < names.size() && stays.contains(names.at(index)))
+        if (index < built.size() && stays.contains(built.at(index)))
             kept += MacroButtons.at(index);
         else
             drop(MacroButtons.at(index));
@@ -42,7 +57,7 @@ void MacroList::show(const QStringList &wanted)
     MacroButtons.clear();
     // Both lists are sorted alike, so the buttons that stay come in the order of the new list.
     int next = 0;
-    for (const QString &name : wanted) {
+    for (const QString &name : qAsConst(names)) {
         if (next < kept.size() && kept.at(next)->text() == name) {
             MacroButtons += kept.at(next++);
             continue;
@@ -54,7 +69,7 @@ void MacroList::show(const QStringList &wanted)
     // What came out of order was made anew.
     for (; next < kept.size(); ++next)
         drop(kept.at(next));
-    names = wanted;
+    built = names;
     addFillers();
     resizeContent();
 }

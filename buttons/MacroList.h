@@ -19,13 +19,16 @@ public:
     {
     }
 
-    /** Shows the macros of these names in this order. Buttons of macros that stay are kept: there may be thousands. */
+    /** The macros of these names in this order. Buttons of macros that stay are kept: there may be thousands. */
     void show(const QStringList &names);
+    /** Makes the buttons that wait for the list to open. */
+    void complete();
 
     bool isEmpty() const { return names.isEmpty(); }
     /** Index of a macro in the list, -1 without one. */
     int indexOf(const QString &macro) const { return names.indexOf(macro); }
-    QToolButton *button(int index) const { return MacroButtons.value(index); }
+    /** The button at an index; null without one. */
+    QToolButton *button(int index);
 
 private:
     QToolButton *make(const QString &name);
@@ -36,5 +39,6 @@ private:
     ButtonForm &form;
     std::function<void(QToolButton *)> connectButton;
     QStringList names;
+    QStringList built;                 ///< names of the macros that have their button
     QList<QToolButton *> MacroButtons; ///< one for each macro, then the fillers
 };

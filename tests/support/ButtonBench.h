@@ -21,7 +21,7 @@ public:
     {
         page = std::make_unique<Buttoninterface>();
         page->show();
-        DeviceWindowOpen = true;
+        DeviceEntered = true;
         ButtonUiLoaded = false;
         ConnectedMouse::select(modelIndex);
         if (!ConnectedMouse::read(false) || !QTest::qWaitFor([] { return bool(ButtonUiLoaded); }))
@@ -30,7 +30,7 @@ public:
     ~ButtonBench()
     {
         ConnectedMouse::forget();
-        DeviceWindowOpen = false;
+        DeviceEntered = false;
     }
 
     QToolButton *button(const QString &name) const { return find<QToolButton>(name); }
