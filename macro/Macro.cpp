@@ -197,12 +197,17 @@ void Macro::on_Save_clicked()
     }
     const bool hasNewRows = std::exchange(EventsChanged, false);
     const bool hasNewRepeat = std::exchange(RepeatChanged, false);
-    saved = Saved{name, name, rows};
+    saved = Saved{name, rows};
+    tellSaved(hasNewRows, hasNewRepeat);
+}
+
+void Macro::tellSaved(bool hasNewRows, bool hasNewRepeat)
+{
     ++savesUnderWay;
     if (hasNewRows)
-        postMsg()->post(&PostMsg::SigUpDataMacro, name, 0);
+        postMsg()->post(&PostMsg::SigUpDataMacro, saved->name, 0);
     if (hasNewRepeat && saved)
-        postMsg()->post(&PostMsg::SigUpDataMacro, name, 1);
+        postMsg()->post(&PostMsg::SigUpDataMacro, saved->name, 1);
     if (--savesUnderWay == 0)
         saved.reset();
 }
@@ -214,12 +219,10 @@ void Macro::SlotMacroDownLoadData(QString name, int slot)
     name.remove(QChar(QChar::Null));
     if (savesUnderWay > 0 && !saved)
         return; // the user has left the device meanwhile
-    const bool isSaved = saved && saved->toldName == name;
-    const QString present = isSaved ? saved->name : name;
-    if (present != shown || shown.isEmpty() || !DeviceWritesEnabled || slot < 0 || slot >= macroSlotCount)
+    if (name != shown || shown.isEmpty() || !DeviceWritesEnabled || slot < 0 || slot >= macroSlotCount)
         return;
-    const MacroRows rows = isSaved ? saved->rows : rowList->rows();
-    MacroSlot image = MacroImage::make(present, rows);
+    const MacroRows rows = saved && saved->name == name ? saved->rows : rowList->rows();
+    MacroSlot image = MacroImage::make(name, rows);
     if (rows.isEmpty())
         image.EventCount = 0;
     SetMacro(slot, WorkingRecord::instance().copy().KeyFunctions[slot], image);

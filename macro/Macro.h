@@ -84,8 +84,7 @@ private:
     /** What a save hands over, kept until its listeners are done. */
     struct Saved
     {
-        QString toldName;
-        QString name; ///< another one when the macro was renamed meanwhile
+        QString name;
         MacroRows rows;
     };
 
@@ -104,6 +103,7 @@ private:
     void eventsEdited();
     void repeatEdited();
     void takeBack();
+    void tellSaved(bool hasNewRows, bool hasNewRepeat);
     void edit(const RowEditing::Edited &edited);
 
     QString askName();

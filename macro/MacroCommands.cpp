@@ -63,9 +63,13 @@ void Macro::RenameMacro()
     MacroFile::rename(before, name); // the list shows the new name also if the file can't follow
     if (shown == before)
         shown = name;
-    if (saved && saved->name == before)
+    const bool isBeingSaved = saved && saved->name == before;
+    if (isBeingSaved)
         saved->name = name;
     postMsg()->post(&PostMsg::SigMacroRename, before, name);
+    // Who was told of the save will look for the old name, and find no button that carries it.
+    if (isBeingSaved && saved)
+        tellSaved(true, true);
 }
 
 void Macro::DeleteMacro()

@@ -640,6 +640,9 @@ void MacroPageTest::savedRowsReachTheMouse()
     QCOMPARE(MacroText::of(MacroFile::read("m")->rows).section(' ', 0, 0), "B+");
     QCOMPARE(save("C+", [this] { given("other", "D+"); }), "B+");
     QCOMPARE(save("E+", [] { postMsg()->post(&PostMsg::SigSetMacroPage); }), "B+");
+    answerName("renamed");
+    QCOMPARE(save("F+", [this] { answers.isEmpty() ? void() : page->RenameMacro(); }), "F+");
+    QCOMPARE(MacroImage::name(VirtualMice::record("q1").MacroSlots[2]), "renamed");
     disconnect(listening);
     ConnectedMouse::forget();
 }
