@@ -1,5 +1,6 @@
 #include "app/DialogMain.h"
 
+#include "app/ChooserList.h"
 #include "app/Dialog.h"
 #include "app/DialogChange.h"
 #include "app/Ending.h"
@@ -9,6 +10,7 @@
 #include "devicelink/DeviceScan.h"
 #include "devicelink/DeviceWatch.h"
 #include "devicelink/ReportLink.h"
+#include "maintenance/PairingRun.h"
 #include "platform/Registry.h"
 #include "portwire/portwire.h"
 #include "productdata/LanguageFile.h"
@@ -16,6 +18,7 @@
 #include "productdata/Theme.h"
 #include "productdata/UserSettings.h"
 #include "ui/MouseOffLine.h"
+#include "ui/RePair.h"
 #include "ui_DialogMain.h"
 
 #include <QCloseEvent>
@@ -256,7 +259,10 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
     if (MacroRecording)
         return; // a recording gets all keys
     switch (event->key()) {
-    case Qt::Key_Space:  // nothing in the window may be triggered by it
+    case Qt::Key_Space:
+        if (!event->isAutoRepeat())
+            pairByKey();
+        break;
     case Qt::Key_Escape: // would close the dialog that this window is
     case Qt::Key_F12:
         break;
@@ -268,6 +274,30 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
         // Not QDialog's, which knows keys of its own. NOLINTNEXTLINE(bugprone-parent-virtual-call)
         QWidget::keyPressEvent(event);
     }
+}
+
+/** On the chooser only where there is no doubt what is to be paired: one entry, and that a receiver. */
+void DialogMain::pairByKey()
+{
+    if (ui->stackedWidget->currentIndex() == devicePage) {
+        PairingRun::onDevicePage(this);
+        return;
+    }
+    const QList<DeviceAllInfo> &devices = ChooserList::devices();
+    if (devices.size() != 1 || devices.first().IsCorded)
+        return;
+    const DeviceAllInfo receiver = devices.first();
+    // A mouse of this model was here before, so it may only be asleep. No firmware image is shipped beside this build
+    // that could be the reason why the two don't hear each other.
+    if (!ModelData::mouseVersion(receiver.ModelIndex).isEmpty()) {
+        RePair question;
+        question.centreOn(this);
+        if (question.exec() != QDialog::Accepted)
+            return;
+    }
+    PairingRun::onChooser(this, receiver);
+    if (!DeviceEntered && !Wait::isEnding())
+        DialogChange::startScanning();
 }
 
 void DialogMain::mousePressEvent(QMouseEvent *event) { dragOffset = event->globalPos() - pos(); }

@@ -49,6 +49,7 @@ private:
     void takeInstallersLanguage();
     void setAway(bool isAway);
     void openWhatIsDue();
+    void pairByKey();
     void toTray();
     void fromTray();
     void leaveFromHere();

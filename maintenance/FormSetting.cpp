@@ -8,6 +8,7 @@
 #include "devicelink/ReceiverLight.h"
 #include "devicelink/SelectedDevice.h"
 #include "maintenance/CompanyPage.h"
+#include "maintenance/PairingRun.h"
 #include "platform/AutoStart.h"
 #include "platform/MouseSettings.h"
 #include "productdata/ConfigStore.h"
@@ -46,6 +47,9 @@ bool hasReceiverLight()
     const DeviceAllInfo selected = SelectInfo().get();
     return !selected.IsCorded && selected.ReceiverClass == ReceiverClasses::receiver4K && isOffered(Section::Light);
 }
+
+/** How far from the middle of the page the pairing dialog stands, in pixels. */
+constexpr QPoint pairingOffset(-70, -30);
 
 const QString autoStart = QStringLiteral("AutoStart");
 const QString autoStartKey = QStringLiteral("Enable");
@@ -251,6 +255,8 @@ void FormSetting::on_checkBox_clicked(bool checked)
 }
 
 void FormSetting::on_pushButton_clicked() { platform::openSystemMouseSettings(); }
+
+void FormSetting::on_pushButton_2_clicked() { PairingRun::onDevicePage(this, pairingOffset); }
 
 void FormSetting::on_pushButton_3_clicked()
 {

@@ -53,6 +53,7 @@ private Q_SLOTS:
     void on_ReUntil_2_toggled(bool checked) { chooseLight(2, checked); }
     void on_ReUntil_3_toggled(bool checked) { chooseLight(3, checked); }
     void on_pushButton_clicked();
+    void on_pushButton_2_clicked();
     void on_pushButton_3_clicked();
     void SlotScroolChange(int value);
 

@@ -230,6 +230,7 @@ void SettingForm::buildButtons()
 void SettingForm::buildChoices()
 {
     comboBox = add<MyConmboBox>(content, "comboBox", languagePlace);
+    comboBox->setFocusPolicy(Qt::NoFocus); // as the buttons
     fillLanguageList(*comboBox);
     checkBox = addButton<QCheckBox>(content, "checkBox", startPlace);
     checkBox_2 = addButton<QCheckBox>(content, "checkBox_2", longRangePlace);

@@ -12,6 +12,14 @@ const QString option = QStringLiteral("Option");
 /** No product has had more than a dozen models; a damaged number must not turn into millions of reads. */
 constexpr int mostModels = 64;
 
+/** Name of the registry value with the last seen version of a model. */
+QString mouseVersionName(int modelIndex)
+{
+    const ConfigStore *store = ConfigStore::instance();
+    return QStringLiteral("MouseVer") + store->value(option, QStringLiteral("CID")) +
+           store->value(ModelData::section(modelIndex), QStringLiteral("MID"));
+}
+
 } // namespace
 
 const char *const ModelData::registryKey = "HKEY_CURRENT_USER\\Software\\Velko\\Velko\\Mouse Drive Test";
@@ -63,11 +71,14 @@ QString ModelData::updateFailInfo()
     return QString::fromStdString(platform::registryText(registryKey, "UpdateFailInfo"));
 }
 
+QString ModelData::mouseVersion(int modelIndex)
+{
+    return QString::fromStdString(platform::registryText(registryKey, mouseVersionName(modelIndex).toStdString()));
+}
+
 void ModelData::storeMouseVersion(int modelIndex, const QString &version)
 {
-    const ConfigStore *store = ConfigStore::instance();
-    const QString name = QStringLiteral("MouseVer") + store->value(option, QStringLiteral("CID")) +
-                         store->value(section(modelIndex), QStringLiteral("MID"));
+    const QString name = mouseVersionName(modelIndex);
     if (!platform::setRegistryText(registryKey, name.toStdString(), version.toStdString()))
         qWarning() << "the firmware version could not be stored:" << name;
 }

@@ -41,6 +41,8 @@ extern const char *const installerKey;
 
 /** Text of the registry value "UpdateFailInfo": non-empty while a firmware update hasn't finished. */
 QString updateFailInfo();
+/** The last seen firmware version of a model; empty if none was ever seen on this PC. */
+QString mouseVersion(int modelIndex);
 /** Remembers the last seen firmware version of a model. */
 void storeMouseVersion(int modelIndex, const QString &version);
 

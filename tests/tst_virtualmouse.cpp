@@ -84,6 +84,7 @@ private Q_SLOTS:
     void batchIsStagedUntilItsEnd();
     void resetTouchesTheActiveProfile();
     void sleepsAfterItsIdleTime();
+    void receiverLooksForAMouse();
     void tellsOfChangesMadeOnIt();
     void buttons_data();
     void buttons();
@@ -278,6 +279,57 @@ void tst_virtualmouse::sleepsAfterItsIdleTime()
     QVERIFY(!told.mouse.isAwake());
     told.mouse.changeLevel(1); // whoever presses its button wakes it
     QVERIFY(told.mouse.isAwake());
+}
+
+void tst_virtualmouse::receiverLooksForAMouse()
+{
+    const HandClock clock;
+    const auto bus = VirtualBus::create(clock);
+    std::string mouse;
+    std::string id;
+    bus->add("q1", "4k", mouse);
+    QVERIFY(bus->addReceiver("1k", "q1", id).empty());
+    const auto receiver = bus->open("virtual/receiver/" + id);
+    QString told; // statuses that came unprompted
+    const auto ask = [&](std::uint8_t code, std::vector<std::uint8_t> data = {}) {
+        receiver->send(FirmwarePacket{code, 1, 0, 0, std::move(data)}.build());
+        FirmwarePacket answer;
+        for (Report report; receiver->takeReport(report);) {
+            const auto packet = FirmwarePacket::parse(report);
+            if (packet->sequence == 0)
+                told += packet->code == 6 ? QString::number(packet->data[0]) : QString();
+            else
+                answer = *packet;
+        }
+        return answer;
+    };
+    const std::vector<std::uint8_t> none{0, 0, 0, 0};
+    QCOMPARE(ask(3).data, none);
+    QCOMPARE(int{ask(5, {99}).flags}, 2); // another maker's
+    QCOMPARE(int{ask(6).data[0]}, 0);
+
+    ask(5, {18});
+    clock.pass(29);
+    QCOMPARE(int{ask(6).data[0]}, 1);
+    clock.pass(1);
+    QCOMPARE(int{ask(6).data[0]}, 2);
+    ask(5, {18});
+    clock.pass(20);
+    ask(5, {18}); // looks as long again
+    clock.pass(20);
+    QVERIFY(bus->startPairing(mouse, std::chrono::seconds(5)).empty());
+    QCOMPARE(int{ask(6).data[0]}, 3);
+    QVERIFY(ask(3).data != none);
+    QCOMPARE(told, QString("1213"));
+    QVERIFY(bus->describe()[1].partner.empty()); // the receiver before
+
+    // One that looked in vain hears its receiver again; on its cable it looks for none.
+    QVERIFY(bus->startPairing(mouse, std::chrono::seconds(5)).empty());
+    QCOMPARE(int{ask(3).data[0]}, 0);
+    clock.pass(5);
+    QCOMPARE(int{ask(3).data[0]}, 1);
+    bus->setPlugged(mouse, true);
+    QVERIFY(!bus->startPairing(mouse, std::chrono::seconds(5)).empty());
 }
 
 void tst_virtualmouse::tellsOfChangesMadeOnIt()

@@ -71,8 +71,13 @@ ControlResult record(const Context &context)
 ControlResult add(const Context &context)
 {
     std::string id;
+    const bool isReceiver = context.arguments[0] == QLatin1String("receiver");
+    if (isReceiver != (context.arguments.size() == 3))
+        return failure(QStringLiteral("usage: add MODEL LINK, or add receiver CLASS MODEL"));
+    const std::string first = context.arguments[isReceiver ? 1 : 0].toStdString();
+    const std::string second = context.arguments[isReceiver ? 2 : 1].toStdString();
     const std::string error =
-        context.bus.add(context.arguments[0].toStdString(), context.arguments[1].toStdString(), id);
+        isReceiver ? context.bus.addReceiver(first, second, id) : context.bus.add(first, second, id);
     return error.empty() ? ControlResult{line({{"id", text(id)}}), {}} : failure(text(error));
 }
 
@@ -181,6 +186,21 @@ ControlResult fault(const Context &context)
     return deviceOrFailure(context, context.bus.setFault(idOf(context), kind, count, after, *reports));
 }
 
+ControlResult pairing(const Context &context)
+{
+    constexpr int usual = 30;
+    constexpr int most = 3600;
+    const int seconds = numberAt(context, 1, usual);
+    if (seconds < 1 || seconds > most)
+        return failure(QStringLiteral("the time is not within 1 to 3600 seconds"));
+    return deviceOrFailure(context, context.bus.startPairing(idOf(context), std::chrono::seconds(seconds)));
+}
+
+ControlResult resetButton(const Context &context)
+{
+    return deviceOrFailure(context, context.bus.resetByHand(idOf(context)));
+}
+
 ControlResult latency(const Context &context)
 {
     bool isNumber = false;
@@ -219,7 +239,7 @@ constexpr int mostArguments = std::numeric_limits<int>::max();
 constexpr Command commands[] = {
     {"devices", "", 0, 0, devices},
     {"record", "ID", 1, 1, record},
-    {"add", "MODEL LINK", 2, 2, add},
+    {"add", "MODEL LINK, or add receiver CLASS MODEL", 2, 3, add},
     {"remove", "ID", 1, 1, remove},
     {"plug", "ID", 1, 1, plug},
     {"unplug", "ID", 1, 1, unplug},
@@ -233,6 +253,8 @@ constexpr Command commands[] = {
     {"profile", "ID N", 2, 2, profile},
     {"battery", "ID PERCENT [charging]", 2, 3, battery},
     {"fault", "ID KIND [N [AFTER [REPORTS]]]", 2, 5, fault},
+    {"pairing", "ID [SECONDS]", 1, 2, pairing},
+    {"reset-button", "ID", 1, 1, resetButton},
     {"latency", "ID MS", 2, 2, latency},
     {"stats", "", 0, 0, stats},
 };

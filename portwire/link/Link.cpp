@@ -11,6 +11,9 @@ namespace portwire {
 
 namespace {
 
+/** Payload of a report on pairing. */
+constexpr std::uint8_t pairingFailed = 2;
+
 /** A mouse that wakes up announces itself; this pause is for an announcement that got lost. In answer times. */
 constexpr int offlinePause = 25;
 /** After requests that nobody answered: they took three answer times already. */
@@ -155,6 +158,9 @@ Outcome Link::runJob(Work::Step step)
     toDo->finish(step, isDone ? &answer.frame : nullptr);
     if (isDone && job.isRead())
         deliver(step, answer.frame);
+    // Whoever pairs waits for a status, and there will be none from a receiver that didn't take the order.
+    if (!isDone && job.request.code == ReportCode::EnterPairing)
+        deliver(step, {ReportCode::PairingStatus, 0, 0, 0, {pairingFailed}});
     // A mouse that doesn't tell its profile is shown as one that has none.
     if (!isDone && job.kind == Job::Kind::Read && job.request.code == ReportCode::CurrentConfig)
         deliver(step, {ReportCode::CurrentConfig, 0, 0, 0, {}});

@@ -75,6 +75,7 @@ void VirtualBus::receive(const std::string &path, const Report &report, Inbox &i
     if (!sent)
         return;
     const std::lock_guard lock(mutex);
+    settlePairings();
     const Addressee to = addressee(path, sent->code);
     if (!to.mouse && !to.receiver)
         return;
@@ -180,7 +181,8 @@ VirtualBus::Receiver *VirtualBus::receiverOf(const Mouse &mouse)
 VirtualBus::Mouse *VirtualBus::reachedBy(const Receiver &receiver)
 {
     Mouse *const mouse = findMouse(receiver.pairedMouse);
-    return mouse && !mouse->device.isCorded() && mouse->device.isAwake() ? mouse : nullptr;
+    const bool isReached = mouse && !mouse->device.isCorded() && mouse->device.isAwake() && !mouse->device.isLooking();
+    return isReached ? mouse : nullptr;
 }
 
 bool VirtualBus::isIdFree(const std::string &id) { return !findMouse(id) && !findReceiver(id); }
@@ -203,7 +205,8 @@ VirtualBus::Mouse &VirtualBus::addMouse(const std::string &id, const MouseModel 
 VirtualBus::Receiver &VirtualBus::addReceiver(const std::string &id, const MouseModel &mouseModel,
                                               const ReceiverModel &model)
 {
-    receivers.push_back(std::unique_ptr<Receiver>(new Receiver{id, &mouseModel, &model, VirtualReceiver(model)}));
+    receivers.push_back(
+        std::unique_ptr<Receiver>(new Receiver{id, &mouseModel, &model, VirtualReceiver(model, clock)}));
     Receiver *const receiver = receivers.back().get();
     receiver->device.storedChanged = [this] { noteChange(); };
     receiver->device.announce = [this, receiver](const FirmwarePacket &packet) {

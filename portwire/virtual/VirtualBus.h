@@ -53,6 +53,11 @@ public:
 
     /** A mouse on `cable`, or one with a receiver on `1k`, `2k` or `4k`. \param id the new mouse's */
     std::string add(std::string_view modelName, std::string_view linkName, std::string &id);
+    /** A receiver, sold with that model, without a mouse. \param id the receiver's */
+    std::string addReceiver(std::string_view linkName, std::string_view modelName, std::string &id);
+    /** The mouse looks for a receiver, as after its three buttons were held. */
+    std::string startPairing(const std::string &id, std::chrono::seconds patience);
+    std::string resetByHand(const std::string &id);
     /** A mouse goes with its receiver, a receiver alone. */
     std::string remove(const std::string &id);
     std::string setPlugged(const std::string &id, bool isNowPlugged);
@@ -94,7 +99,7 @@ private:
     struct Receiver
     {
         std::string id;
-        const MouseModel *mouseModel; ///< the model that it was sold with
+        const MouseModel *mouseModel; ///< of the mouse that it had last; at first the one that it was sold with
         const ReceiverModel *model;
         VirtualReceiver device;
         std::string pairedMouse{};
@@ -121,6 +126,8 @@ private:
 
     Mouse &addMouse(const std::string &id, const MouseModel &model);
     Receiver &addReceiver(const std::string &id, const MouseModel &mouseModel, const ReceiverModel &model);
+    void settlePairings();
+    void pair(Receiver &receiver, Mouse &mouse);
     void plugReceiver(Receiver &receiver, bool isNowPlugged);
     void plugMouse(Mouse &mouse, bool isNowPlugged);
 

@@ -91,6 +91,7 @@ void VirtualBus::plugReceiver(Receiver &receiver, bool isNowPlugged)
     receiver.isPlugged = isNowPlugged;
     if (isNowPlugged)
         return;
+    receiver.device.losePower();
     shut(receiver.path());
     if (Mouse *const mouse = reachedBy(receiver))
         mouse->device.connectionLost();

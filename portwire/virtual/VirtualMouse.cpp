@@ -95,6 +95,7 @@ void VirtualMouse::sleep()
     awake = false;
     staged.clear();
     programShown = false;
+    lookingUntil = {};
 }
 
 void VirtualMouse::wake()
@@ -118,6 +119,33 @@ void VirtualMouse::setCorded(bool isNowCorded)
     touched();
     // What it announced on the cable went to a program that may never have opened it there.
     tell(batteryChanged | std::exchange(changedOnCable, std::uint8_t{0}));
+}
+
+bool VirtualMouse::lookForReceiver(std::chrono::seconds patience)
+{
+    if (corded)
+        return false;
+    wake();
+    connectionLost();
+    lookingUntil = now() + patience;
+    return true;
+}
+
+void VirtualMouse::receiverFound()
+{
+    lookingUntil = {};
+    connectionLost();
+    programShown = false;
+    tell(batteryChanged);
+}
+
+void VirtualMouse::resetByHand()
+{
+    wake();
+    staged.clear();
+    active() = FirmwareFlash::factory(model);
+    changed();
+    tell(wholeRecordChanged);
 }
 
 bool VirtualMouse::changeLevel(int level)

@@ -57,6 +57,14 @@ public:
     bool changeRate(std::uint8_t code); ///< as in ReportRate of the record
     bool changeProfile(int index);      ///< 0 to 3
 
+    /** All three buttons held for three seconds: it looks for a receiver and hears none. False on its cable. */
+    bool lookForReceiver(std::chrono::seconds patience);
+    bool isLooking() const { return awake && !corded && now() < lookingUntil; }
+    /** It has found one, or the same again. */
+    void receiverFound();
+    /** The factory's settings for the active profile. */
+    void resetByHand();
+
     void changeLight(bool isOn, int mode);
     void changeIndicator(bool isOn);
 
@@ -102,6 +110,7 @@ private:
     bool awake = true;
     bool corded = false;
     std::uint8_t changedOnCable = 0; ///< flags of all announcements since the cable was plugged
+    std::chrono::steady_clock::time_point lookingUntil{};
     bool programShown = false;
     int percent = 80;
     bool charging = false;

@@ -1,6 +1,7 @@
 #include "portwire/virtual/VirtualReceiver.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace portwire {
 
@@ -60,15 +61,22 @@ FirmwarePacket VirtualReceiver::setLongRange(const FirmwarePacket &request)
     return request.answer();
 }
 
-/** No virtual mouse can be put into its pairing state, so the search ends at once without one. */
+/** Asked again in the middle, it looks as long as the first time. */
 FirmwarePacket VirtualReceiver::enterPairing(const FirmwarePacket &request)
 {
     if (request.data.empty() || request.data[0] != companyId)
         return request.refusal();
-    pairingStatus = 2;
-    if (announce)
-        announce({6, 0, 0, 0, {pairingStatus}});
+    pairingUntil = now() + pairingTime;
+    setPairingStatus(1);
     return request.answer();
+}
+
+void VirtualReceiver::endPairing(bool isPaired) { setPairingStatus(isPaired ? 3 : 2); }
+
+void VirtualReceiver::setPairingStatus(std::uint8_t status)
+{
+    if (std::exchange(pairingStatus, status) != status && announce)
+        announce({6, 0, 0, 0, {status}});
 }
 
 } // namespace portwire

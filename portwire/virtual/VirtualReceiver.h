@@ -4,6 +4,7 @@
 #include "portwire/virtual/FirmwarePacket.h"
 
 #include <array>
+#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -20,14 +21,25 @@ public:
         bool isLongRange = false;
     };
 
+    using Clock = std::function<std::chrono::steady_clock::time_point()>;
+    /** How long it looks for a mouse. */
+    static constexpr std::chrono::seconds pairingTime{30};
+
     /** \param ofModel outlives it */
-    explicit VirtualReceiver(const ReceiverModel &ofModel) : model(ofModel) {}
+    VirtualReceiver(const ReceiverModel &ofModel, Clock clock) : model(ofModel), now(std::move(clock)) {}
 
     /** Whether a request with this code is for the receiver, whatever its mouse does. */
     static bool isAskedAlone(std::uint8_t code);
 
     /** The answer to a request that is for the receiver; who it is and whether its mouse is online says the bus. */
     FirmwarePacket answer(const FirmwarePacket &request);
+
+    bool isPairing() const { return pairingStatus == 1; }
+    /** True once a pairing has gone on for as long as the receiver has patience. */
+    bool isPairingOver() const { return isPairing() && now() >= pairingUntil; }
+    void endPairing(bool isPaired);
+    /** It was pulled out: what it was doing is forgotten. */
+    void losePower() { pairingStatus = 0; }
 
     const Stored &content() const { return stored; }
     void setContent(const Stored &content) { stored = content; }
@@ -43,9 +55,13 @@ private:
     FirmwarePacket setLongRange(const FirmwarePacket &request);
     FirmwarePacket enterPairing(const FirmwarePacket &request);
 
+    void setPairingStatus(std::uint8_t status);
+
     const ReceiverModel &model;
+    Clock now;
     Stored stored;
     std::uint8_t pairingStatus = 0; ///< 0 none yet, 1 goes on, 2 failed, 3 paired
+    std::chrono::steady_clock::time_point pairingUntil{};
 };
 
 } // namespace portwire
