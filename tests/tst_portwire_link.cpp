@@ -40,7 +40,11 @@ struct Bench
         bus->add("q1", "4k", mouse);
         startLink(First::callback);
     }
-    ~Bench() { link->end(); }
+    ~Bench()
+    {
+        link->end();
+        tapped->letGo();
+    }
 
     void startLink(PortwireReportCallback callback)
     {
