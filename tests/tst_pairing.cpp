@@ -203,8 +203,13 @@ void PairingTest::failure()
         QCOMPARE(button()->text(), QString("Failed, try again"));
         VirtualMice::tell({"plug", "q1-4k"});
         start();
-        VirtualMice::tell({"pairing", "q1"});
-        QTRY_VERIFY(isShown("PairSuccess"));
+        // A receiver whose answers got lost pairs already. A mouse that it finds before the new order is lost to that
+        // one, and its buttons are held once more.
+        const auto pairs = [this] {
+            VirtualMice::tell({"pairing", "q1"});
+            return isShown("PairSuccess");
+        };
+        QTRY_VERIFY(pairs());
         leave();
     });
     QCOMPARE(mouseOf("q1-4k"), QString("q1"));
