@@ -155,10 +155,10 @@ void GroupKey::on_lineEdit_textEdited(const QString &text) { lineEdit->setText(t
 
 void GroupKey::keyPressEvent(QKeyEvent *event)
 {
-    // Escape must not close the dialog in which it can be entered. Return isn't taken as an answer either, as it is in
-    // the other prompts.
-    if (event->key() != Qt::Key_Escape && event->key() != Qt::Key_F12)
-        QDialog::keyPressEvent(event);
+    // Escape must not close the dialog in which it can be entered, and Return, too, is a key and no answer.
+    const int key = event->key();
+    if (key != Qt::Key_Escape && key != Qt::Key_F12 && key != Qt::Key_Return && key != Qt::Key_Enter)
+        ConfirmPrompt::keyPressEvent(event);
 }
 
 bool GroupKey::focusNextPrevChild(bool) { return false; }
