@@ -2,16 +2,19 @@
 
 #include <thread>
 
-void UsbUpgradeC_FindBootDevices(const char *, int *out)
+void UsbUpgradeC_FindBootDevices(const struct FirmwareImage *, int *out)
 {
     // No device of the virtual bus has a boot mode.
     if (out)
         *out = 0;
 }
 
-void UsbUpgrade_Start(const char *, PortwireUpgradeCallback callback, int)
+void UsbUpgrade_Start(const struct FirmwareImage *, PortwireUpgradeCallback callback, int)
 {
-    constexpr int failed = -1;
-    if (callback)
-        std::thread([callback] { callback(failed); }).detach();
+    if (!callback)
+        return;
+    std::thread([callback] {
+        constexpr uint8_t failed[] = {7, 2, 0};
+        callback(failed, sizeof failed);
+    }).detach();
 }

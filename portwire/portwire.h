@@ -45,8 +45,20 @@ typedef void (*PortwireReportCallback)(const uint8_t *header, int headerLength, 
 /** The bus changed. Always called on the thread that runs the Qt event loop of the application. */
 typedef void (*PortwireChangeCallback)(void);
 
-/** Upgrade progress in percent, 0 to 100; 101 success, -1 failure. Called on a thread of the library. */
-typedef void (*PortwireUpgradeCallback)(int progress);
+/** A firmware image file in memory, its header of 728 bytes included. Nothing is read behind length. */
+struct FirmwareImage
+{
+    const uint8_t *data;
+    uint32_t length; /**< bytes */
+};
+
+/**
+ * How an upgrade goes on. message[0] is 7. With 1 in message[1], message[2] is the progress in percent, 0 to 100; it
+ * begins again at 0 when the device has to. With 2 in message[1] the upgrade has ended: message[2] is 1 for success and
+ * anything else for failure. Called on a thread of the library, one message at a time; message lives for the length of
+ * the call.
+ */
+typedef void (*PortwireUpgradeCallback)(const uint8_t *message, int length);
 
 /* Finding devices ------------------------------------------------------------------------------------------------ */
 
@@ -143,10 +155,16 @@ PORTWIRE_API void GetDeviceStatusChanged(const uint8_t *report, uint8_t *out7);
  */
 PORTWIRE_API void StartUsbChanged(PortwireChangeCallback callback, int quietMs);
 PORTWIRE_API void StopUsbChanged(void);
-/** Number of devices in boot mode that this image fits, at out. */
-PORTWIRE_API void UsbUpgradeC_FindBootDevices(const char *image, int *out);
-/** Writes the image into the one device in boot mode; timeoutMs without progress is a failure. */
-PORTWIRE_API void UsbUpgrade_Start(const char *image, PortwireUpgradeCallback callback, int timeoutMs);
+/** Number of devices in boot mode that this image fits, at out, whatever that was before. 0 for one that is none. */
+PORTWIRE_API void UsbUpgradeC_FindBootDevices(const struct FirmwareImage *image, int *out);
+/**
+ * Writes the image into the one device that it fits, in boot mode or in normal mode, and returns at once; the bytes are
+ * copied. A mouse is reached by its cable, a receiver by its own plug. Each start ends with exactly one message of the
+ * end, unless the application ends before: failure, too, for what isn't an image, for no device or several that it
+ * fits, and while another upgrade is going on, which isn't disturbed.
+ * \param timeoutMs how long the upgrade may get no further before it fails, in ms
+ */
+PORTWIRE_API void UsbUpgrade_Start(const struct FirmwareImage *image, PortwireUpgradeCallback callback, int timeoutMs);
 
 #ifdef __cplusplus
 }
