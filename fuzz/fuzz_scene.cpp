@@ -49,6 +49,11 @@ void use(VirtualBus &bus, const std::vector<ButtonPress> &presses)
     for (const DeviceDescription &device : bus.describe()) {
         if (device.isReceiver)
             continue;
+        if (device.isInBoot) {
+            std::vector<HidEvent> none;
+            require(!bus.play(device.id, presses, none).empty() && none.empty(), "a mouse in boot mode has no buttons");
+            continue;
+        }
         std::vector<std::uint8_t> record;
         require(bus.record(device.id, record).empty() && record.size() == 10428, "a mouse has a record");
         std::vector<HidEvent> events;
@@ -65,18 +70,23 @@ void use(VirtualBus &bus, const std::vector<ButtonPress> &presses)
     bus.enumerate();
 }
 
+bool isSame(const BootLoader::Stored &one, const BootLoader::Stored &other)
+{
+    return one.version == other.version && one.isActive == other.isActive;
+}
+
 bool isSame(const Scene &one, const Scene &other)
 {
     const auto sameMouse = [](const Scene::Mouse &a, const Scene::Mouse &b) {
         return a.id == b.id && a.model == b.model && a.isCorded == b.isCorded && a.batteryPercent == b.batteryPercent &&
-               a.stored.activeProfile == b.stored.activeProfile &&
+               isSame(a.firmware, b.firmware) && a.stored.activeProfile == b.stored.activeProfile &&
                std::equal(a.stored.profiles.begin(), a.stored.profiles.end(), b.stored.profiles.begin(),
                           [](const FirmwareFlash &x, const FirmwareFlash &y) { return x.bytes == y.bytes; });
     };
     const auto sameReceiver = [](const Scene::Receiver &a, const Scene::Receiver &b) {
         return a.id == b.id && a.model == b.model && a.link == b.link && a.pairedMouse == b.pairedMouse &&
                a.isPlugged == b.isPlugged && a.stored.light == b.stored.light &&
-               a.stored.isLongRange == b.stored.isLongRange;
+               a.stored.isLongRange == b.stored.isLongRange && isSame(a.firmware, b.firmware);
     };
     return std::equal(one.mice.begin(), one.mice.end(), other.mice.begin(), other.mice.end(), sameMouse) &&
            std::equal(one.receivers.begin(), one.receivers.end(), other.receivers.begin(), other.receivers.end(),

@@ -173,11 +173,13 @@ ControlResult flash(const Context &context)
 
 ControlResult fault(const Context &context)
 {
+    if (context.arguments[1] == QLatin1String("powerloss") && context.arguments.size() == 3)
+        return deviceOrFailure(context, context.bus.setPowerLoss(idOf(context), numberAt(context, 2)));
     const FaultKind kind = faultByName(context.arguments[1].toStdString());
     const int count = numberAt(context, 2, 1);
     const int after = numberAt(context, 3, 0);
     if (kind == FaultKind::None)
-        return failure(QStringLiteral("the kind is none of drop, stall, garbage, short"));
+        return failure(QStringLiteral("the kind is none of drop, stall, garbage, short, powerloss PERCENT"));
     if (count < 0 || after < 0)
         return failure(QStringLiteral("the number of reports isn't a number"));
     const auto reports = reportClassByName(context.arguments.value(4, QStringLiteral("answers")).toStdString());
@@ -199,6 +201,21 @@ ControlResult pairing(const Context &context)
 ControlResult resetButton(const Context &context)
 {
     return deviceOrFailure(context, context.bus.resetByHand(idOf(context)));
+}
+
+ControlResult boot(const Context &context) { return deviceOrFailure(context, context.bus.enterBoot(idOf(context))); }
+
+/** Versions are written as the program shows them: major decimal, minor hexadecimal. */
+ControlResult firmware(const Context &context)
+{
+    static const QRegularExpression form(QStringLiteral("\\Av?(\\d{1,3})\\.([0-9a-fA-F]{1,2})\\z"));
+    if (context.arguments.size() < 2)
+        return deviceOrFailure(context, context.bus.setFirmware(idOf(context), -1));
+    const QRegularExpressionMatch match = form.match(context.arguments[1]);
+    if (!match.hasMatch())
+        return failure(QStringLiteral("'%1' isn't a version such as 1.c").arg(context.arguments[1]));
+    const int version = match.captured(1).toInt() * 256 + match.captured(2).toInt(nullptr, 16);
+    return deviceOrFailure(context, context.bus.setFirmware(idOf(context), version));
 }
 
 ControlResult latency(const Context &context)
@@ -255,6 +272,8 @@ constexpr Command commands[] = {
     {"fault", "ID KIND [N [AFTER [REPORTS]]]", 2, 5, fault},
     {"pairing", "ID [SECONDS]", 1, 2, pairing},
     {"reset-button", "ID", 1, 1, resetButton},
+    {"boot", "ID", 1, 1, boot},
+    {"firmware", "ID [VERSION]", 1, 2, firmware},
     {"latency", "ID MS", 2, 2, latency},
     {"stats", "", 0, 0, stats},
 };

@@ -19,6 +19,11 @@ QJsonObject toJson(const LightState &light)
             {"brightness", light.brightness}};
 }
 
+QString versionText(std::uint16_t version)
+{
+    return QStringLiteral("%1.%2").arg(version >> 8).arg(version & 0xFF, 0, 16);
+}
+
 constexpr struct
 {
     HidEvent::Type type;
@@ -46,6 +51,8 @@ QJsonObject toJson(const DeviceDescription &device)
     QJsonObject object{{"id", text(device.id)},
                        {"kind", device.isReceiver ? "receiver" : "mouse"},
                        {"model", text(device.model)},
+                       {"mode", device.isInBoot ? "boot" : "normal"},
+                       {"firmware", versionText(device.firmware)},
                        {"pid", text(device.product)},
                        {"path", text(device.path)},
                        {"plugged", device.isPlugged},

@@ -30,6 +30,9 @@ const char usage[] =
     "  fault ID KIND [N [AFTER [REPORTS]]]\n"
     "                                   drop, stall, garbage or short for N reports, after AFTER good ones; of the\n"
     "                                   answers, the requests or the announcements\n"
+    "  fault ID powerloss PERCENT       the next upgrade loses its power there, 0 to 100; plug brings the device back\n"
+    "  boot ID                          the device restarts in boot mode, as after a broken upgrade\n"
+    "  firmware ID [VERSION]            its firmware version, or another one, such as 1.c\n"
     "  latency ID MS                    how long what the device sends is on its way; 0 for not at all\n"
     "  stats                            counts of reports\n";
 

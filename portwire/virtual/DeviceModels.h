@@ -27,6 +27,12 @@ struct HidInterface
 
 constexpr HidInterface hidInterfaces[] = {{0, 5, "/mouse"}, {1, 5, ""}, {1, 1, "/keys"}};
 
+/** The one interface of a device in boot mode. */
+constexpr HidInterface bootInterface{0, 1, ""};
+constexpr std::string_view bootMouseProduct = "01B0";
+constexpr std::string_view bootReceiverProduct = "02B0";
+constexpr std::uint16_t bootUsbVersion = 0x0100;
+
 /** What a mouse on its cable gives as receiver class; no receiver has it. */
 constexpr std::uint8_t cableClass = 2;
 constexpr int cableMostHertz = 1000;
@@ -40,12 +46,13 @@ struct ReceiverModel
     bool hasLight;         ///< one that the program may set
     std::uint16_t version; ///< firmware, major high
     std::uint16_t usbVersion;
+    std::string_view firmwareName; ///< as in the images for it
 };
 
 constexpr ReceiverModel receiverModels[] = {
-    {"1k", "0201", 0, 1000, false, 0x0105, 0x0120},
-    {"2k", "0202", 4, 2000, false, 0x0106, 0x0131},
-    {"4k", "0204", 1, 4000, true, 0x010C, 0x0142},
+    {"1k", "0201", 0, 1000, false, 0x0105, 0x0120, "HALVARION-R1"},
+    {"2k", "0202", 4, 2000, false, 0x0106, 0x0131, "HALVARION-R2"},
+    {"4k", "0204", 1, 4000, true, 0x010C, 0x0142, "HALVARION-R4"},
 };
 
 struct FactoryLevel
@@ -61,6 +68,7 @@ struct MouseModel
     std::uint8_t modelId;
     std::uint16_t version;    ///< firmware, major high
     std::uint16_t usbVersion; ///< of its cable
+    std::string_view firmwareName;
     Sensor sensor;
     std::uint8_t levelsInUse;
     FactoryLevel levels[8];
@@ -72,6 +80,7 @@ constexpr MouseModel mouseModels[] = {
      1,
      0x0112,
      0x0201,
+     "HALVARION-Q1",
      Sensor::Sensor3395,
      6,
      {{400, 255, 0, 0},
@@ -87,6 +96,7 @@ constexpr MouseModel mouseModels[] = {
      2,
      0x0108,
      0x0204,
+     "HALVARION-Q2",
      Sensor::Sensor3311,
      5,
      {{400, 255, 0, 0},
@@ -103,6 +113,7 @@ constexpr MouseModel mouseModels[] = {
      99,
      0x0100,
      0x0200,
+     "HALVARION-UNKNOWN",
      Sensor::Unknown,
      4,
      {{400, 255, 0, 0},

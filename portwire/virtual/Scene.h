@@ -17,6 +17,7 @@ struct Scene
         bool isCorded = false;
         int batteryPercent = 80;
         VirtualMouse::Stored stored{};
+        BootLoader::Stored firmware{};
     };
     struct Receiver
     {
@@ -26,6 +27,7 @@ struct Scene
         std::string pairedMouse; ///< its id; empty for none
         bool isPlugged = true;
         VirtualReceiver::Stored stored{};
+        BootLoader::Stored firmware{};
     };
     std::vector<Mouse> mice;
     std::vector<Receiver> receivers;

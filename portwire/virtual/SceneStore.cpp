@@ -69,7 +69,9 @@ QJsonObject toJson(const Scene::Mouse &mouse)
     return {{"id", text(mouse.id)},
             {"model", text(mouse.model)},
             {"corded", mouse.isCorded},
-            {"battery", mouse.batteryPercent}};
+            {"battery", mouse.batteryPercent},
+            {"firmware", mouse.firmware.version},
+            {"boot", mouse.firmware.isActive}};
 }
 
 QJsonObject toJson(const Scene::Receiver &receiver)
@@ -83,13 +85,23 @@ QJsonObject toJson(const Scene::Receiver &receiver)
             {"mouse", text(receiver.pairedMouse)},
             {"plugged", receiver.isPlugged},
             {"light", light},
-            {"longRange", receiver.stored.isLongRange}};
+            {"longRange", receiver.stored.isLongRange},
+            {"firmware", receiver.firmware.version},
+            {"boot", receiver.firmware.isActive}};
 }
 
 std::string idIn(const QJsonObject &object, const char *key)
 {
     const QString id = object.value(QLatin1String(key)).toString();
     return isGoodId(id) ? id.toStdString() : std::string();
+}
+
+/** \param version that of the factory, for a scene without one */
+BootLoader::Stored firmwareIn(const QJsonObject &object, std::uint16_t version)
+{
+    const int kept = object.value(QLatin1String("firmware")).toInt(version);
+    const bool isVersion = kept >= 0 && kept <= 0xFFFF;
+    return {isVersion ? static_cast<std::uint16_t>(kept) : version, object.value(QLatin1String("boot")).toBool()};
 }
 
 Scene::Mouse mouseFrom(const QJsonObject &object)
@@ -99,6 +111,8 @@ Scene::Mouse mouseFrom(const QJsonObject &object)
     mouse.model = idIn(object, "model");
     mouse.isCorded = object.value(QLatin1String("corded")).toBool();
     mouse.batteryPercent = object.value(QLatin1String("battery")).toInt(mouse.batteryPercent);
+    if (const MouseModel *const model = findMouseModel(mouse.model))
+        mouse.firmware = firmwareIn(object, model->version);
     return mouse;
 }
 
@@ -111,6 +125,8 @@ Scene::Receiver receiverFrom(const QJsonObject &object)
     receiver.pairedMouse = idIn(object, "mouse");
     receiver.isPlugged = object.value(QLatin1String("plugged")).toBool(true);
     receiver.stored.isLongRange = object.value(QLatin1String("longRange")).toBool();
+    if (const ReceiverModel *const model = findReceiverModel(receiver.link))
+        receiver.firmware = firmwareIn(object, model->version);
     const QJsonArray light = object.value(QLatin1String("light")).toArray();
     for (int i = 0; i < light.size() && i < static_cast<int>(receiver.stored.light.size()); ++i)
         receiver.stored.light[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(light[i].toInt());

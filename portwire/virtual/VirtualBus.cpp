@@ -4,8 +4,6 @@
 
 namespace portwire {
 
-std::string VirtualBus::Mouse::path() const { return "virtual/cable/" + id; }
-
 /** A mouse keeps its address for life, so it follows from its id. */
 std::array<std::uint8_t, 3> VirtualBus::Mouse::address() const
 {
@@ -16,8 +14,6 @@ std::array<std::uint8_t, 3> VirtualBus::Mouse::address() const
     return {static_cast<std::uint8_t>(hash >> 16 | 1), static_cast<std::uint8_t>(hash >> 8),
             static_cast<std::uint8_t>(hash)};
 }
-
-std::string VirtualBus::Receiver::path() const { return "virtual/receiver/" + id; }
 
 std::shared_ptr<VirtualBus> VirtualBus::create(VirtualMouse::Clock time)
 {
@@ -33,19 +29,23 @@ std::vector<DeviceNode> VirtualBus::enumerate()
 std::vector<DeviceNode> VirtualBus::nodes() const
 {
     std::vector<DeviceNode> all;
-    const auto add = [&](const std::string &path, std::string_view product, std::uint16_t version) {
-        for (const HidInterface &hid : hidInterfaces) {
-            all.push_back({path + std::string(hid.pathEnd), std::string(vendorId), std::string(product),
-                           hid.interfaceId, hid.collectionId, version});
-        }
+    const auto add = [&](const auto &device, std::uint16_t version, const HidInterface &hid) {
+        all.push_back({device.path() + std::string(hid.pathEnd), std::string(vendorId), std::string(device.product()),
+                       hid.interfaceId, hid.collectionId, version});
+    };
+    const auto addAll = [&](const auto &device) {
+        if (device.device.bootLoader().isActive())
+            return add(device, bootUsbVersion, bootInterface);
+        for (const HidInterface &hid : hidInterfaces)
+            add(device, device.model->usbVersion, hid);
     };
     for (const auto &mouse : mice) {
         if (mouse->device.isCorded())
-            add(mouse->path(), mouse->model->cableProduct, mouse->model->usbVersion);
+            addAll(*mouse);
     }
     for (const auto &receiver : receivers) {
         if (receiver->isPlugged)
-            add(receiver->path(), receiver->model->product, receiver->model->usbVersion);
+            addAll(*receiver);
     }
     return all;
 }
@@ -74,21 +74,32 @@ void VirtualBus::receive(const std::string &path, const Report &report, Inbox &i
     const auto sent = FirmwarePacket::parse(report);
     if (!sent)
         return;
-    const std::lock_guard lock(mutex);
-    settlePairings();
-    const Addressee to = addressee(path, sent->code);
-    if (!to.mouse && !to.receiver)
-        return;
-    for (const Report &arriving : wireOf(to).requests.pass(report)) {
-        const auto request = FirmwarePacket::parse(arriving);
-        if (!request)
-            continue;
-        // One that was held up may be for somebody else than the one that it comes with.
-        const Addressee answering = addressee(path, request->code);
-        Wire &wire = wireOf(answering);
-        for (Report &answer : wire.answers.pass(answerOf(answering, *request).build()))
-            inbox.push(std::move(answer), wire.latency);
+    bool isBusChanged = false;
+    {
+        const std::lock_guard lock(mutex);
+        settlePairings();
+        const Addressee to = addressee(path, sent->code);
+        if (!to.mouse && !to.receiver)
+            return;
+        for (const Report &arriving : wireOf(to).requests.pass(report)) {
+            const auto request = FirmwarePacket::parse(arriving);
+            if (!request)
+                continue;
+            // One that was held up may be for somebody else than the one that it comes with, or have restarted it.
+            const Addressee answering = addressee(path, request->code);
+            if (!answering.mouse && !answering.receiver)
+                break;
+            Wire &wire = wireOf(answering);
+            if (const auto given = answerOf(answering, *request)) {
+                for (Report &answer : wire.answers.pass(given->build()))
+                    inbox.push(std::move(answer), wire.latency);
+            }
+            if (followLoader(answering))
+                isBusChanged = true;
+        }
     }
+    if (isBusChanged)
+        notify();
 }
 
 std::chrono::milliseconds VirtualBus::latency(const std::string &path)
@@ -119,8 +130,11 @@ VirtualBus::Addressee VirtualBus::addressee(const std::string &path, std::uint8_
 
 Wire &VirtualBus::wireOf(const Addressee &to) { return to.mouse ? to.mouse->wire : to.receiver->wire; }
 
-FirmwarePacket VirtualBus::answerOf(const Addressee &to, const FirmwarePacket &request)
+std::optional<FirmwarePacket> VirtualBus::answerOf(const Addressee &to, const FirmwarePacket &request)
 {
+    BootLoader &loader = loaderOf(to);
+    if (loader.isActive() || BootLoader::isAsked(request.code))
+        return loader.answer(request, identityOf(to));
     if (!to.receiver)
         return answerAtCable(*to.mouse, request);
     return to.mouse ? to.mouse->device.answer(request) : answerAtReceiver(*to.receiver, request);
@@ -181,7 +195,8 @@ VirtualBus::Receiver *VirtualBus::receiverOf(const Mouse &mouse)
 VirtualBus::Mouse *VirtualBus::reachedBy(const Receiver &receiver)
 {
     Mouse *const mouse = findMouse(receiver.pairedMouse);
-    const bool isReached = mouse && !mouse->device.isCorded() && mouse->device.isAwake() && !mouse->device.isLooking();
+    const bool isReached = mouse && !receiver.device.bootLoader().isActive() && !mouse->device.isCorded() &&
+                           mouse->device.isAwake() && !mouse->device.isLooking();
     return isReached ? mouse : nullptr;
 }
 

@@ -14,10 +14,12 @@ struct DeviceDescription
     std::string id;
     std::string model;
     bool isReceiver;
-    std::string product; ///< product id; of a mouse that of its cable
+    std::string product; ///< product id; of a mouse that of its cable; in boot mode of its node there
     std::string path;    ///< of the receiver, or of the mouse's cable; there whether plugged or not
-    bool isPlugged;      ///< the receiver, or the mouse's cable
-    bool isAwake;        ///< the mouse; for a receiver the mouse that is paired with it
+    bool isInBoot;
+    std::uint16_t firmware; ///< version, major high; in boot mode that of the last one that ran
+    bool isPlugged;         ///< the receiver, or the mouse's cable
+    bool isAwake;           ///< the mouse; for a receiver the mouse that is paired with it
     bool isCorded;
     bool isProgramShown;                 ///< the mouse was told that the program is in front
     int curveValues;                     ///< of the battery curve that the mouse was given
@@ -68,6 +70,13 @@ public:
     std::string setBattery(const std::string &id, int percent, bool isCharging);
     std::string setFault(const std::string &id, FaultKind kind, int count, int after = 0,
                          ReportClass reports = ReportClass::Answers);
+    /** The next upgrade of the device ends with a loss of its power, when that much of the file has arrived: 0 to 100
+     */
+    std::string setPowerLoss(const std::string &id, int percent);
+    /** Restarts the device in boot mode. */
+    std::string enterBoot(const std::string &id);
+    /** \param version major high; -1 leaves it as it is */
+    std::string setFirmware(const std::string &id, int version);
     /** How long what the device sends is on its way, up to a second. */
     std::string setLatency(const std::string &id, std::chrono::microseconds latency);
     /** Presses buttons on the mouse's own clock; nothing waits for it. \param events what comes of it */
@@ -93,7 +102,8 @@ private:
         VirtualMouse device;
         Wire wire{};
 
-        std::string path() const; ///< of its cable
+        std::string path() const; ///< of its cable, in the mode in which it is
+        std::string_view product() const;
         std::array<std::uint8_t, 3> address() const;
     };
     struct Receiver
@@ -106,7 +116,8 @@ private:
         bool isPlugged = true;
         Wire wire{};
 
-        std::string path() const;
+        std::string path() const; ///< in the mode in which it is
+        std::string_view product() const;
     };
     struct Opened
     {
@@ -139,7 +150,12 @@ private:
     };
     Addressee addressee(const std::string &path, std::uint8_t code);
     static Wire &wireOf(const Addressee &to);
-    FirmwarePacket answerOf(const Addressee &to, const FirmwarePacket &request);
+    Addressee findDevice(const std::string &id);
+    static BootLoader &loaderOf(const Addressee &device);
+    static BootLoader::Identity identityOf(const Addressee &of);
+    std::optional<FirmwarePacket> answerOf(const Addressee &to, const FirmwarePacket &request);
+    bool followLoader(const Addressee &of);
+    void restart(const Addressee &device, bool isIntoBoot);
     FirmwarePacket answerAtCable(Mouse &mouse, const FirmwarePacket &request);
     FirmwarePacket answerAtReceiver(Receiver &receiver, const FirmwarePacket &request);
     void announce(const std::string &path, const FirmwarePacket &packet, Wire &wire);
@@ -147,6 +163,8 @@ private:
     void noteChange();
     void notify();
 
+    template<typename Action>
+    std::string onRunningMouse(const std::string &id, Action action);
     template<typename Action>
     std::string onMouse(const std::string &id, Action action);
 

@@ -112,9 +112,18 @@ std::string VirtualBus::onMouse(const std::string &id, Action action)
     return mouse ? action(*mouse) : noSuchMouse;
 }
 
-std::string VirtualBus::setAwake(const std::string &id, bool isNowAwake)
+/** For what a hand does: in boot mode the mouse knows nothing of its buttons. */
+template<typename Action>
+std::string VirtualBus::onRunningMouse(const std::string &id, Action action)
 {
     return onMouse(id, [&](Mouse &mouse) -> std::string {
+        return mouse.device.bootLoader().isActive() ? "the mouse is in boot mode" : action(mouse);
+    });
+}
+
+std::string VirtualBus::setAwake(const std::string &id, bool isNowAwake)
+{
+    return onRunningMouse(id, [&](Mouse &mouse) -> std::string {
         if (isNowAwake)
             mouse.device.wake();
         else
@@ -125,14 +134,14 @@ std::string VirtualBus::setAwake(const std::string &id, bool isNowAwake)
 
 std::string VirtualBus::changeLevel(const std::string &id, int level)
 {
-    return onMouse(id, [&](Mouse &mouse) -> std::string {
+    return onRunningMouse(id, [&](Mouse &mouse) -> std::string {
         return mouse.device.changeLevel(level) ? "" : "the mouse has no such level in use; the first is 0";
     });
 }
 
 std::string VirtualBus::changeRate(const std::string &id, int code)
 {
-    return onMouse(id, [&](Mouse &mouse) -> std::string {
+    return onRunningMouse(id, [&](Mouse &mouse) -> std::string {
         const bool isByte = code >= 0 && code <= 255;
         return isByte && mouse.device.changeRate(static_cast<std::uint8_t>(code))
                    ? ""
@@ -142,14 +151,14 @@ std::string VirtualBus::changeRate(const std::string &id, int code)
 
 std::string VirtualBus::changeProfile(const std::string &id, int index)
 {
-    return onMouse(id, [&](Mouse &mouse) -> std::string {
+    return onRunningMouse(id, [&](Mouse &mouse) -> std::string {
         return mouse.device.changeProfile(index) ? "" : "the profile is none of 0, 1, 2, 3";
     });
 }
 
 std::string VirtualBus::setBattery(const std::string &id, int percent, bool isCharging)
 {
-    return onMouse(id, [&](Mouse &mouse) -> std::string {
+    return onRunningMouse(id, [&](Mouse &mouse) -> std::string {
         if (!mouse.device.setBattery(percent, isCharging))
             return "the charge is not within 0 to 100 percent";
         noteChange();
@@ -174,7 +183,7 @@ std::string VirtualBus::play(const std::string &id, const std::vector<ButtonPres
             return "a button that is down can't be pressed";
         freeAt = press.upMs;
     }
-    return onMouse(id, [&](Mouse &mouse) -> std::string {
+    return onRunningMouse(id, [&](Mouse &mouse) -> std::string {
         const Receiver *const receiver = receiverOf(mouse);
         const bool isWireless = receiver && !mouse.device.isCorded();
         const int mostHertz = isWireless ? receiver->model->mostHertz : cableMostHertz;

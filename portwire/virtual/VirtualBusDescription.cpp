@@ -22,8 +22,11 @@ DeviceDescription VirtualBus::describe(Mouse &mouse)
     DeviceDescription device{};
     device.id = mouse.id;
     device.model = mouse.model->name;
-    device.product = mouse.model->cableProduct;
+    const BootLoader &loader = mouse.device.bootLoader();
+    device.product = mouse.product();
     device.path = mouse.path();
+    device.isInBoot = loader.isActive();
+    device.firmware = loader.version();
     device.isPlugged = device.isCorded = mouse.device.isCorded();
     device.isAwake = mouse.device.isAwake();
     device.isProgramShown = mouse.device.isProgramShown();
@@ -52,8 +55,11 @@ DeviceDescription VirtualBus::describe(Receiver &receiver)
     device.id = receiver.id;
     device.model = receiver.mouseModel->name;
     device.isReceiver = true;
-    device.product = receiver.model->product;
+    const BootLoader &loader = receiver.device.bootLoader();
+    device.product = receiver.product();
     device.path = receiver.path();
+    device.isInBoot = loader.isActive();
+    device.firmware = loader.version();
     device.isPlugged = receiver.isPlugged;
     device.isCorded = false;
     device.partner = mouse ? mouse->id : std::string();

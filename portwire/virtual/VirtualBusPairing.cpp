@@ -31,6 +31,8 @@ std::string VirtualBus::startPairing(const std::string &id, std::chrono::seconds
     Mouse *const mouse = findMouse(id);
     if (!mouse)
         return "there is no mouse with this id";
+    if (mouse->device.bootLoader().isActive())
+        return "the mouse is in boot mode";
     if (!mouse->device.lookForReceiver(patience))
         return "a mouse on its cable looks for no receiver";
     settlePairings();
@@ -43,6 +45,8 @@ std::string VirtualBus::resetByHand(const std::string &id)
     Mouse *const mouse = findMouse(id);
     if (!mouse)
         return "there is no mouse with this id";
+    if (mouse->device.bootLoader().isActive())
+        return "the mouse is in boot mode";
     mouse->device.resetByHand();
     return {};
 }

@@ -8,12 +8,13 @@ Scene VirtualBus::scene()
     Scene all;
     for (const auto &mouse : mice) {
         all.mice.push_back({mouse->id, std::string(mouse->model->name), mouse->device.isCorded(),
-                            mouse->device.batteryPercent(), mouse->device.content()});
+                            mouse->device.batteryPercent(), mouse->device.content(),
+                            mouse->device.bootLoader().content()});
     }
     for (const auto &receiver : receivers) {
         all.receivers.push_back({receiver->id, std::string(receiver->mouseModel->name),
                                  std::string(receiver->model->link), receiver->pairedMouse, receiver->isPlugged,
-                                 receiver->device.content()});
+                                 receiver->device.content(), receiver->device.bootLoader().content()});
     }
     return all;
 }
@@ -32,6 +33,7 @@ void VirtualBus::setScene(const Scene &scene)
                 continue;
             Mouse &mouse = addMouse(kept.id, *model);
             mouse.device.setContent(kept.stored);
+            mouse.device.bootLoader().setContent(kept.firmware);
             mouse.device.setCorded(kept.isCorded);
             mouse.device.setBattery(kept.batteryPercent, kept.isCorded);
         }
@@ -42,6 +44,7 @@ void VirtualBus::setScene(const Scene &scene)
                 continue;
             Receiver &receiver = addReceiver(kept.id, *mouseModel, *model);
             receiver.device.setContent(kept.stored);
+            receiver.device.bootLoader().setContent(kept.firmware);
             receiver.pairedMouse = kept.pairedMouse;
             receiver.isPlugged = kept.isPlugged;
         }

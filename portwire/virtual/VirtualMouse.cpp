@@ -8,7 +8,7 @@
 namespace portwire {
 
 VirtualMouse::VirtualMouse(const MouseModel &ofModel, Clock clock)
-    : model(ofModel), now(std::move(clock)), lastUse(now())
+    : model(ofModel), now(std::move(clock)), loader(ofModel.version), lastUse(now())
 {
     stored.profiles.fill(FirmwareFlash::factory(model));
 }
@@ -38,7 +38,7 @@ FirmwarePacket VirtualMouse::answer(const FirmwarePacket &request)
         return selectProfile(request);
     case 18:
         return request.answer(
-            {static_cast<std::uint8_t>(model.version % 256), static_cast<std::uint8_t>(model.version / 256)});
+            {static_cast<std::uint8_t>(loader.version() % 256), static_cast<std::uint8_t>(loader.version() / 256)});
     default:
         return request.refusal();
     }
@@ -84,6 +84,8 @@ void VirtualMouse::connectionLost() { staged.clear(); }
 
 bool VirtualMouse::isAwake()
 {
+    if (loader.isActive())
+        return false;
     const int idle = flash().idleSeconds();
     if (awake && !corded && idle > 0 && now() - lastUse >= std::chrono::seconds(idle))
         sleep();
@@ -113,12 +115,22 @@ void VirtualMouse::setCorded(bool isNowCorded)
     if (corded == isNowCorded)
         return;
     connectionLost();
+    loader.losePower(); // or its link, which is the same to it
     corded = isNowCorded;
     charging = isNowCorded;
     awake = true;
     touched();
     // What it announced on the cable went to a program that may never have opened it there.
     tell(batteryChanged | std::exchange(changedOnCable, std::uint8_t{0}));
+}
+
+void VirtualMouse::restart(bool isIntoBoot)
+{
+    sleep();
+    if (isIntoBoot)
+        return loader.enter();
+    loader.leave();
+    wake();
 }
 
 bool VirtualMouse::lookForReceiver(std::chrono::seconds patience)
@@ -227,7 +239,7 @@ void VirtualMouse::tell(std::uint8_t statusFlags)
 {
     if (corded)
         changedOnCable |= statusFlags;
-    if (announce)
+    if (announce && !loader.isActive())
         announce({10, 0, 0, 0, {statusFlags}});
 }
 

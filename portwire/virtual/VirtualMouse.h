@@ -1,5 +1,6 @@
 #pragma once
 
+#include "portwire/virtual/BootLoader.h"
 #include "portwire/virtual/FirmwareFlash.h"
 #include "portwire/virtual/FirmwarePacket.h"
 
@@ -44,7 +45,13 @@ public:
     /** The link to the PC broke off: a batch of writes that isn't complete is forgotten. */
     void connectionLost();
 
-    bool isAwake(); ///< false as soon as the idle time has passed
+    /** Its mode is changed by restart() alone. */
+    BootLoader &bootLoader() { return loader; }
+    const BootLoader &bootLoader() const { return loader; }
+    /** Starts again, in boot mode or with the firmware that it has. Its memory but the flash is lost. */
+    void restart(bool isIntoBoot);
+
+    bool isAwake(); ///< false as soon as the idle time has passed, and in boot mode
     void sleep();
     void wake();
 
@@ -102,6 +109,7 @@ private:
     const MouseModel &model;
     Clock now;
 
+    BootLoader loader;
     Stored stored;
     /** Writes of a batch whose last report hasn't come yet. */
     std::vector<FirmwarePacket> staged;

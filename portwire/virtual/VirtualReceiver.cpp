@@ -8,7 +8,7 @@ namespace portwire {
 bool VirtualReceiver::isAskedAlone(std::uint8_t code)
 {
     constexpr std::uint8_t codes[] = {1, 3, 5, 6, 20, 21, 22, 23, 24};
-    return std::find(std::begin(codes), std::end(codes), code) != std::end(codes);
+    return BootLoader::isAsked(code) || std::find(std::begin(codes), std::end(codes), code) != std::end(codes);
 }
 
 FirmwarePacket VirtualReceiver::answer(const FirmwarePacket &request)
@@ -28,7 +28,7 @@ FirmwarePacket VirtualReceiver::answer(const FirmwarePacket &request)
         return request.answer({static_cast<std::uint8_t>(stored.isLongRange)});
     case 24:
         return request.answer(
-            {static_cast<std::uint8_t>(model.version % 256), static_cast<std::uint8_t>(model.version / 256)});
+            {static_cast<std::uint8_t>(loader.version() % 256), static_cast<std::uint8_t>(loader.version() / 256)});
     default:
         return request.refusal();
     }
@@ -72,6 +72,21 @@ FirmwarePacket VirtualReceiver::enterPairing(const FirmwarePacket &request)
 }
 
 void VirtualReceiver::endPairing(bool isPaired) { setPairingStatus(isPaired ? 3 : 2); }
+
+void VirtualReceiver::losePower()
+{
+    pairingStatus = 0;
+    loader.losePower();
+}
+
+void VirtualReceiver::restart(bool isIntoBoot)
+{
+    losePower();
+    if (isIntoBoot)
+        loader.enter();
+    else
+        loader.leave();
+}
 
 void VirtualReceiver::setPairingStatus(std::uint8_t status)
 {

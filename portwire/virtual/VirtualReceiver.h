@@ -1,5 +1,6 @@
 #pragma once
 
+#include "portwire/virtual/BootLoader.h"
 #include "portwire/virtual/DeviceModels.h"
 #include "portwire/virtual/FirmwarePacket.h"
 
@@ -26,7 +27,10 @@ public:
     static constexpr std::chrono::seconds pairingTime{30};
 
     /** \param ofModel outlives it */
-    VirtualReceiver(const ReceiverModel &ofModel, Clock clock) : model(ofModel), now(std::move(clock)) {}
+    VirtualReceiver(const ReceiverModel &ofModel, Clock clock)
+        : model(ofModel), now(std::move(clock)), loader(ofModel.version)
+    {
+    }
 
     /** Whether a request with this code is for the receiver, whatever its mouse does. */
     static bool isAskedAlone(std::uint8_t code);
@@ -39,7 +43,13 @@ public:
     bool isPairingOver() const { return isPairing() && now() >= pairingUntil; }
     void endPairing(bool isPaired);
     /** It was pulled out: what it was doing is forgotten. */
-    void losePower() { pairingStatus = 0; }
+    void losePower();
+
+    /** Its mode is changed by restart() alone. */
+    BootLoader &bootLoader() { return loader; }
+    const BootLoader &bootLoader() const { return loader; }
+    /** Starts again, in boot mode or with the firmware that it has. */
+    void restart(bool isIntoBoot);
 
     const Stored &content() const { return stored; }
     void setContent(const Stored &content) { stored = content; }
@@ -59,6 +69,7 @@ private:
 
     const ReceiverModel &model;
     Clock now;
+    BootLoader loader;
     Stored stored;
     std::uint8_t pairingStatus = 0; ///< 0 none yet, 1 goes on, 2 failed, 3 paired
     std::chrono::steady_clock::time_point pairingUntil{};
