@@ -45,11 +45,6 @@ bool isCordedClass(std::uint8_t receiverClass) { return receiverRateOf(receiverC
 
 int receiverRateOf(std::uint8_t receiverClass) { return ReceiverClasses::kindOf(receiverClass).rate; }
 
-QString versionText(unsigned version)
-{
-    return QStringLiteral("v%1.%2").arg(version >> 8 & 0xffU).arg(version & 0xffU, 0, 16);
-}
-
 void refreshOnline(DeviceAllInfo &info)
 {
     std::array<std::uint8_t, 10> answer{};

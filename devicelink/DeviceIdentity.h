@@ -29,6 +29,3 @@ bool isCordedClass(std::uint8_t receiverClass);
 
 /** Rate in kHz of a receiver class; 0 for a mouse on its cable. */
 int receiverRateOf(std::uint8_t receiverClass);
-
-/** "v", the high byte in decimal, ".", the low byte in hexadecimal without padding. */
-QString versionText(unsigned version);

@@ -3,6 +3,7 @@
 #include "devicelink/DeviceIdentity.h"
 #include "devicelink/SelectedDevice.h"
 #include "portwire/portwire.h"
+#include "productdata/FirmwareImages.h"
 #include "productdata/ModelData.h"
 
 #include <QStringList>
@@ -30,7 +31,7 @@ QString usbVersion(const QString &path)
 {
     std::array<std::uint8_t, 12> attribute{};
     UsbFinderC_GetUsbDeviceAttribute(path.toUtf8().constData(), attribute.data());
-    return versionText(static_cast<unsigned>(attribute[8] | attribute[9] << 8));
+    return FirmwareImages::versionText(static_cast<std::uint32_t>(attribute[8] | attribute[9] << 8));
 }
 
 } // namespace

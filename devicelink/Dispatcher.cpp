@@ -13,6 +13,7 @@
 #include "devicelink/WorkingRecord.h"
 #include "portwire/portwire.h"
 #include "productdata/ConfigStore.h"
+#include "productdata/FirmwareImages.h"
 #include "productdata/ModelData.h"
 
 namespace {
@@ -90,7 +91,7 @@ void onConfig(const Report &report)
 
 void onVersion(const Report &)
 {
-    const QString version = versionText(UsbFinderC_GetVersion(DevicePath().get().constData()));
+    const QString version = FirmwareImages::versionText(UsbFinderC_GetVersion(DevicePath().get().constData()));
     SelectInfo().update([&version](DeviceAllInfo &selected) { selected.MouseVersion = version; });
     postMsg()->post(&PostMsg::SigSetver, 0);
     ModelData::storeMouseVersion(SelectInfo().get().ModelIndex, version);

@@ -46,6 +46,11 @@ std::optional<int> ModelData::companyId(const ConfigStore &store)
 
 QString ModelData::section(int modelIndex) { return QStringLiteral("Drive") + QString::number(modelIndex + 1); }
 
+int ModelData::modelId(int modelIndex, const ConfigStore &store)
+{
+    return store.number(section(modelIndex), QStringLiteral("MID"));
+}
+
 int ModelData::modelIndexOf(int deviceKind, const ConfigStore &store)
 {
     const int total = deviceTotal(store);
@@ -69,6 +74,14 @@ ModelData::UsbIds ModelData::usbIds(const ConfigStore &store)
 QString ModelData::updateFailInfo()
 {
     return QString::fromStdString(platform::registryText(registryKey, "UpdateFailInfo"));
+}
+
+void ModelData::storeUpdateFailInfo(const QString &info)
+{
+    const bool isDone = info.isEmpty() ? platform::removeRegistryValue(registryKey, "UpdateFailInfo")
+                                       : platform::setRegistryText(registryKey, "UpdateFailInfo", info.toStdString());
+    if (!isDone)
+        qWarning() << "the unfinished firmware update could not be noted:" << info;
 }
 
 QString ModelData::mouseVersion(int modelIndex)

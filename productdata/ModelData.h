@@ -17,6 +17,8 @@ int deviceTotal(const ConfigStore &store = *ConfigStore::instance());
 std::optional<int> companyId(const ConfigStore &store = *ConfigStore::instance());
 /** Section of a model, "Drive" and the index plus 1. */
 QString section(int modelIndex);
+/** `MID` of a model; 0 without one. */
+int modelId(int modelIndex, const ConfigStore &store = *ConfigStore::instance());
 /** Index of the model with this `MID`, or `deviceTotal()`. */
 int modelIndexOf(int deviceKind, const ConfigStore &store = *ConfigStore::instance());
 
@@ -41,6 +43,8 @@ extern const char *const installerKey;
 
 /** Text of the registry value "UpdateFailInfo": non-empty while a firmware update hasn't finished. */
 QString updateFailInfo();
+/** Remembers what firmware update hasn't finished; empty for none. May be called from any thread. */
+void storeUpdateFailInfo(const QString &info);
 /** The last seen firmware version of a model; empty if none was ever seen on this PC. */
 QString mouseVersion(int modelIndex);
 /** Remembers the last seen firmware version of a model. */
