@@ -6,7 +6,6 @@
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceIdentity.h"
 #include "devicelink/DeviceScan.h"
-#include "devicelink/Worker.h"
 #include "portwire/portwire.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/ModelData.h"
@@ -18,7 +17,6 @@
 #include "ui/mytoolButtonEnter.h"
 #include "ui_DialogChange.h"
 
-#include <QDebug>
 #include <QTimer>
 
 #include <array>
@@ -26,8 +24,6 @@
 namespace {
 
 constexpr int entriesPerPage = 3;
-/** The thread gets this start over the page change, in ms. */
-constexpr int workerStart = 150;
 
 struct Place
 {
@@ -107,6 +103,9 @@ void DialogChange::startScanning()
 
 void DialogChange::scan()
 {
+    // A device that is being repaired comes and goes by itself; who repaired it scans when that is over.
+    if (FirmwareUnderWay)
+        return;
     showHint();
     ChooserList::scan();
     rebuild();
@@ -240,52 +239,6 @@ void DialogChange::on_LeftButton_clicked()
         ui->RightButton->show();
     }
     ui->stackedWidget->setCurrentIndex(current - 1);
-}
-
-// Opening a device ---------------------------------------------------------------------------------------------------
-
-void DialogChange::slotButtonClicked()
-{
-    bool isNumber = false;
-    const int index = sender() ? sender()->objectName().remove(QStringLiteral("btn")).toInt(&isNumber) : -1;
-    if (isNumber)
-        openEntry(index);
-}
-
-void DialogChange::openEntry(int index)
-{
-    // A second click may already lie in the queue when the first one has opened the device.
-    if (index < 0 || index >= ChooserList::devices().size() || DeviceEntered || Wait::isEnding())
-        return;
-    const DeviceAllInfo device = ChooserList::devices().at(index);
-    postMsg()->post(&PostMsg::SigSetver, 6);
-    if (!isKnownModel(device)) {
-        qWarning() << "a device of an unknown model was clicked:" << device.Path;
-        return;
-    }
-    if (device.DeviceKind == 1 || device.DeviceKind == 2)
-        postMsg()->post(&PostMsg::SigMouseIndex, device.DeviceKind - 1);
-    postMsg()->post(&PostMsg::SigSelectMouseInfo, device);
-    ReceiverRate = receiverRateOf(device.ReceiverClass);
-    // No firmware images are shipped beside this build, so no newer one can be offered.
-    postMsg()->post(&PostMsg::SigLabelTextB, device.UsbVersion, QString());
-    postMsg()->post(&PostMsg::SigChangeMainDialog, 1);
-    if (isVisible())
-        return; // the device watch looks at once: the device had just been pulled, and the watch has led back here
-    Wait::standing(workerStart);
-    DeviceWindowOpen = true;
-    requestConnect();
-}
-
-void DialogChange::SlotEnterKey()
-{
-    if (ui->Repair->isVisible())
-        on_Repair_clicked();
-}
-
-void DialogChange::on_Repair_clicked()
-{
-    qWarning() << "a firmware update has not finished:" << ModelData::updateFailInfo();
 }
 
 void DialogChange::SlotUpDateButton(bool IsHide)

@@ -50,6 +50,8 @@ private:
     void addPages();
     void showEntry(int index);
     void openEntry(int index);
+    bool isLeftByItsMouse(int index) const;
+    void checkMismatch(const DeviceAllInfo &receiver);
     void tellDuplicates();
     void closeDuplicatesNotice();
     void showHint();

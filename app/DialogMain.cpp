@@ -10,6 +10,7 @@
 #include "devicelink/DeviceScan.h"
 #include "devicelink/DeviceWatch.h"
 #include "devicelink/ReportLink.h"
+#include "maintenance/MismatchCheck.h"
 #include "maintenance/PairingRun.h"
 #include "platform/Registry.h"
 #include "portwire/portwire.h"
@@ -18,7 +19,6 @@
 #include "productdata/Theme.h"
 #include "productdata/UserSettings.h"
 #include "ui/MouseOffLine.h"
-#include "ui/RePair.h"
 #include "ui_DialogMain.h"
 
 #include <QCloseEvent>
@@ -287,15 +287,7 @@ void DialogMain::pairByKey()
     if (devices.size() != 1 || devices.first().IsCorded)
         return;
     const DeviceAllInfo receiver = devices.first();
-    // A mouse of this model was here before, so it may only be asleep. No firmware image is shipped beside this build
-    // that could be the reason why the two don't hear each other.
-    if (!ModelData::mouseVersion(receiver.ModelIndex).isEmpty()) {
-        RePair question;
-        question.centreOn(this);
-        if (question.exec() != QDialog::Accepted)
-            return;
-    }
-    PairingRun::onChooser(this, receiver);
+    MismatchCheck::run(this, receiver);
     if (!DeviceEntered && !Wait::isEnding())
         DialogChange::startScanning();
 }

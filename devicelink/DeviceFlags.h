@@ -8,18 +8,22 @@
  * Each is read and written alone: nothing may rely on two of them changing together.
  */
 
-inline std::atomic<bool> ConnectPending{false};      ///< `Worker::run` has work to do
-inline std::atomic<bool> DeviceWindowOpen{false};    ///< connects may run; a pairing takes it down for its run
-inline std::atomic<bool> DeviceEntered{false};       ///< the user is in the device window, until he starts to leave
-inline std::atomic<bool> WindowAway{false};          ///< the window is in the tray or minimised: nobody looks
-inline std::atomic<bool> DeviceOnline{false};        ///< last result of the online test for the selected path
-inline std::atomic<bool> PreviousOnline{false};      ///< `DeviceOnline` at the last finished connect
-inline std::atomic<bool> LinkUp{false};              ///< the last connect found the device, or a record arrived
-inline std::atomic<bool> OfflineWaiting{false};      ///< polling for the mouse to come back
-inline std::atomic<bool> ReconnectRequested{false};  ///< a connect is to start at the next poll
-inline std::atomic<bool> RereadPending{false};       ///< the next connect is a re-read
-inline std::atomic<bool> BulkUpdateActive{false};    ///< an import or reset runs; pages send nothing on their own
-inline std::atomic<bool> HotplugWatchEnabled{true};  ///< false while a firmware update runs
+inline std::atomic<bool> ConnectPending{false};       ///< `Worker::run` has work to do
+inline std::atomic<bool> DeviceWindowOpen{false};     ///< connects may run; a pairing takes it down for its run
+inline std::atomic<bool> DeviceEntered{false};        ///< the user is in the device window, until he starts to leave
+inline std::atomic<bool> WindowAway{false};           ///< the window is in the tray or minimised: nobody looks
+inline std::atomic<bool> DeviceOnline{false};         ///< last result of the online test for the selected path
+inline std::atomic<bool> PreviousOnline{false};       ///< `DeviceOnline` at the last finished connect
+inline std::atomic<bool> LinkUp{false};               ///< the last connect found the device, or a record arrived
+inline std::atomic<bool> OfflineWaiting{false};       ///< polling for the mouse to come back
+inline std::atomic<bool> ReconnectRequested{false};   ///< a connect is to start at the next poll
+inline std::atomic<bool> RereadPending{false};        ///< the next connect is a re-read
+inline std::atomic<bool> BulkUpdateActive{false};     ///< an import or reset runs; pages send nothing on their own
+inline std::atomic<bool> HotplugWatchEnabled{true};   ///< false while a firmware update runs
+inline std::atomic<bool> UpdateRunning{false};        ///< a firmware update, from the press of its button to its end
+inline std::atomic<bool> FirmwareUnderWay{false};     ///< an image is on its way into a device: nobody scans the bus
+inline std::atomic<bool> MouseUpdateAvailable{false}; ///< last answers of the check for newer firmware
+inline std::atomic<bool> DongleUpdateAvailable{false};
 inline std::atomic<bool> DeviceWritesEnabled{false}; ///< widget handlers send only while it is true
 inline std::atomic<bool> MacroRecording{false};      ///< a macro recording takes all keys
 

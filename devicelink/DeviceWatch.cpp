@@ -7,6 +7,7 @@
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/Worker.h"
 #include "portwire/portwire.h"
+#include "productdata/FirmwareImages.h"
 
 #include <algorithm>
 
@@ -36,6 +37,10 @@ QList<DeviceAllInfo> watched; // GUI thread only
 
 void deviceWatch()
 {
+    // A device that is written to comes and goes by itself, and each look would hold up the display of its progress for
+    // as long as it doesn't answer. Whoever wrote the firmware has the bus looked at when it is over.
+    if (FirmwareUnderWay)
+        return;
     postMsg()->post(&PostMsg::SigSetver, 4);
     const QList<DeviceAllInfo> list = scanDevices();
     watched = list;
@@ -58,18 +63,42 @@ void deviceWatch()
         postMsg()->post(&PostMsg::SigChangeMainDialog, 0);
         return; // the chooser scans anew; nothing here is shown any more
     }
-    // With the mouse on its cable, the version that could be newer is that of its receiver. The second text says that a
-    // newer firmware lies at hand; no image folder is shipped with this build.
-    if (SelectInfo().get().IsCorded)
-        postMsg()->post(&PostMsg::SigLabelTextB, pairedReceiverVersion(), QString());
+    // With the mouse on its cable, the version that could be newer is that of its receiver.
+    const DeviceAllInfo selected = SelectInfo().get();
+    if (selected.IsCorded)
+        offerReceiverUpdate(pairedReceiverVersion(), selected.ModelIndex, updateClass());
 }
 
-QString pairedReceiverVersion()
+const QList<DeviceAllInfo> &watchedDevices() { return watched; }
+
+std::optional<DeviceAllInfo> pairedReceiver()
 {
     if (watched.size() != 2)
         return {}; // more than one receiver could be that of the mouse
     const auto receiver = std::find_if(watched.cbegin(), watched.cend(), [](const DeviceAllInfo &entry) {
         return entry.HasUsbAddress && !entry.IsCorded;
     });
-    return receiver == watched.cend() ? QString() : receiver->UsbVersion;
+    return receiver == watched.cend() ? std::nullopt : std::optional<DeviceAllInfo>(*receiver);
+}
+
+QString pairedReceiverVersion()
+{
+    const auto receiver = pairedReceiver();
+    return receiver ? receiver->UsbVersion : QString();
+}
+
+int updateClass()
+{
+    const DeviceAllInfo selected = SelectInfo().get();
+    if (!selected.IsCorded)
+        return receiverRateOf(selected.ReceiverClass);
+    const auto receiver = pairedReceiver();
+    return receiver ? receiverRateOf(receiver->ReceiverClass) : 0;
+}
+
+void offerReceiverUpdate(const QString &version, int modelIndex, int updateClass)
+{
+    DongleUpdateAvailable =
+        FirmwareImages::CheckUpdate(FirmwareImages::receiverRequest(modelIndex, updateClass), version);
+    postMsg()->post(&PostMsg::SigLabelTextB, version, DongleUpdateAvailable ? QStringLiteral("true") : QString());
 }

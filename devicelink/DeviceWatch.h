@@ -1,6 +1,11 @@
 #pragma once
 
+#include "devicelink/DeviceAllInfo.h"
+
+#include <QList>
 #include <QString>
+
+#include <optional>
 
 /**
  * Called at each USB change while the device window shows, on the GUI thread. Moves the selection to the cable when the
@@ -8,8 +13,22 @@
  */
 void deviceWatch();
 
-/**
- * Firmware version of the receiver that lies on the bus beside a mouse on its cable, from the last look of the watch;
- * empty without one. GUI thread only.
- */
+/** What the last look of the watch found on the bus. GUI thread only, as all below. */
+const QList<DeviceAllInfo> &watchedDevices();
+
+/** The receiver that lies on the bus beside a mouse on its cable, from the last look of the watch. */
+std::optional<DeviceAllInfo> pairedReceiver();
+/** Its firmware version; empty without one. */
 QString pairedReceiverVersion();
+
+/**
+ * `UpdateClass`: the rate in kHz of the receiver whose firmware can be updated, 1, 2 or 4. That of the selected device,
+ * or the one beside a mouse on its cable; 0 if there is none.
+ */
+int updateClass();
+
+/**
+ * Looks whether newer firmware than `version` lies at hand for a receiver, keeps the answer in `DongleUpdateAvailable`
+ * and tells the settings page.
+ */
+void offerReceiverUpdate(const QString &version, int modelIndex, int updateClass);

@@ -56,14 +56,18 @@ const QString autoStartKey = QStringLiteral("Enable");
 
 } // namespace
 
-FormSetting::FormSetting(QWidget *parent) : QWidget(parent)
+FormSetting::FormSetting(QWidget *parent)
+    : QWidget(parent), run(this, [this](FirmwareRun::Device device) {
+          return (device == FirmwareRun::Mouse ? form.label_7 : form.label_5)->text();
+      })
 {
     setObjectName(QStringLiteral("FormSettingPage"));
     form.build(this);
     for (QWidget *unused : std::initializer_list<QWidget *>{form.Receive, form.Mouse, form.pushButton_4, form.NewLabel})
         unused->hide();
-    showMessage(receiverMessage, Message::None);
-    showMessage(mouseMessage, Message::None);
+    connectRun();
+    for (const FirmwareRun::Device device : {FirmwareRun::Receiver, FirmwareRun::Mouse})
+        showMessage(device);
     setStyles();
     SlotChangeLanguage(UserSettings::instance()->language());
     form.checkBox->setChecked(UserSettings::instance()->read(autoStart, autoStartKey).toInt() != 0);
@@ -209,13 +213,17 @@ void FormSetting::SetVer(int step)
         return;
     }
     if (step == 1 || step == 4 || step == 5)
-        showMessage(receiverMessage, Message::None);
+        run.setMessage(FirmwareRun::Receiver, FirmwareRun::Message::None);
     if (step == 2 || step == 4 || step == 5)
-        showMessage(mouseMessage, Message::None);
+        run.setMessage(FirmwareRun::Mouse, FirmwareRun::Message::None);
     if (step >= 3 && step <= 5)
         showUsualUpdateTexts();
+    if (step == 4 || step == 5)
+        run.reset();
     if (step == 0 || step == 5)
         showVersions();
+    if (step == 0)
+        run.check();
 }
 
 void FormSetting::showVersions()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "maintenance/FirmwareRun.h"
 #include "maintenance/SettingForm.h"
 #include "portwire/portwire.h"
 
@@ -41,6 +42,8 @@ public Q_SLOTS:
     void SlotLabelText(int index, QString Text);
     /** Version of the receiver; the second text is "true" if a newer firmware is at hand. */
     void SlotLabelTextB(QString Text, QString TextA);
+    /** The update of one device was confirmed; see FirmwareRun. */
+    void SlotContinue(int index) { run.SlotContinue(index); }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -56,18 +59,20 @@ private Q_SLOTS:
     void on_pushButton_2_clicked();
     void on_pushButton_3_clicked();
     void SlotScroolChange(int value);
+    void on_Mouse_clicked() { run.press(FirmwareRun::Mouse); }
+    void on_Receive_clicked() { run.press(FirmwareRun::Receiver); }
 
 private:
-    /** What stands beside the version of a device after an update that could not be made. */
-    enum class Message { None, NoDevice, SeveralDevices };
-
     void setStyles();
     void connectHub();
     void applyText(const QString &element, const QString &text);
     void showCompanyPage(int language);
     void showUsualUpdateTexts();
     void showVersions();
-    void showMessage(Message &shown, Message message);
+    void connectRun();
+    void showMessage(FirmwareRun::Device device);
+    void showUpToDate(FirmwareRun::Device device);
+    QPushButton *updateButton(FirmwareRun::Device device) const;
     void showUpdateButton(QPushButton *button, bool isOffered);
     void forgetDevice();
     void showLongRangeSilently(bool on);
@@ -77,8 +82,7 @@ private:
     SettingForm form;
     QHash<QString, QString> texts; ///< of the language, by element: those that are shown only at times
     QString companyAddress;
-    Message receiverMessage = Message::None;
-    Message mouseMessage = Message::None;
+    FirmwareRun run;
     QHash<QObject *, QAbstractButton *> captions; ///< what belongs to a button: a click on it is one on the button
     bool isUpdating = false;                      ///< a control is set to what the receiver told
 };

@@ -8,7 +8,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTextEdit>
-#include <QToolButton>
 
 namespace {
 
@@ -58,8 +57,8 @@ void FormSetting::SlotChangeLanguage(int index)
 {
     LanguageFile::readSection(index, QStringLiteral("FormSetting"),
                               [this](const QString &element, const QString &text) { applyText(element, text); });
-    showMessage(receiverMessage, receiverMessage);
-    showMessage(mouseMessage, mouseMessage);
+    for (const FirmwareRun::Device device : {FirmwareRun::Receiver, FirmwareRun::Mouse})
+        showMessage(device);
     showCompanyPage(index);
 }
 
@@ -91,24 +90,4 @@ void FormSetting::showCompanyPage(int language)
     FittedText::set(form.pushButton_4, page.name, textSize);
     FittedText::set(form.pushButton_3, page.address, textSize);
     form.pushButton_3->setVisible(!page.address.isEmpty());
-}
-
-void FormSetting::showUsualUpdateTexts()
-{
-    FittedText::set(form.Receive, texts.value(QStringLiteral("Receive"), form.Receive->text()), textSize);
-    FittedText::set(form.Mouse, texts.value(QStringLiteral("Mouse"), form.Mouse->text()), textSize);
-}
-
-void FormSetting::showMessage(Message &shown, Message message)
-{
-    shown = message;
-    const bool isReceiver = &shown == &receiverMessage;
-    QToolButton *const icon = isReceiver ? form.toolButton_2 : form.toolButton_3;
-    QLabel *const label = isReceiver ? form.label_12 : form.label_13;
-    const QString missing = isReceiver ? QStringLiteral("NoDevice") : QStringLiteral("WiredMode");
-    icon->setVisible(message != Message::None);
-    label->setVisible(message != Message::None);
-    if (message != Message::None)
-        FittedText::set(label, texts.value(message == Message::NoDevice ? missing : QStringLiteral("SameDevice")),
-                        textSize, 0);
 }

@@ -2,6 +2,8 @@
 #include "app/TextSetup.h"
 #include "app/hub/PostMsg.h"
 #include "macro/addKey.h"
+#include "maintenance/Progress.h"
+#include "maintenance/UpDateRepair.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/UserSettings.h"
 #include "support/AllPrompts.h"
@@ -22,6 +24,16 @@ private Q_SLOTS:
     void fits();
     void theCheckFindsALongText();
 };
+
+namespace {
+
+/** The repair with each of its texts. */
+struct AnyRepair : UpDateRepair
+{
+    using Prompt::showElement;
+};
+
+} // namespace
 
 void TextFitTest::initTestCase()
 {
@@ -62,6 +74,19 @@ void TextFitTest::fits()
     addKey key;
     key.show();
     complaints << textsThatDoNotFit(&key);
+    Progress progress;
+    progress.show();
+    for (int code : {0, 1, 2}) {
+        progress.SlotProgress(100, code);
+        complaints << textsThatDoNotFit(&progress);
+    }
+    AnyRepair repair;
+    repair.show();
+    for (const char *element : {"ToolText", "UpdateNotMove", "NoDevice", "SameDevice", "UpdateFail", "UpdateSuccess",
+                                "DeviceWorks", "NoImage"}) {
+        repair.showElement(element);
+        complaints << textsThatDoNotFit(&repair);
+    }
     complaints.removeDuplicates();
     QVERIFY2(complaints.isEmpty(), qPrintable('\n' + complaints.join('\n')));
 }

@@ -15,6 +15,7 @@
 #include "ui/RePair.h"
 #include "ui/SameMacro.h"
 #include "ui/UpDataParam.h"
+#include "ui/UpDateWarning.h"
 
 #include <memory>
 
@@ -52,6 +53,7 @@ inline const Row rows[] = {
     {"MouseOffLine", "MouseOffLine", make<MouseOffLine>},
     {"InportFail", "InportFail", make<InportFail>},
     {"UpDataParam", "UpDataParam", make<UpDataParam>},
+    {"UpDateWarning", "NewVer", make<UpDateWarning>},
 };
 
 } // namespace AllPrompts

@@ -46,8 +46,10 @@ void Program::forgetDevice()
     for (std::atomic<bool> *flag :
          {&DeviceWindowOpen, &DeviceEntered, &WindowAway, &DeviceOnline, &PreviousOnline, &LinkUp, &OfflineWaiting,
           &ReconnectRequested, &RereadPending, &BulkUpdateActive, &DeviceWritesEnabled, &MacroRecording,
-          &SensorUiUpdating, &LightUiUpdating, &ButtonUiUpdating})
+          &SensorUiUpdating, &LightUiUpdating, &ButtonUiUpdating, &UpdateRunning, &FirmwareUnderWay,
+          &MouseUpdateAvailable, &DongleUpdateAvailable})
         *flag = false;
+    HotplugWatchEnabled = true;
     clearPagesLoaded();
     SelectInfo().set({});
     DevicePath().set("a");
