@@ -3,6 +3,7 @@
 #include "portwire/link/Frame.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace portwire {
 
@@ -16,6 +17,10 @@ constexpr std::chrono::milliseconds rest{200};
 
 /** Unchanged bytes between two changed ones are sent along when that saves a report. */
 constexpr std::size_t longestBridge = 40;
+
+/** Bytes that are compared at once. */
+constexpr std::size_t stretch = 64;
+static_assert(imageSize % stretch == 0);
 
 /** The bytes that belong to a field of the record; the others are the firmware's own. */
 const std::bitset<imageSize> &fieldBytes()
@@ -46,10 +51,16 @@ void WriteQueue::update(const FlashDataMap &record, const FlashDataMap &previous
     if (!comparable.all())
         encodeImage(previous, before);
     ++lastSerial;
-    for (std::size_t at = 0; at < imageSize; ++at) {
-        const bool isHeld = known[at] && wanted[at] == image[at];
-        if (!isHeld && (comparable[at] || wanted[at] != before[at]))
-            queue(at, wanted[at]);
+    // A slider calls this with each of its steps, and changes a few bytes of all.
+    const bool isAllKnown = comparable.all();
+    for (std::size_t from = 0; from < imageSize; from += stretch) {
+        if (isAllKnown && std::memcmp(wanted.data() + from, image.data() + from, stretch) == 0)
+            continue;
+        for (std::size_t at = from; at < from + stretch; ++at) {
+            const bool isHeld = known[at] && wanted[at] == image[at];
+            if (!isHeld && (comparable[at] || wanted[at] != before[at]))
+                queue(at, wanted[at]);
+        }
     }
 }
 
