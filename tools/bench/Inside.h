@@ -21,6 +21,9 @@ QVector<Figure> measurePages(Program &program);
 /** The macro page with many macros, and one of its own. */
 QVector<Figure> measureMacros();
 
+/** Records and macros on the button page. Wants the device connected. */
+QVector<Figure> measureButtons(Program &program);
+
 /** Milliseconds that something takes. */
 template<typename Operation>
 double timeOf(Operation operation)

@@ -38,6 +38,7 @@ int main(int argc, char *argv[])
         QVector<Figure> figures = Inside::measureConnect(program);
         figures += Inside::measureChanges(program);
         figures += Inside::measurePages(program);
+        figures += Inside::measureButtons(program);
         figures += Inside::measureMacros();
         for (const Figure &figure : figures)
             array.append(figure.toJson());
