@@ -13,7 +13,7 @@ Library &Library::instance()
     return *only;
 }
 
-Library::Library() : channels(openChannelsOfChosenBus()) {}
+Library::Library() : channels(openChannelsOfChosenBus()), upgradesOfBus(channels) {}
 
 void Library::startLink(const char *path, PortwireReportCallback callback)
 {

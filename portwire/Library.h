@@ -1,11 +1,12 @@
 #pragma once
 
 #include "portwire/link/Link.h"
+#include "portwire/link/Upgrades.h"
 
 namespace portwire {
 
 /**
- * What the C functions work on: the devices of the bus and the one report link.
+ * What the C functions work on: the devices of the bus, the one report link and the upgrades.
  *
  * Made at first use and never destroyed, as are its threads: a callback may stand still in the program while the
  * process ends, and nothing here may wait for it or fall away under it.
@@ -16,6 +17,7 @@ public:
     static Library &instance();
 
     Channels &devices() { return *channels; }
+    Upgrades &upgrades() { return upgradesOfBus; }
 
     void startLink(const char *path, PortwireReportCallback callback);
     void endLink();
@@ -36,6 +38,7 @@ private:
     Library();
 
     const std::shared_ptr<Channels> channels;
+    Upgrades upgradesOfBus;
     std::mutex mutex;
     std::shared_ptr<Link> current;
     std::vector<std::uint8_t> batteryCurve;

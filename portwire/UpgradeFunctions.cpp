@@ -1,20 +1,46 @@
-#include "portwire/portwire.h"
+#include "portwire/Library.h"
 
-#include <thread>
+#include <QCoreApplication>
+#include <QDebug>
 
-void UsbUpgradeC_FindBootDevices(const struct FirmwareImage *, int *out)
+#include <algorithm>
+#include <atomic>
+
+using namespace portwire;
+
+namespace {
+
+std::atomic<bool> endsWithApplication{false};
+
+/** Behind the application nobody is there to be told, and the virtual bus writes its scene for the last time. */
+void endUpgrades()
 {
-    // No device of the virtual bus has a boot mode.
-    if (out)
-        *out = 0;
+    endsWithApplication = false;
+    Library::instance().upgrades().end();
 }
 
-void UsbUpgrade_Start(const struct FirmwareImage *, PortwireUpgradeCallback callback, int)
+} // namespace
+
+void UsbUpgradeC_FindBootDevices(const struct FirmwareImage *image, int *out)
 {
-    if (!callback)
+    if (!out)
         return;
-    std::thread([callback] {
-        constexpr uint8_t failed[] = {7, 2, 0};
-        callback(failed, sizeof failed);
-    }).detach();
+    *out = 0;
+    const char *reason = "";
+    const auto header = readFirmware(image ? image->data : nullptr, image ? image->length : 0, reason);
+    if (!header) {
+        qWarning("portwire: this is no firmware image: %s", reason);
+        return;
+    }
+    const auto search = findUpgradable(Library::instance().devices(), SearchIn::BootMode);
+    *out = static_cast<int>(std::count_if(search.devices.begin(), search.devices.end(),
+                                          [&](const UpgradableDevice &device) { return device.isFor(*header); }));
+}
+
+void UsbUpgrade_Start(const struct FirmwareImage *image, PortwireUpgradeCallback callback, int timeoutMs)
+{
+    Upgrades &upgrades = Library::instance().upgrades(); // the virtual bus is made before, and so ends after
+    if (QCoreApplication::instance() && !endsWithApplication.exchange(true))
+        qAddPostRoutine(endUpgrades);
+    upgrades.start(image ? *image : FirmwareImage{}, callback, std::chrono::milliseconds(timeoutMs));
 }

@@ -1110,6 +1110,11 @@ void tst_portwire_link::controlSocket()
                                       {"add", "q1", "8k"},
                                       {"fault", "q1", "rain"},
                                       {"fault", "q1", "drop", "-1"},
+                                      {"fault", "q1", "powerloss"},
+                                      {"fault", "q1", "powerloss", "101"},
+                                      {"boot", "q9"},
+                                      {"firmware", "q1", "256.0"},
+                                      {"firmware", "q1", "1"},
                                       {"plug"},
                                       {"press", "q1", "16"}};
     for (const QStringList &words : wrong)

@@ -7,7 +7,7 @@ namespace portwire {
 
 std::size_t leastAnswer(const Request &request)
 {
-    if (request.code == ReportCode::ReadFlash)
+    if (request.code == ReportCode::ReadFlash || request.code == ReportCode::FirmwareInfo)
         return request.payload.empty() ? 0 : request.payload[0];
     const auto known = std::find_if(std::begin(answerLengths), std::end(answerLengths),
                                     [&](const AnswerLength &each) { return each.code == request.code; });

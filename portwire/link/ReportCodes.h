@@ -27,6 +27,12 @@ enum class ReportCode : std::uint8_t {
     SetLongRange = 22,
     LongRange = 23,
     ReceiverVersion = 24,
+    FirmwareInfo = 25,
+    EnterBoot = 26,
+    UpgradeBegin = 27, ///< this and the rest are for a device in boot mode
+    UpgradeBlock = 28,
+    UpgradeVerify = 29,
+    Restart = 30,
 };
 
 /**
@@ -44,7 +50,8 @@ constexpr bool isUnprompted(ReportCode code)
     return false;
 }
 
-/** Payload bytes that an answer with the status Done has. A read of the flash has as many as it asked for. */
+/** Payload bytes that an answer with the status Done has. A read of the flash or of the firmware info has as many as it
+ * asked for. */
 struct AnswerLength
 {
     ReportCode code;
@@ -54,7 +61,8 @@ constexpr AnswerLength answerLengths[] = {
     {ReportCode::DeviceInfo, 3},      {ReportCode::Online, 4},         {ReportCode::Battery, 4},
     {ReportCode::PairingStatus, 1},   {ReportCode::CurrentConfig, 1},  {ReportCode::SelectConfig, 1},
     {ReportCode::MouseVersion, 2},    {ReportCode::ReceiverLight, 10}, {ReportCode::LongRange, 1},
-    {ReportCode::ReceiverVersion, 2},
+    {ReportCode::ReceiverVersion, 2}, {ReportCode::UpgradeBegin, 1},   {ReportCode::UpgradeBlock, 3},
+    {ReportCode::UpgradeVerify, 1},
 };
 
 /** Status of an answer, at the place of a request's flags. */

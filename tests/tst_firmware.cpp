@@ -1,0 +1,424 @@
+#include "portwire/control/ControlCommands.h"
+#include "portwire/link/Upgrades.h"
+#include "portwire/virtual/VirtualBus.h"
+#include "support/TappedBus.h"
+#include "tools/FirmwareFile.h"
+
+#include <QProcess>
+#include <QSemaphore>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <cstring>
+
+using namespace portwire;
+
+namespace {
+
+const char exitInUpgrade[] = "--exit-in-an-upgrade";
+/** Long enough for a busy machine. Nothing that succeeds waits for its end. */
+constexpr std::chrono::milliseconds patience{10000};
+constexpr int newVersion = 0x0234;
+
+/** The messages of one callback; plain functions, so there is one of each number. */
+template<int Number>
+struct Messages
+{
+    inline static std::vector<int> percents;
+    inline static std::vector<int> ends;
+    inline static QSemaphore ended;
+    inline static std::function<void(int)> onPercent;
+
+    static void callback(const std::uint8_t *message, int length)
+    {
+        if (length != 3 || message[0] != 7 || (message[1] != 1 && message[1] != 2))
+            qFatal("no message of an upgrade");
+        if (message[1] == 1) {
+            percents.push_back(message[2]);
+            if (onPercent)
+                onPercent(message[2]);
+        } else {
+            ends.push_back(message[2]);
+            ended.release();
+        }
+    }
+    static void reset()
+    {
+        percents.clear();
+        ends.clear();
+        onPercent = {};
+        ended.acquire(ended.available());
+    }
+    /** 1 success, 0 failure, -1 no end at all. */
+    static int awaitEnd() { return ended.tryAcquire(1, 20000) ? ends.back() : -1; }
+};
+using Told = Messages<1>;
+using ToldLater = Messages<2>;
+
+FirmwareDescription imageFor(const std::string &id)
+{
+    FirmwareDescription image{210, 18, 1, "HALVARION-Q1", newVersion, 5000};
+    if (id.rfind("q2", 0) == 0)
+        image.modelId = 2, image.name = "HALVARION-Q2";
+    if (id.size() > 3 && id.back() == 'k')
+        image.target = 211, image.name = std::string("HALVARION-R") + id[id.size() - 2];
+    return image;
+}
+
+/** A Q1 on its cable, a Q2 on its cable, and receivers of three classes with a mouse each. */
+struct Bench
+{
+    Bench()
+    {
+        std::string id;
+        for (const auto &[model, link] : {std::pair("q1", "cable"), {"q2", "1k"}, {"q1", "2k"}, {"q1", "4k"}})
+            bus->add(model, link, id);
+        bus->setPlugged("q2", true);
+        bus->setRecord("q1", std::vector<std::uint8_t>(10428, 3));
+        Told::reset();
+        ToldLater::reset();
+    }
+    ~Bench()
+    {
+        upgrades.reset();
+        tapped->letGo();
+    }
+
+    void start(const std::vector<std::uint8_t> &file, std::chrono::milliseconds wait = patience)
+    {
+        upgrades->start({file.data(), static_cast<std::uint32_t>(file.size())}, Told::callback, wait);
+    }
+    int upgrade(const std::string &id, std::chrono::milliseconds wait = patience)
+    {
+        start(firmwareFile(imageFor(id)), wait);
+        return Told::awaitEnd();
+    }
+    DeviceDescription device(const std::string &id)
+    {
+        for (const DeviceDescription &each : bus->describe()) {
+            if (each.id == id)
+                return each;
+        }
+        return {};
+    }
+    /** All that an upgrade leaves alone. */
+    QByteArray settings()
+    {
+        QByteArray all;
+        for (const DeviceDescription &each : bus->describe()) {
+            std::vector<std::uint8_t> bytes;
+            bus->record(each.id, bytes);
+            all.append(reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size()));
+            all.append(each.partner.c_str()).append(static_cast<char>(each.receiverLightMode));
+        }
+        return all;
+    }
+    int bootDevices(const std::string &id)
+    {
+        const auto file = firmwareFile(imageFor(id));
+        const char *reason = "";
+        const auto header = readFirmware(file.data(), file.size(), reason);
+        int count = 0;
+        for (const UpgradableDevice &each : findUpgradable(*channels, SearchIn::BootMode).devices)
+            count += each.isFor(*header);
+        return count;
+    }
+
+    const std::shared_ptr<VirtualBus> bus = VirtualBus::create();
+    const std::shared_ptr<TappedBus> tapped = std::make_shared<TappedBus>(bus);
+    const std::shared_ptr<Channels> channels = std::make_shared<Channels>(tapped);
+    std::optional<Upgrades> upgrades{std::in_place, channels};
+};
+
+/** With the default scene: leaves the application while a callback of an upgrade stands still. */
+int exitWhileUpgrading(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    const auto file = firmwareFile(imageFor("q1-4k"));
+    const FirmwareImage image{file.data(), static_cast<std::uint32_t>(file.size())};
+    QSemaphore isHalf;
+    Told::onPercent = [&](int percent) {
+        if (percent == 50)
+            isHalf.release();
+        while (percent == 50)
+            QThread::msleep(1);
+    };
+    UsbUpgrade_Start(&image, Told::callback, 10000);
+    return isHalf.tryAcquire(1, 10000) ? 7 : 1;
+}
+
+} // namespace
+
+class tst_firmware : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void upgradesADevice_data();
+    void upgradesADevice();
+    void survivesALossOfPower_data();
+    void survivesALossOfPower();
+    void survivesFaults_data();
+    void survivesFaults();
+    void refusesAnImage_data();
+    void refusesAnImage();
+    void keepsToOneDevice();
+    void runsOneAtATime();
+    void endsWithTheApplication();
+};
+
+void tst_firmware::upgradesADevice_data()
+{
+    QTest::addColumn<QString>("id");
+    for (const char *id : {"q1", "q2", "q2-1k", "q1-2-2k", "q1-3-4k"})
+        QTest::newRow(id) << id;
+}
+
+void tst_firmware::upgradesADevice()
+{
+    QFETCH(QString, id);
+    const std::string name = id.toStdString();
+    Bench bench;
+    ControlCommands commands(bench.bus, bench.channels);
+    const QByteArray settings = bench.settings();
+    const auto nodes = bench.bus->enumerate().size();
+    for (const bool isInBoot : {false, true}) {
+        QByteArray shown = commands.run({"firmware", id, "1.1f"}).output;
+        if (isInBoot)
+            shown = commands.run({"boot", id}).output;
+        QVERIFY2(shown.contains(isInBoot ? "\"mode\":\"boot\"" : "\"mode\":\"normal\""), shown.constData());
+        QVERIFY2(shown.contains("\"firmware\":\"1.1f\""), shown.constData());
+        QCOMPARE(bench.bootDevices(name), int{isInBoot});
+        Told::reset();
+        QCOMPARE(bench.upgrade(name), 1);
+        QCOMPARE(int{bench.device(name).firmware}, newVersion);
+        QVERIFY(!bench.device(name).isInBoot);
+        QCOMPARE(bench.settings(), settings);
+        QCOMPARE(bench.bus->enumerate().size(), nodes);
+        QVERIFY(std::is_sorted(Told::percents.begin(), Told::percents.end()));
+        QCOMPARE(Told::percents.front(), 0);
+        QCOMPARE(Told::percents.back(), 100);
+        QVERIFY(Told::percents.size() > 90);
+    }
+    const bool isReceiver = bench.device(name).isReceiver;
+    const auto answer = bench.channels->ask(bench.device(name).path,
+                                            {isReceiver ? ReportCode::ReceiverVersion : ReportCode::MouseVersion});
+    QVERIFY(answer);
+    QCOMPARE(answer->payload, (std::vector<std::uint8_t>{newVersion & 0xFF, newVersion >> 8}));
+}
+
+void tst_firmware::survivesALossOfPower_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<int>("percent");
+    for (const char *id : {"q1", "q1-3-4k"}) {
+        for (const int percent : {0, 1, 50, 99, 100})
+            QTest::addRow("%s %d", id, percent) << id << percent;
+    }
+}
+
+/** Once it is plugged again in time, once the program is away meanwhile. */
+void tst_firmware::survivesALossOfPower()
+{
+    QFETCH(QString, id);
+    QFETCH(int, percent);
+    const std::string name = id.toStdString();
+    for (const bool isInTime : {true, false}) {
+        Bench bench;
+        const QByteArray settings = bench.settings();
+        bench.bus->setPowerLoss(name, percent);
+        bench.start(firmwareFile(imageFor(name)));
+        QTRY_VERIFY(!bench.device(name).isPlugged);
+        if (!isInTime) {
+            bench.upgrades.reset();
+            QCOMPARE(int{bench.device(name).firmware}, name == "q1" ? 0x0112 : 0x010C);
+            bench.bus->setScene(bench.bus->scene());
+            QCOMPARE(bench.bootDevices(name), 0);
+        }
+        QVERIFY(bench.device(name).isInBoot);
+        bench.bus->setPlugged(name, true);
+        if (!isInTime) {
+            QCOMPARE(bench.bootDevices(name), 1);
+            bench.upgrades.emplace(bench.channels);
+            bench.start(firmwareFile(imageFor(name)));
+        }
+        QCOMPARE(Told::awaitEnd(), 1);
+        QVERIFY(!bench.device(name).isInBoot);
+        QCOMPARE(int{bench.device(name).firmware}, newVersion);
+        QCOMPARE(bench.settings(), settings);
+    }
+}
+
+void tst_firmware::survivesFaults_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("reports");
+    for (int code = 25; code <= 30; ++code) {
+        for (const char *kind : {"drop", "stall", "garbage", "short"}) {
+            for (const char *reports : {"answers", "requests"})
+                QTest::addRow("%d %s %s", code, kind, reports) << code << kind << reports;
+        }
+    }
+}
+
+/** Four reports from each step on are spoiled: more than one request is repeated for. */
+void tst_firmware::survivesFaults()
+{
+    QFETCH(int, code);
+    QFETCH(QString, kind);
+    QFETCH(QString, reports);
+    Bench bench;
+    bench.tapped->before(code, code == 28 ? 60 : 1, [&] {
+        bench.bus->setFault("q1", faultByName(kind.toStdString()), 4, 0, *reportClassByName(reports.toStdString()));
+    });
+    QCOMPARE(bench.upgrade("q1"), 1);
+    QCOMPARE(int{bench.device("q1").firmware}, newVersion);
+    QVERIFY(!bench.device("q1").isInBoot);
+}
+
+using Change = void (*)(std::vector<std::uint8_t> &file);
+Q_DECLARE_METATYPE(Change)
+
+void tst_firmware::refusesAnImage_data()
+{
+    using File = std::vector<std::uint8_t>;
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<bool>("isSigned");
+    QTest::addColumn<int>("reason"); // of the device, if it is sent all the same
+    QTest::newRow("mark") << Change([](File &file) { file[0] = 'p'; }) << true << 1;
+    QTest::newRow("target") << Change([](File &file) { file[20] = 211; }) << true << 2;
+    QTest::newRow("company") << Change([](File &file) { file[21] = 17; }) << true << 3;
+    QTest::newRow("model") << Change([](File &file) { file[22] = 9; }) << true << 4;
+    QTest::newRow("name") << Change([](File &file) { file[150] = 'x'; }) << true << 5;
+    QTest::newRow("longer") << Change([](File &file) { file.push_back(0); }) << true << 6;
+    QTest::newRow("shorter") << Change([](File &file) { file.pop_back(); }) << true << 6;
+    QTest::newRow("header alone") << Change([](File &file) { file.resize(728); }) << true << 6;
+    QTest::newRow("too long") << Change([](File &file) { file.resize(728 + 524289); }) << true << 6;
+    QTest::newRow("checksum") << Change([](File &file) { file.back() ^= 1; }) << false << 7;
+    QTest::newRow("version") << Change([](File &file) { file[18] = 1; }) << true << 8;
+}
+
+void tst_firmware::refusesAnImage()
+{
+    QFETCH(Change, change);
+    QFETCH(bool, isSigned);
+    QFETCH(int, reason);
+    auto file = firmwareFile(imageFor("q1"));
+    change(file);
+    if (isSigned)
+        signFirmware(file);
+    Bench bench;
+    const QByteArray settings = bench.settings();
+    bench.start(file);
+    QCOMPARE(Told::awaitEnd(), 0);
+    QVERIFY(Told::percents.empty());
+    QVERIFY(!bench.device("q1").isInBoot);
+    QCOMPARE(bench.settings(), settings);
+
+    // A device doesn't rely on whoever sends it.
+    BootLoader loader(0x0112);
+    const BootLoader::Identity identity{210, 1, "HALVARION-Q1", 1};
+    const auto ask = [&](int code, int block, std::vector<std::uint8_t> data) {
+        return loader
+            .answer({static_cast<std::uint8_t>(code), 1, static_cast<std::uint16_t>(block), 0, data}, identity)
+            ->data;
+    };
+    loader.enter();
+    std::vector<std::uint8_t> length;
+    for (int shift = 0; shift < 32; shift += 8)
+        length.push_back(static_cast<std::uint8_t>(file.size() >> shift));
+    int given = ask(27, 0, length)[0];
+    for (std::size_t at = 0; at < file.size() && given == 0; at += 52) {
+        const auto from = file.begin() + static_cast<long>(at);
+        const auto size = static_cast<long>(std::min<std::size_t>(52, file.size() - at));
+        given = ask(28, static_cast<int>(at / 52), {from, from + size})[2];
+    }
+    QCOMPARE(int{ask(29, 0, {})[0]}, reason);
+    QCOMPARE(given, reason == 7 ? 0 : reason);
+    QCOMPARE(int{loader.answer({30}, identity)->flags}, 2);
+    QCOMPARE(int{loader.version()}, 0x0112);
+}
+
+void tst_firmware::keepsToOneDevice()
+{
+    Bench bench;
+    std::string twin;
+    bench.bus->add("q1", "cable", twin);
+    bench.bus->enterBoot(twin);
+    QCOMPARE(bench.upgrade("q1"), 0); // one in each mode
+    QCOMPARE(int{bench.device("q1").firmware}, 0x0112);
+    bench.bus->setPlugged(twin, false);
+
+    // The other one takes its place in the middle: nothing of the image reaches it.
+    bench.tapped->before(28, 30, [&] {
+        bench.bus->setPlugged("q1", false);
+        bench.bus->setPlugged(twin, true);
+    });
+    QCOMPARE(bench.upgrade("q1", std::chrono::milliseconds(200)), 0);
+    QVERIFY(bench.device(twin).isInBoot && bench.device("q1").isInBoot);
+    QCOMPARE(bench.upgrade(twin), 1);
+    QCOMPARE(int{bench.device("q1").firmware}, 0x0112);
+    QCOMPARE(int{bench.device(twin).firmware}, newVersion);
+
+    bench.bus->setPlugged(twin, false);
+    QCOMPARE(bench.upgrade("q1"), 0); // only mice on receivers are left
+    bench.bus->setPlugged("q1", true);
+    QCOMPARE(bench.upgrade("q1"), 1);
+}
+
+void tst_firmware::runsOneAtATime()
+{
+    Bench bench;
+    const auto mouse = firmwareFile(imageFor("q1"));
+    const auto receiver = firmwareFile(imageFor("q1-3-4k"));
+    const FirmwareImage later{receiver.data(), static_cast<std::uint32_t>(receiver.size())};
+    Told::onPercent = [&](int percent) {
+        if (percent == 20)
+            bench.upgrades->start(later, ToldLater::callback, patience);
+        if (percent == 40 && ToldLater::ends != std::vector<int>{0})
+            qFatal("the second start isn't refused while the first one goes on");
+    };
+    bench.start(mouse);
+    QCOMPARE(Told::awaitEnd(), 1);
+    bench.upgrades->start(later, ToldLater::callback, patience);
+    QTRY_COMPARE(ToldLater::ended.available(), 2);
+    QCOMPARE(ToldLater::ends, (std::vector<int>{0, 1}));
+}
+
+void tst_firmware::endsWithTheApplication()
+{
+    QProcess process;
+    process.start(QCoreApplication::applicationFilePath(), {exitInUpgrade});
+    QVERIFY(process.waitForFinished(20000));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 7);
+
+    // What it left behind is repaired by the next start, through the functions of the program.
+    Told::reset();
+    const auto file = firmwareFile(imageFor("q1-4k"));
+    const FirmwareImage image{file.data(), static_cast<std::uint32_t>(file.size())};
+    int count = 5;
+    UsbUpgradeC_FindBootDevices(&image, &count);
+    QCOMPARE(count, 1);
+    UsbUpgrade_Start(&image, Told::callback, 10000);
+    QCOMPARE(Told::awaitEnd(), 1);
+    UsbUpgradeC_FindBootDevices(&image, &count);
+    QCOMPARE(count, 0);
+    UsbUpgrade_Start(nullptr, Told::callback, 10000);
+    QCOMPARE(Told::awaitEnd(), 0);
+}
+
+int main(int argc, char *argv[])
+{
+    if (argc > 1 && std::strcmp(argv[1], exitInUpgrade) == 0)
+        return exitWhileUpgrading(argc, argv);
+    const QTemporaryDir home;
+    qputenv("HOME", home.path().toLocal8Bit());
+    qunsetenv("XDG_DATA_HOME");
+    QCoreApplication application(argc, argv);
+    tst_firmware test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_firmware.moc"
