@@ -191,7 +191,7 @@ void SettingForm::buildLabels()
     for (QLabel *message : {label_12, label_13})
         message->setWordWrap(true);
     label = add<QLabel>(content, "label", versionPlace);
-    label->setText(QStringLiteral("驱动版本: v1.0.0.1"));
+    label->setText(QStringLiteral("驱动版本: v" HALVARION_VERSION));
     for (int index = 0; index < int(std::size(titlePlaces)); ++index) {
         const QByteArray name = "TitleButton_" + QByteArray::number(index + firstTitle);
         titles += addButton<QToolButton>(content, name.constData(), {titlePlaces[index], titleSize});
