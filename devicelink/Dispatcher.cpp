@@ -16,6 +16,8 @@
 #include "productdata/FirmwareImages.h"
 #include "productdata/ModelData.h"
 
+#include <cstring>
+
 namespace {
 
 std::atomic<int> dispatching{0};
@@ -97,7 +99,14 @@ void onVersion(const Report &)
     ModelData::storeMouseVersion(SelectInfo().get().ModelIndex, version);
 }
 
-void onReceiverLight(const Report &) { showReceiverLight(); }
+void onReceiverLight(const Report &report)
+{
+    DongleRGB rgb = DongleRgb().get();
+    if (report.payloadLength == sizeof rgb.bytes)
+        std::memcpy(rgb.bytes, report.payload, sizeof rgb.bytes);
+    DongleRgb().set(rgb);
+    showReceiverLight();
+}
 
 void onLongRange(const Report &report)
 {

@@ -198,6 +198,19 @@ ControlResult pairing(const Context &context)
     return deviceOrFailure(context, context.bus.startPairing(idOf(context), std::chrono::seconds(seconds)));
 }
 
+ControlResult receiverLight(const Context &context)
+{
+    return deviceOrFailure(context, context.bus.changeReceiverLight(idOf(context), numberAt(context, 1)));
+}
+
+ControlResult longRange(const Context &context)
+{
+    const int on = numberAt(context, 1);
+    if (on != 0 && on != 1)
+        return failure(QStringLiteral("long range is 0 or 1"));
+    return deviceOrFailure(context, context.bus.changeLongRange(idOf(context), on == 1));
+}
+
 ControlResult resetButton(const Context &context)
 {
     return deviceOrFailure(context, context.bus.resetByHand(idOf(context)));
@@ -271,6 +284,8 @@ constexpr Command commands[] = {
     {"battery", "ID PERCENT [charging]", 2, 3, battery},
     {"fault", "ID KIND [N [AFTER [REPORTS]]]", 2, 5, fault},
     {"pairing", "ID [SECONDS]", 1, 2, pairing},
+    {"receiver-light", "ID MODE", 2, 2, receiverLight},
+    {"long-range", "ID 0|1", 2, 2, longRange},
     {"reset-button", "ID", 1, 1, resetButton},
     {"boot", "ID", 1, 1, boot},
     {"firmware", "ID [VERSION]", 1, 2, firmware},

@@ -26,6 +26,8 @@ const char usage[] =
     "  profile ID N                     another stored profile, 0 to 3\n"
     "  battery ID PERCENT [charging]    another charge\n"
     "  pairing ID [SECONDS]             the mouse looks for a receiver, as after three buttons were held; for 30 s\n"
+    "  receiver-light ID MODE           another program sets what a 4K receiver shows, 0 to 3\n"
+    "  long-range ID 0|1                likewise the long range of a receiver\n"
     "  reset-button ID                  a factory reset made on the mouse\n"
     "  fault ID KIND [N [AFTER [REPORTS]]]\n"
     "                                   drop, stall, garbage or short for N reports, after AFTER good ones; of the\n"

@@ -39,7 +39,8 @@ enum class ReportCode : std::uint8_t {
  * What a device may say without being asked. Anything else that comes unprompted is dropped: a "factory reset is done"
  * that nobody ordered would make the program clear what the mouse still has.
  */
-constexpr std::array unpromptedCodes = {ReportCode::PairingStatus, ReportCode::StatusChanged};
+constexpr std::array unpromptedCodes = {ReportCode::PairingStatus, ReportCode::StatusChanged, ReportCode::ReceiverLight,
+                                        ReportCode::LongRange};
 
 constexpr bool isUnprompted(ReportCode code)
 {

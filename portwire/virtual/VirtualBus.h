@@ -59,6 +59,8 @@ public:
     std::string addReceiver(std::string_view linkName, std::string_view modelName, std::string &id);
     /** The mouse looks for a receiver, as after its three buttons were held. */
     std::string startPairing(const std::string &id, std::chrono::seconds patience);
+    std::string changeReceiverLight(const std::string &id, int mode);
+    std::string changeLongRange(const std::string &id, bool isOn);
     std::string resetByHand(const std::string &id);
     /** A mouse goes with its receiver, a receiver alone. */
     std::string remove(const std::string &id);

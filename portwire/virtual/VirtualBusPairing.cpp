@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-// Receivers without a mouse, and how the two find each other.
+// What happens to receivers: how they and mice find each other, and what another program sets.
 
 namespace portwire {
 
@@ -48,6 +48,23 @@ std::string VirtualBus::resetByHand(const std::string &id)
     if (mouse->device.bootLoader().isActive())
         return "the mouse is in boot mode";
     mouse->device.resetByHand();
+    return {};
+}
+
+std::string VirtualBus::changeReceiverLight(const std::string &id, int mode)
+{
+    const std::lock_guard lock(mutex);
+    Receiver *const receiver = findReceiver(id);
+    return receiver && receiver->device.changeLight(mode) ? "" : "there is no receiver with this light";
+}
+
+std::string VirtualBus::changeLongRange(const std::string &id, bool isOn)
+{
+    const std::lock_guard lock(mutex);
+    Receiver *const receiver = findReceiver(id);
+    if (!receiver)
+        return "there is no receiver with this id";
+    receiver->device.changeLongRange(isOn);
     return {};
 }
 

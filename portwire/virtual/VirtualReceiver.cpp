@@ -61,6 +61,27 @@ FirmwarePacket VirtualReceiver::setLongRange(const FirmwarePacket &request)
     return request.answer();
 }
 
+bool VirtualReceiver::changeLight(int mode)
+{
+    if (!model.hasLight || mode < 0 || mode > 3)
+        return false;
+    stored.light[0] = static_cast<std::uint8_t>(mode);
+    if (storedChanged)
+        storedChanged();
+    if (announce)
+        announce({21, 0, 0, 0, {stored.light.begin(), stored.light.end()}});
+    return true;
+}
+
+void VirtualReceiver::changeLongRange(bool isOn)
+{
+    const bool wasOn = std::exchange(stored.isLongRange, isOn);
+    if (storedChanged)
+        storedChanged();
+    if (wasOn && !isOn && announce)
+        announce({23, 0, 0, 0, std::vector<std::uint8_t>(10)});
+}
+
 /** Asked again in the middle, it looks as long as the first time. */
 FirmwarePacket VirtualReceiver::enterPairing(const FirmwarePacket &request)
 {

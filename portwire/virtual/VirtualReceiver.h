@@ -51,6 +51,10 @@ public:
     /** Starts again, in boot mode or with the firmware that it has. */
     void restart(bool isIntoBoot);
 
+    /* Another program on the PC sets it, and it tells. */
+    bool changeLight(int mode); ///< 0 to 3; false if there is no such mode or no light
+    void changeLongRange(bool isOn);
+
     const Stored &content() const { return stored; }
     void setContent(const Stored &content) { stored = content; }
 
