@@ -65,16 +65,6 @@ QString nameToOffer()
     return (FileName::isPortable(name) ? name : QStringLiteral("Profile")) + QStringLiteral(".bin");
 }
 
-/** Every page shows the record at once, and the mouse gets what it lacks. */
-void takeOver(const FlashDataMap &record)
-{
-    WorkingRecord::instance().replaceAndSend(record);
-    postMsg()->post(&PostMsg::SigUpDataLightUIA, record);
-    postMsg()->post(&PostMsg::SigUpDataSensorUIB, record);
-    postMsg()->post(&PostMsg::SigUpDataButtonUIC, record);
-    postMsg()->post(&PostMsg::SigFormB);
-}
-
 } // namespace
 
 void ProfileActions::chooseProfile(MyConmboBox *list, int index)
@@ -172,4 +162,13 @@ void ProfileActions::runWait(UpDataParam &wait)
     QObject::connect(postMsg(), &PostMsg::SigSecondPageChange, &wait, &UpDataParam::stopWaiting);
     wait.startWaiting();
     run(wait);
+}
+
+void ProfileActions::takeOver(const FlashDataMap &record)
+{
+    WorkingRecord::instance().replaceAndSend(record);
+    postMsg()->post(&PostMsg::SigUpDataLightUIA, record);
+    postMsg()->post(&PostMsg::SigUpDataSensorUIB, record);
+    postMsg()->post(&PostMsg::SigUpDataButtonUIC, record);
+    postMsg()->post(&PostMsg::SigFormB);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "devicelink/FlashDataMap.h"
+
 class MyConmboBox;
 class QWidget;
 class Prompt;
@@ -26,6 +28,9 @@ public:
     void exportProfile();
     /** Asks for a file and brings it to the mouse and the pages. Returns when that is done. */
     void importProfile();
+
+    /** The record of a file becomes that of the mouse and of every page, at once. The mouse gets what it lacks. */
+    static void takeOver(const FlashDataMap &record);
 
 private:
     void run(Prompt &prompt);

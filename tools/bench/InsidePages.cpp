@@ -1,6 +1,8 @@
 #include "app/DialogMain.h"
 #include "bench/BusyApplication.h"
 #include "bench/Inside.h"
+#include "buttons/ProfileActions.h"
+#include "buttons/ProfileFile.h"
 #include "devicelink/FlashDataMap.h"
 #include "lighting/LampLight.h"
 #include "sensor/Sensor.h"
@@ -11,6 +13,7 @@
 #include <QEventLoop>
 #include <QProcess>
 #include <QSlider>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
@@ -19,6 +22,7 @@ using Judged = Figure::Judged;
 
 constexpr int records = 200;
 constexpr int languageRounds = 6;
+constexpr int pageTurns = 21;
 constexpr int languages = 6;
 constexpr int drags = 7;
 /** Mouse moves of a drag, and the time between two of them in seconds, as of a mouse with 125 Hz. */
@@ -66,6 +70,46 @@ QVector<Figure> measureRecord(Program &program, const char *button, void (Page::
     }
     (page->*show)(one);
     return {applied, painted};
+}
+
+/** From the click on its button until the page is painted; the first time loads its pictures. */
+QVector<Figure> measureSettingsPage(Program &program)
+{
+    Figure first{
+        "settingsFirst", "the settings page for the first time, and painted", "ms", {}, {}, Judged::Nothing, 0};
+    Figure shown{"settings", "the settings page, and painted", "ms", {}, {}, Judged::Median, 5};
+    for (int number = 0; number < pageTurns; ++number) {
+        program.click(QStringLiteral("SensorButton"));
+        Inside::serveEvents();
+        const double time = Inside::timeOf([&] {
+            program.click(QStringLiteral("FormSetting"));
+            Inside::serveEvents();
+        });
+        (number == 0 ? first : shown).samples << time;
+    }
+    return {first, shown};
+}
+
+/** A profile file from the disk to the mouse's queue and all pages, without the waits round it. */
+QVector<Figure> measureImport()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("profile.bin"));
+    const FlashDataMap one = VirtualMice::record(QStringLiteral("q1"));
+    const FlashDataMap other = different(one);
+    Figure figure{"import", "a profile file, without its waits", "ms", {}, {}, Judged::Median, 20};
+    for (int number = 0; number < pageTurns; ++number) {
+        WriteProfile(path, number % 2 ? one : other);
+        figure.samples << Inside::timeOf([&path] {
+            FlashDataMap record{};
+            if (ReadProfile(path, record) != ProfileAccepted)
+                qFatal("the profile is not accepted");
+            ProfileActions::takeOver(record);
+            Inside::serveEvents();
+        });
+        QTest::qWait(200); // for the mouse
+    }
+    return {figure};
 }
 
 QVector<Figure> measureLanguage(Program &program)
@@ -140,10 +184,12 @@ QVector<Figure> Inside::measurePages(Program &program)
                              QStringLiteral("a record on the sensor page"));
     figures += measureRecord(program, "LightsButton", &LampLight::SlotUpDataLightUILight, QStringLiteral("recordLight"),
                              QStringLiteral("a record on the lighting page"));
+    figures += measureSettingsPage(program);
     figures += measureLanguage(program);
     figures += measureDrag(program, "SensorButton", "horizontalSliderC", QStringLiteral("dragDpi"),
                            QStringLiteral("DPI slider dragged: longest busy time"));
     figures += measureDrag(program, "LightsButton", "horizontalLight", QStringLiteral("dragBrightness"),
                            QStringLiteral("brightness dragged: longest busy time"));
+    figures += measureImport(); // locks the sliders until the mouse was read again
     return figures;
 }
