@@ -58,8 +58,12 @@ Match::Match(const DeviceAllInfo &receiver)
     connect(postMsg(), &PostMsg::SigTimerStop, this, &Match::SlotStopTimer);
     connect(postMsg(), &PostMsg::SigButtonEnable, this, &Match::SlotButtonenable);
     loadLanguage();
+    onUSBTimeupDestroy();
     UsbTimer.start(Wait::scaled(usbInterval));
 }
+
+/** The end of the program closes no dialog, it only ends the event loop of this one. */
+Match::~Match() { PairingState::reset(); }
 
 void Match::buildForm()
 {
@@ -172,6 +176,7 @@ void Match::on_MatchButton_clicked()
         hasStarted = true;
         PairTimer.start(Wait::scaled(pairInterval));
         ReportLink::start(PairPath, PairingState::onReport);
+        PairingState::listen();
     }
     UsbServer_EnterDonglePairOnlyCid(std::uint8_t(PairCid));
 }
@@ -249,6 +254,6 @@ void Match::done(int result)
     for (QTimer *timer : {&UsbTimer, &PairTimer, &TextTimer})
         timer->stop();
     // The link leads on to the callback until the opener takes it back; what still arrives finds no pairing.
-    PairingState::end(PairingState::Idle);
+    PairingState::reset();
     Prompt::done(result);
 }

@@ -21,6 +21,7 @@ class Match : public Prompt
 public:
     /** \param receiver what is to be paired; a mouse on its cable can't be */
     explicit Match(const DeviceAllInfo &receiver);
+    ~Match() override;
 
     /** True once the report link was taken over. */
     bool wasStarted() const { return hasStarted; }

@@ -48,9 +48,11 @@ void PairingRun::onDevicePage(const QWidget *caller, QPoint offset)
     if (Wait::isEnding())
         return;
     if (!DeviceEntered) {
-        // The receiver was pulled, and the watch has led back to the chooser, which scans.
+        // The receiver was pulled, and the watch has led back to the chooser under the dialog. The way back is gone
+        // once more: the receiver may have been plugged and paired since, and a status that crossed the way back may
+        // have let the connect logic go on.
         if (isTaken)
-            ReportLink::end();
+            postMsg()->post(&PostMsg::SigChangeMainDialog, 0);
         return;
     }
     if (isTaken) {

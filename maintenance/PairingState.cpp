@@ -51,7 +51,13 @@ bool PairingState::begin()
         PairRestoreLink = true;
         PairRunning = false;
     }
-    return !std::exchange(PairRunning, true);
+    return !PairRunning;
+}
+
+void PairingState::listen()
+{
+    const QMutexLocker locker(&guard());
+    PairRunning = true;
 }
 
 bool PairingState::end(State result, bool isGone)

@@ -22,14 +22,19 @@ enum State {
     Failed = 3,
 };
 
-/** Ready for a dialog: nothing runs. */
+/** Nothing runs, and the connect logic goes on if a pairing held it up: before a dialog, and after it. */
 void reset();
 
 /**
  * A pairing begins. The device window's connect logic stands still until it ends.
- * \return true if the report link has to be started; false if it runs already and the receiver is only asked again.
+ * \return true if the report link has to be started, and listen() called then; false if the pairing runs already and
+ * the receiver is only asked again.
  */
 bool begin();
+
+/** The report link stands: what it says from now on counts. The one before may have told the end of the last pairing.
+ */
+void listen();
 
 /**
  * Ends the pairing if it runs, and lets the connect logic go on unless `isGone`: without its receiver there is nothing

@@ -65,6 +65,7 @@ QJsonObject toJson(const DeviceDescription &device)
                        {"rate", device.rateHz},
                        {"level", device.level},
                        {"profile", device.profile},
+                       {"pairing", device.isPairing},
                        {"latency", static_cast<double>(device.latency.count()) / 1000}};
     if (device.isReceiver) {
         object["mouse"] = text(device.partner);

@@ -30,11 +30,15 @@ Channel::Channel(std::unique_ptr<Endpoint> endpoint, std::shared_ptr<Statistics>
 
 Channel::~Channel() { reception->close(); }
 
-std::optional<Frame> Channel::ask(const Request &request)
+std::optional<Frame> Channel::ask(const Request &request, const std::function<bool()> &mayRepeat)
 {
     for (int tried = 0; tried < maxTries && !reception->isGone(); ++tried) {
-        if (tried > 0)
+        if (tried > 0) {
+            reception->takeArrived();
+            if (mayRepeat && !mayRepeat())
+                break;
             ++reception->statistics().repeated;
+        }
         if (auto answer = reception->ask(request, reception->answerTime()))
             return answer;
     }

@@ -2,6 +2,8 @@
 
 #include "portwire/link/Reception.h"
 
+#include <functional>
+
 namespace portwire {
 
 /** An open device with a thread that takes what it sends. Any number of threads may make requests at the same time. */
@@ -16,9 +18,11 @@ public:
 
     /**
      * Sends a request and waits for the answer, three times the answer time at most; repeats it while no good answer
-     * comes. \return nothing if none came.
+     * comes.
+     * \param mayRepeat if it is given: whether to repeat it, asked when all is taken that has arrived by then
+     * \return nothing if none came.
      */
-    std::optional<Frame> ask(const Request &request);
+    std::optional<Frame> ask(const Request &request, const std::function<bool()> &mayRepeat = {});
 
     /**
      * As ask(), for questions that are put again and again, as a scan does: after one that stayed without an answer,

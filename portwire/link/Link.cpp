@@ -144,7 +144,10 @@ Outcome Link::runJob(Work::Step step)
 {
     const Job job = *step.job;
     const bool isWhole = job.kind == Job::Kind::WholeRecord;
-    const Answer answer = isWhole ? ProtocolSteps::readImage(device, *toDo, step) : device.ask(job.request);
+    // What a mouse didn't hear must not be said to the one that takes its place.
+    const auto isStillMeant = [&] { return !job.isOrder() || toDo->mayChange(step); };
+    const Answer answer =
+        isWhole ? ProtocolSteps::readImage(device, *toDo, step) : device.ask(job.request, isStillMeant);
     const bool isGivenUp =
         !isOver(answer.outcome) && !job.isForReceiver && wasLastTry(step, answer.outcome, job.request.code);
     if (answer.outcome == Outcome::Outdated)

@@ -30,7 +30,7 @@ std::shared_ptr<Channel> LinkedDevice::current()
     return channel;
 }
 
-Answer LinkedDevice::ask(const Request &request)
+Answer LinkedDevice::ask(const Request &request, const std::function<bool()> &isStillMeant)
 {
     const auto listening = listener.lock();
     if (!listening || listening->hasEnded())
@@ -38,9 +38,9 @@ Answer LinkedDevice::ask(const Request &request)
     const auto device = current();
     if (!device)
         return {Outcome::MouseOffline};
-    auto answer = device->ask(request);
+    auto answer = device->ask(request, isStillMeant);
     if (!answer)
-        return {Outcome::NoAnswer};
+        return {isStillMeant && !isStillMeant() ? Outcome::Outdated : Outcome::NoAnswer};
     switch (static_cast<AnswerStatus>(answer->flags)) {
     case AnswerStatus::Done:
         return {Outcome::Done, std::move(*answer)};

@@ -33,8 +33,11 @@ public:
     /** How long an answer of it may take, also while it is away. */
     std::chrono::milliseconds answerTime() const { return channel ? channel->answerTime() : Endpoint::usualAnswerTime; }
 
-    /** Asks the device; nothing more once the listener has ended. */
-    Answer ask(const Request &request);
+    /**
+     * Asks the device; nothing more once the listener has ended.
+     * \param isStillMeant asked before the request is repeated; false gives Outdated
+     */
+    Answer ask(const Request &request, const std::function<bool()> &isStillMeant = {});
     /** Takes what it has sent unprompted until now. */
     void takeArrived();
 

@@ -51,16 +51,17 @@ ProtocolSteps::Written ProtocolSteps::write(LinkedDevice &device, const Work &wo
 {
     const auto &writes = step.batch.writes;
     for (const WriteQueue::Write &next : writes) {
-        // What the mouse has said by now counts: it may be the wrong profile already.
+        // What has been said by now counts: it may be the wrong profile already, or another mouse.
         device.takeArrived();
-        if (!work.isCurrent(step))
+        const auto isStillMeant = [&] { return work.mayChange(step); };
+        if (!isStillMeant())
             return {Outcome::Outdated, &next};
         std::uint8_t flags = 0;
         if (&next == &writes.front())
             flags |= firstOfBatch;
         if (&next == &writes.back())
             flags |= lastOfBatch;
-        const Answer answer = device.ask({ReportCode::WriteFlash, next.address, flags, next.bytes});
+        const Answer answer = device.ask({ReportCode::WriteFlash, next.address, flags, next.bytes}, isStillMeant);
         if (answer.outcome != Outcome::Done)
             return {answer.outcome, &next};
     }

@@ -16,7 +16,8 @@ constexpr int maxTimesIgnored = 6;
 /** A mouse that gives reason to ask whose it is all the time keeps only writes and orders waiting. */
 constexpr int maxChecksInARow = 6;
 
-/** In the payload of a report on pairing: another mouse is paired now. */
+/** In the payload of a report on pairing: the receiver still looks; another mouse is paired now. */
+constexpr std::uint8_t stillPairing = 1;
 constexpr std::uint8_t paired = 3;
 
 /** The queue of the next epoch with what is queued in this one, to be sent or dropped when that is known. */
@@ -92,6 +93,8 @@ void Work::passOn()
 {
     const std::lock_guard lock(mutex);
     jobs.keepOrders();
+    // Whoever ordered the pairing has given it up, and the mouse that is there is in use again.
+    isPairing = false;
     isInherited = true;
     doubt(Job::Kind::AskAddress);
 }
@@ -115,6 +118,7 @@ void Work::opened(const std::shared_ptr<Channel> &channel)
         doubt(Job::Kind::AskAddress);
     if (!isAnew)
         return;
+    isPairing = false;
     // What was changed on the mouse meanwhile was announced to nobody.
     begin(successorOf(*epoch));
     epoch->setGiven(false);
@@ -128,8 +132,8 @@ void Work::reported(const Frame &frame)
 {
     const std::lock_guard lock(mutex);
     const std::uint8_t first = frame.payload.empty() ? 0 : frame.payload[0];
-    if (frame.code == ReportCode::PairingStatus && first == paired)
-        doubt(Job::Kind::AskAddress);
+    if (frame.code == ReportCode::PairingStatus)
+        pairingIs(first);
     if (frame.code != ReportCode::StatusChanged)
         return;
     ++changeCount;
@@ -139,6 +143,19 @@ void Work::reported(const Frame &frame)
     hasChangedItself = true;
     begin(successorOf(*epoch));
     doubt(Job::Kind::AskProfile);
+}
+
+/**
+ * A receiver that looks for a mouse may have another one at any moment, and tells it only afterwards. So nothing is
+ * said to its mouse from the order to pair on until the receiver looks no more and it is known whose it is.
+ */
+void Work::pairingIs(std::uint8_t status)
+{
+    if (status == stillPairing)
+        return;
+    if (status == paired)
+        doubt(Job::Kind::AskAddress);
+    isPairing = false;
 }
 
 void Work::doubt(Job::Kind check)
@@ -202,9 +219,11 @@ std::optional<Work::Step> Work::next(bool onlyReceiver, Clock::time_point now, s
         checksInARow = job.isCheck() ? checksInARow + 1 : 0;
         return Step{epoch, epoch->serial(), job};
     };
-    if (const Job *const job = jobs.front(JobOrder::Receiver))
+    if (const Job *const job = jobs.front(JobOrder::Receiver)) {
+        isPairing = isPairing || job->request.code == ReportCode::EnterPairing;
         return stepOf(*job);
-    if (onlyReceiver)
+    }
+    if (onlyReceiver || isPairing)
         return std::nullopt;
     const Job *const check = jobs.front(JobOrder::Checks);
     const Job *const job = jobs.front(JobOrder::Mouse);
@@ -227,6 +246,12 @@ bool Work::isCurrent(const Step &step) const
 {
     const std::lock_guard lock(mutex);
     return step.epoch == epoch;
+}
+
+bool Work::mayChange(const Step &step) const
+{
+    const std::lock_guard lock(mutex);
+    return step.epoch == epoch && !jobs.front(JobOrder::Checks);
 }
 
 void Work::outdated(const Step &step)
@@ -267,6 +292,8 @@ void Work::finish(const Step &step, const Frame *answer)
             ++resetsDone;
         break;
     case Job::Kind::Read:
+        if (answer && answer->code == ReportCode::PairingStatus && isPairing)
+            pairingIs(answer->payload[0]);
         if (told && step.epoch == epoch && !jobs.front(JobOrder::Checks))
             profile = told;
         break;

@@ -72,6 +72,9 @@ public:
     /** The same job with what is known now. */
     Step again(const Step &step) const;
     bool isCurrent(const Step &step) const;
+    /** Whether the mouse and the profile that the step would change are still known to be those that it is meant for.
+     */
+    bool mayChange(const Step &step) const;
     /** The job ended with its epoch, and is to be done again in the next one. */
     void outdated(const Step &step);
     /** A job has come to its end. \param answer the good one, or nothing */
@@ -104,6 +107,7 @@ private:
     WriteQueue &last();
     bool mayTake(const WriteQueue &queue);
     void doubt(Job::Kind check);
+    void pairingIs(std::uint8_t status);
     void addressIs(const std::optional<Address> &told);
     void profileIs(std::optional<std::uint8_t> told);
     void begin(std::shared_ptr<WriteQueue> next);
@@ -122,6 +126,7 @@ private:
     std::weak_ptr<Channel> lastChannel;
     std::optional<Address> owner;        ///< mouse that the writes are meant for
     std::optional<std::uint8_t> profile; ///< of the mouse, that they are meant for
+    bool isPairing = false;              ///< the receiver looks for another mouse: nothing is said to this one
     bool isInherited = false;            ///< from another link, and not yet known to be for this mouse
     bool hasChangedItself = false;       ///< the mouse said that another profile is active
     std::uint64_t doubtedUpTo = 0;       ///< number of the last job that may be meant for another mouse

@@ -31,6 +31,7 @@ struct DeviceDescription
     LightState light;
     int receiverLightMode;
     bool isLongRange;                  ///< of the receiver
+    bool isPairing;                    ///< it looks for its partner
     std::chrono::microseconds latency; ///< of what it sends itself
 };
 

@@ -40,6 +40,7 @@ DeviceDescription VirtualBus::describe(Mouse &mouse)
     device.level = flash.currentLevel();
     device.profile = mouse.device.activeProfile();
     device.light = flash.light();
+    device.isPairing = mouse.device.isLooking();
     device.latency = mouse.wire.latency;
     return device;
 }
@@ -63,6 +64,7 @@ DeviceDescription VirtualBus::describe(Receiver &receiver)
     device.isPlugged = receiver.isPlugged;
     device.isCorded = false;
     device.partner = mouse ? mouse->id : std::string();
+    device.isPairing = receiver.device.isPairing() && !receiver.device.isPairingOver();
     device.latency = receiver.wire.latency;
     device.receiverLightMode = receiver.device.content().light[0];
     device.isLongRange = receiver.device.content().isLongRange;
