@@ -80,6 +80,7 @@ void DialogChange::setUpTheme()
     threePictures(ui->LeftButton, "Left");
     threePictures(ui->RightButton, "Right");
     threePictures(ui->Repair, "Repair");
+    ui->Repair->setStyleSheet(ui->Repair->styleSheet() + Theme::toolTip());
     ui->label_2->setStyleSheet(Theme::namedLabel(QStringLiteral("label_2")));
     ui->label_3->setStyleSheet(Theme::namedLabel(QStringLiteral("label_3")));
     const QFont hintFont(QStringLiteral("微软雅黑"), 14);
@@ -277,6 +278,7 @@ void DialogChange::ChangeDialogLanguage(int index)
                                   else if (element == QLatin1String("RepairDevice"))
                                       repairText = text;
                               });
+    ui->Repair->setToolTip(repairText); // the hint itself shows only where no device does
     showHint();
     for (ChooserEntry &entry : entries)
         entry.setOfflineTip(offlineTip1 + QLatin1Char('\n') + offlineTip2);

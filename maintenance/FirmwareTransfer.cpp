@@ -1,6 +1,7 @@
 #include "maintenance/FirmwareTransfer.h"
 
 #include "app/hub/PostMsg.h"
+#include "app/hub/Wait.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/Snapshot.h"
 #include "portwire/portwire.h"
@@ -55,7 +56,7 @@ void start(const QByteArray &image, const FirmwareTransfer::Subject &subject, Po
     FirmwareUnderWay = true;
     const FirmwareImage bytes{reinterpret_cast<const std::uint8_t *>(image.constData()),
                               static_cast<std::uint32_t>(image.size())};
-    UsbUpgrade_Start(&bytes, callback, patience);
+    UsbUpgrade_Start(&bytes, callback, Wait::scaled(patience));
 }
 
 void endRun(std::atomic<int> &state, bool isGood)

@@ -35,7 +35,8 @@ void selectAnew(int model)
 
 void PairingRun::onDevicePage(const QWidget *caller, QPoint offset)
 {
-    if (!DeviceEntered || BulkUpdateActive || Wait::isEnding())
+    // The steps of a firmware update before the first byte leave the window free; a pairing would meet the next ones.
+    if (!DeviceEntered || BulkUpdateActive || UpdateRunning || Wait::isEnding())
         return;
     bool isTaken = false;
     const DeviceAllInfo selected = SelectInfo().get();

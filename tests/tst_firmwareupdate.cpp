@@ -1,7 +1,28 @@
+#include "app/DialogMain.h"
+#include "app/hub/PostMsg.h"
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceSetters.h"
+#include "maintenance/Progress.h"
+#include "maintenance/UpDateRepair.h"
 #include "productdata/FirmwareImages.h"
+#include "productdata/LanguageFile.h"
+#include "productdata/ModelData.h"
+#include "support/ProductCopy.h"
+#include "support/Program.h"
 #include "support/TestHome.h"
+#include "support/VirtualMice.h"
+#include "tools/FirmwareFile.h"
 
+#include <QDir>
+#include <QLabel>
+#include <QProcess>
+#include <QPushButton>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <QToolButton>
+
+#include <csignal>
+#include <memory>
 
 namespace {
 
@@ -25,6 +46,50 @@ void write(const QString &path, const QByteArray &content)
         qFatal("%s: %s", qPrintable(path), qPrintable(file.errorString()));
 }
 
+/** Puts an image into the folder that the program looks into. `what` is "q1", "q2", or the class of a receiver. */
+void putImage(const QString &what, unsigned version, const QString &model = "q1")
+{
+    FirmwareDescription image;
+    image.modelId = model == "q2" || what == "q2" ? 2 : 1;
+    image.target = what.startsWith('q') ? 210 : 211;
+    image.name = (what.startsWith('q') ? "HALVARION-" + what.toUpper() : "HALVARION-R" + what.left(1)).toStdString();
+    image.version = version;
+    image.payload = 30000;
+    const std::vector<std::uint8_t> bytes = firmwareFile(image);
+    QDir().mkpath(FirmwareImages::folder());
+    write(QStringLiteral("%1/%2-%3.bin").arg(FirmwareImages::folder(), what).arg(version),
+          QByteArray(reinterpret_cast<const char *>(bytes.data()), int(bytes.size())));
+}
+
+QString firmwareOf(const QString &id) { return VirtualMice::device(id)["firmware"].toString(); }
+
+QString englishText(const char *section, const QString &element)
+{
+    QString found;
+    LanguageFile::readSection(0, section, [&](const QString &each, const QString &text) {
+        if (each == element)
+            found = text;
+    });
+    return found;
+}
+
+/** The prompt of this class that shows; null if there is none. */
+Prompt *shownPrompt(const char *className)
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        if (window->isVisible() && window->inherits(className))
+            return static_cast<Prompt *>(window);
+    }
+    return nullptr;
+}
+
+QString labelOf(const QWidget *prompt) { return prompt->findChild<QLabel *>("label")->text(); }
+void clickOn(QWidget *prompt, const char *button)
+{
+    QTest::mouseClick(prompt->findChild<QToolButton *>(button), Qt::LeftButton);
+}
+
 } // namespace
 
 /** The firmware update: which image a device gets, the run behind the buttons of the settings page, and the repair. */
@@ -32,11 +97,94 @@ class FirmwareUpdateTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
+    void init();
+    void cleanup();
     void images_data();
     void images();
     void fitting_data();
     void fitting();
+    void update_data();
+    void update();
+    void powerLoss_data();
+    void powerLoss();
+    void notBegun_data();
+    void notBegun();
+    void bothDevices();
+    void repair_data();
+    void repair();
+    void mismatch_data();
+    void mismatch();
+    void killed();
+    void killedProcess();
+
+private:
+    /** Opens a mouse of the default scene on its settings page. */
+    void open(const QString &mouse);
+    /** Presses the hidden update button. */
+    void press(const char *button) { program->find<QPushButton>(button)->click(); }
+    /** Waits for the end of a transfer and confirms it. \return what was said. */
+    QString confirmProgress();
+    /** Goes through the chooser's repair. \return what was said, one text after the other. */
+    QStringList repairByClicks();
+
+    std::unique_ptr<Program> program;
 };
+
+void FirmwareUpdateTest::init()
+{
+    const bool isNextStart =
+        qEnvironmentVariableIsSet("HALVARION_TEST_HOME") && !qEnvironmentVariableIsSet("HALVARION_KILL_AT");
+    if (isNextStart)
+        return; // with what the killed one left
+    VirtualMice::restoreScene();
+    ModelData::storeUpdateFailInfo({});
+    QDir(FirmwareImages::folder()).removeRecursively();
+}
+
+void FirmwareUpdateTest::cleanup() { program.reset(); }
+
+void FirmwareUpdateTest::open(const QString &mouse)
+{
+    program = std::make_unique<Program>();
+    QVERIFY(program->connectMouse(mouse));
+    program->click("FormSetting");
+}
+
+QString FirmwareUpdateTest::confirmProgress()
+{
+    const auto isOver = [] {
+        Prompt *const progress = shownPrompt("Progress");
+        return progress && progress->findChild<QToolButton *>("NewHong")->isVisible();
+    };
+    if (!QTest::qWaitFor(isOver, 20000))
+        return "no end";
+    Prompt *const progress = shownPrompt("Progress");
+    const QString said = labelOf(progress);
+    clickOn(progress, "NewHong");
+    return said;
+}
+
+QStringList FirmwareUpdateTest::repairByClicks()
+{
+    QStringList said;
+    program->whenShown("UpDateRepair", [&said] {
+        QPointer<Prompt> prompt = shownPrompt("UpDateRepair");
+        said << labelOf(prompt);
+        clickOn(prompt, "NewHong");
+        if (prompt && prompt->findChild<QWidget *>("spinBox")->isVisible()) {
+            QTest::keyClick(prompt, Qt::Key_Escape); // there is no way out meanwhile
+            QTest::keyClick(prompt, Qt::Key_Return);
+            QVERIFY(prompt && prompt->isVisible());
+            QTRY_VERIFY_WITH_TIMEOUT(prompt->findChild<QWidget *>("NewHong")->isVisible(), 20000);
+        }
+        if (!prompt || !prompt->isVisible())
+            return;
+        said << labelOf(prompt);
+        clickOn(prompt, "CloseButton");
+    });
+    program->click("Repair");
+    return said;
+}
 
 void FirmwareUpdateTest::images_data()
 {
@@ -115,5 +263,335 @@ void FirmwareUpdateTest::fitting()
     QVERIFY(!FirmwareImages::FindImage(request, {}, found, folder.path()) && found.isEmpty());
 }
 
-HALVARION_TEST_MAIN(FirmwareUpdateTest)
+void FirmwareUpdateTest::update_data()
+{
+    QTest::addColumn<QString>("mouse");
+    QTest::addColumn<QString>("link");
+    QTest::addColumn<QString>("image");
+    QTest::newRow("mouse") << "q1"
+                           << "cable"
+                           << "q1";
+    QTest::newRow("1K receiver") << "q2"
+                                 << "1k"
+                                 << "1k";
+    QTest::newRow("2K receiver") << "q1"
+                                 << "2k"
+                                 << "2k";
+    QTest::newRow("4K receiver") << "q1"
+                                 << "4k"
+                                 << "4k";
+}
+
+/** The device has the new firmware and all its settings, and the device window goes on. */
+void FirmwareUpdateTest::update()
+{
+    QFETCH(QString, mouse);
+    QFETCH(QString, link);
+    QFETCH(QString, image);
+    const bool isMouse = image == mouse;
+    VirtualMice::tell({"remove", mouse});
+    QCOMPARE(VirtualMice::add(mouse, link), mouse);
+    putImage(image, 0x0920, mouse);
+    open(mouse);
+    QVERIFY(SetLod(2));
+    QTRY_COMPARE(int(VirtualMice::record(mouse).Lod), 2);
+    const FlashDataMap before = VirtualMice::record(mouse);
+    QTRY_VERIFY(isMouse ? MouseUpdateAvailable : DongleUpdateAvailable);
+    press(isMouse ? "Mouse" : "Receive");
+    QTRY_VERIFY(shownPrompt("Progress"));
+    QVERIFY(!ModelData::updateFailInfo().isEmpty());
+    QTest::keyClick(shownPrompt("Progress"), Qt::Key_Escape);
+    QTest::keyClick(shownPrompt("Progress"), Qt::Key_Return);
+    QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
+    QCOMPARE(firmwareOf(isMouse ? mouse : mouse + '-' + link), QString("9.20"));
+    QCOMPARE(ModelData::updateFailInfo(), QString());
+    QTRY_VERIFY(!UpdateRunning && HotplugWatchEnabled);
+    QCOMPARE(program->find<QLabel>(isMouse ? "label_7" : "label_5")->text(), QString("v9.20"));
+    QCOMPARE(ModelData::mouseVersion(mouse == "q1" ? 0 : 1) == "v9.20", isMouse);
+    QVERIFY(VirtualMice::record(mouse) == before);
+    QTRY_VERIFY(program->isConnected() && SetLod(1));
+    QTRY_COMPARE(int(VirtualMice::record(mouse).Lod), 1);
+    press(isMouse ? "Mouse" : "Receive");
+    QTRY_VERIFY(!UpdateRunning);
+    QCOMPARE(program->find<QPushButton>(isMouse ? "Mouse" : "Receive")->text(), englishText("FormSetting", "VerNew"));
+}
+
+void FirmwareUpdateTest::powerLoss_data()
+{
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<QString>("percent");
+    for (const char *percent : {"0", "1", "50", "99", "100"})
+        QTest::newRow(percent) << "q1" << percent;
+    QTest::newRow("receiver") << "q1-4k"
+                              << "50";
+}
+
+/** The user is led back to the chooser, which offers the repair; that brings the device back with all it held. */
+void FirmwareUpdateTest::powerLoss()
+{
+    QFETCH(QString, device);
+    QFETCH(QString, percent);
+    const bool isMouse = device == "q1";
+    if (isMouse)
+        VirtualMice::tell({"plug", "q1"});
+    putImage(isMouse ? "q1" : "4k", 0x0920);
+    open("q1");
+    const FlashDataMap before = VirtualMice::record("q1");
+    VirtualMice::tell({"fault", device, "powerloss", percent});
+    press(isMouse ? "Mouse" : "Receive");
+    QCOMPARE(confirmProgress(), englishText("Progress", "UpDateFail"));
+    QTRY_VERIFY(!program->isDeviceWindowShown() && !UpdateRunning);
+    QCOMPARE(ModelData::updateFailInfo(), isMouse ? QString("210,4,18,1") : QString("211,4,18,1"));
+    QVERIFY(program->find("Repair")->isVisible());
+    const QString toolText = englishText("AutoRepair", "ToolText");
+    QCOMPARE(repairByClicks(), QStringList({toolText, englishText("AutoRepair", "NoDevice")}));
+    VirtualMice::tell({"plug", device});
+    QTRY_COMPARE(VirtualMice::device(device)["mode"].toString(), QString("boot"));
+    QCOMPARE(repairByClicks(), QStringList({toolText, englishText("AutoRepair", "UpdateSuccess")}));
+    QCOMPARE(firmwareOf(device), QString("9.20"));
+    QVERIFY(VirtualMice::record("q1") == before);
+    QVERIFY(!program->find("Repair")->isVisible());
+    QVERIFY(program->connectMouse("q1"));
+}
+
+void FirmwareUpdateTest::notBegun_data()
+{
+    QTest::addColumn<QString>("images");
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("shown"); ///< element whose text the button or the message beside it has
+    QTest::newRow("no image") << ""
+                              << "Receive"
+                              << "VerNew";
+    QTest::newRow("the same version") << "4k:10c"
+                                      << "Receive"
+                                      << "VerNew";
+    QTest::newRow("another model's") << "q2:920"
+                                     << "Mouse"
+                                     << "VerNew";
+    QTest::newRow("the mouse is on no cable") << "q1:920"
+                                              << "Mouse"
+                                              << "WiredMode";
+}
+
+void FirmwareUpdateTest::notBegun()
+{
+    QFETCH(QString, images);
+    QFETCH(QString, button);
+    QFETCH(QString, shown);
+    const QStringList image = images.split(':');
+    if (image.size() == 2)
+        putImage(image[0], image[1].toUInt(nullptr, 16));
+    open("q1");
+    press(qPrintable(button));
+    QVERIFY(UpdateRunning && !HotplugWatchEnabled);
+    press(button == "Mouse" ? "Receive" : "Mouse"); // does nothing
+    QTRY_VERIFY(!UpdateRunning);
+    QVERIFY(HotplugWatchEnabled && !shownPrompt("Progress") && ModelData::updateFailInfo().isEmpty());
+    const bool isMessage = shown == "WiredMode";
+    const QWidget *const message = program->find("label_13");
+    QCOMPARE(message->isVisibleTo(message->parentWidget()), isMessage);
+    const QString text =
+        isMessage ? program->find<QLabel>("label_13")->text() : program->find<QPushButton>(button)->text();
+    QCOMPARE(text, englishText("FormSetting", shown));
+}
+
+/** The receiver first, by its button; when that is confirmed the mouse follows by itself. */
+void FirmwareUpdateTest::bothDevices()
+{
+    VirtualMice::tell({"plug", "q1"});
+    putImage("q1", 0x0920);
+    putImage("4k", 0x0930);
+    open("q1");
+    QTRY_VERIFY(MouseUpdateAvailable && DongleUpdateAvailable);
+    press("Receive");
+    QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
+    QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
+    QTRY_VERIFY(!UpdateRunning);
+    QCOMPARE(firmwareOf("q1-4k") + ' ' + firmwareOf("q1"), QString("9.30 9.20"));
+    QTest::qWait(200);
+    QVERIFY(!UpdateRunning && !shownPrompt("Progress")); // and not in a circle
+}
+
+void FirmwareUpdateTest::repair_data()
+{
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<QString>("hands"); ///< commands, with commas between
+    QTest::addColumn<QString>("said");
+    QTest::addColumn<bool>("isOffered"); ///< still, afterwards
+    const auto row = [](const char *name, const char *entry, const char *hands, const char *said, bool isOffered) {
+        QTest::newRow(name) << entry << hands << said << isOffered;
+    };
+    row("mouse", "210,4,18,1", "boot q1,plug q1", "UpdateSuccess", false);
+    row("receiver", "211,4,18,1", "boot q1-4k", "UpdateSuccess", false);
+    row("loses its power again", "211,4,18,1", "boot q1-4k,fault q1-4k powerloss 60", "UpdateFail", true);
+    row("mouse works", "210,4,18,1", "", "DeviceWorks", false);
+    row("receiver works", "211,4,18,1", "", "DeviceWorks", false);
+    row("receiver gone", "211,4,18,1", "unplug q1-4k", "NoDevice", true);
+    row("mouse gone", "210,4,18,1", "sleep q1", "NoDevice", true);
+    row("two of them", "210,4,18,1", "add q1 cable,plug q1,boot q1,boot q1-2", "SameDevice", true);
+    row("no image for it", "210,1,18,2", "boot q2", "NoImage", true);
+    row("of no class", "211,3,18,1", "boot q1-4k", "NoImage", true);
+    row("of no model", "210,4,18,7", "", "NoImage", true);
+    row("of another maker", "210,4,19,1", "boot q1", "NoImage", true);
+    row("of three parts", "210,4,18", "boot q1", "", false);
+    row("of five parts", "210,4,18,1,", "boot q1", "", false);
+}
+
+void FirmwareUpdateTest::repair()
+{
+    QFETCH(QString, entry);
+    QFETCH(QString, hands);
+    QFETCH(QString, said);
+    QFETCH(bool, isOffered);
+    const QStringList commands = hands.split(',', Qt::SkipEmptyParts);
+    for (const QString &command : commands)
+        VirtualMice::tell(command.split(' '));
+    ModelData::storeUpdateFailInfo(entry);
+    putImage("q1", 0x0920);
+    putImage("4k", 0x0920);
+    program = std::make_unique<Program>();
+    QVERIFY(program->find("Repair")->isVisible());
+    QStringList expected{englishText("AutoRepair", "ToolText")};
+    if (!said.isEmpty())
+        expected << englishText("AutoRepair", said);
+    QCOMPARE(repairByClicks(), expected);
+    QCOMPARE(program->find("Repair")->isVisible(), isOffered);
+    QCOMPARE(ModelData::updateFailInfo(), isOffered ? entry : QString());
+    QVERIFY(HotplugWatchEnabled && !FirmwareUnderWay);
+    if (said == "UpdateSuccess")
+        QCOMPARE(firmwareOf(commands[0].mid(5)), QString("9.20"));
+}
+
+void FirmwareUpdateTest::mismatch_data()
+{
+    QTest::addColumn<QString>("images");
+    QTest::addColumn<bool>("isMouseKnown");
+    QTest::addColumn<QString>("prompts");
+    QTest::newRow("never seen") << "q1 4k" << false << "Match";
+    QTest::newRow("no images") << "" << true << "RePair Match";
+    QTest::newRow("mouse is older") << "q1" << true << "UpDateWarning";
+    QTest::newRow("receiver is older") << "4k" << true << "ContainReset UpDateRepair";
+    QTest::newRow("both are") << "q1 4k" << true << "RePair Match";
+}
+
+/** One receiver that doesn't hear its mouse: what the space bar offers, and a click when another one hears it. */
+void FirmwareUpdateTest::mismatch()
+{
+    QFETCH(QString, images);
+    QFETCH(bool, isMouseKnown);
+    QFETCH(QString, prompts);
+    VirtualMice::tell({"remove", "q2"});
+    for (const QString &image : images.split(' ', Qt::SkipEmptyParts))
+        putImage(image, 0x0920);
+    ModelData::storeMouseVersion(0, isMouseKnown ? "v1.12" : "");
+    program = std::make_unique<Program>();
+    QTRY_COMPARE(program->entryCount(), 1);
+    program->whenShown("RePair", [] { clickOn(shownPrompt("RePair"), "OK"); });
+    program->whenShown("Match", [] { QTest::keyClick(shownPrompt("Match"), Qt::Key_Escape); });
+    program->whenShown("UpDateWarning", [] {
+        QCOMPARE(labelOf(shownPrompt("UpDateWarning")), englishText("FormSetting", "WiredMode"));
+        QTest::keyClick(shownPrompt("UpDateWarning"), Qt::Key_Return);
+    });
+    program->whenShown("ContainReset", [] {
+        QCOMPARE(labelOf(shownPrompt("ContainReset")), englishText("DialogChange", "MouseIsNewTips"));
+        clickOn(shownPrompt("ContainReset"), "OK");
+    });
+    program->whenShown("UpDateRepair", [] {
+        Prompt *const repair = shownPrompt("UpDateRepair");
+        clickOn(repair, "NewHong");
+        QTRY_COMPARE_WITH_TIMEOUT(labelOf(repair), englishText("AutoRepair", "UpdateSuccess"), 20000);
+        clickOn(repair, "NewHong");
+    });
+    QTest::keyClick(program->window(), Qt::Key_Space);
+    QCOMPARE(program->shownPrompts().join(' '), prompts);
+    QCOMPARE(firmwareOf("q1-4k"), prompts.contains("UpDateRepair") ? QString("9.20") : QString("1.c"));
+
+    VirtualMice::tell({"firmware", "q1-4k", "1.c"});
+    VirtualMice::tell({"add", "receiver", "2k", "q1"});
+    QTRY_COMPARE(program->entryCount(), 2);
+    QVERIFY(program->connectEntry(1)); // this one hears it
+    QCOMPARE(program->shownPrompts(), QStringList("UpDataParam"));
+    program->click("UpArrow");
+    QTRY_VERIFY(!program->isDeviceWindowShown() && program->entryCount() == 2);
+    program->forgetPrompts();
+    ModelData::storeMouseVersion(0, isMouseKnown ? "v1.12" : "");
+    program->click("btn0");
+    // Of a 2K receiver there is no image, so it can't be the older one.
+    QCOMPARE(program->shownPrompts().join(' '), !isMouseKnown           ? QString("Match")
+                                                : images.contains("q1") ? QString("UpDateWarning")
+                                                                        : QString("RePair Match"));
+    QVERIFY(!program->isDeviceWindowShown());
+}
+
+/** Killed in the middle of an update: the next start, in the same home, offers the repair, and that works. */
+void FirmwareUpdateTest::killed()
+{
+    bool isGiven = false;
+    const int rounds = qMax(2, qEnvironmentVariableIntValue("HALVARION_ROUNDS"));
+    const int given = qEnvironmentVariableIntValue("HALVARION_SEED", &isGiven);
+    const quint32 seed = isGiven ? quint32(given) : QRandomGenerator::global()->generate();
+    qInfo("HALVARION_SEED=%u", seed);
+    QRandomGenerator random(seed);
+    for (int round = 0; round < rounds; ++round) {
+        const QTemporaryDir home;
+        const int percent = random.bounded(101);
+        for (const bool isFirst : {true, false}) {
+            QProcess process;
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert("HALVARION_TEST_HOME", home.path());
+            if (isFirst)
+                environment.insert("HALVARION_KILL_AT", QString::number(percent));
+            process.setProcessEnvironment(environment);
+            process.start(QCoreApplication::applicationFilePath(), {"killedProcess"});
+            QVERIFY(process.waitForFinished(60000));
+            const QByteArray said = process.readAllStandardOutput() + process.readAllStandardError();
+            QVERIFY2(process.exitStatus() == (isFirst ? QProcess::CrashExit : QProcess::NormalExit), said.constData());
+            QVERIFY2(isFirst || process.exitCode() == 0, (QByteArray::number(percent) + said).constData());
+        }
+    }
+}
+
+void FirmwareUpdateTest::killedProcess()
+{
+    if (!qEnvironmentVariableIsSet("HALVARION_TEST_HOME"))
+        QSKIP("runs in the processes that killed makes");
+    if (qEnvironmentVariableIsSet("HALVARION_KILL_AT")) {
+        VirtualMice::tell({"plug", "q1"});
+        putImage("q1", 0x0920);
+        open("q1");
+        connect(
+            postMsg(), &PostMsg::SigProgress, postMsg(),
+            [](int percent, int code) {
+                if (code == 0 && percent >= qEnvironmentVariableIntValue("HALVARION_KILL_AT"))
+                    ::raise(SIGKILL);
+            },
+            Qt::DirectConnection);
+        press("Mouse");
+        confirmProgress();
+        return;
+    }
+    putImage("q1", 0x0920);
+    program = std::make_unique<Program>();
+    QVERIFY(program->find("Repair")->isVisible());
+    const QStringList said = repairByClicks();
+    const bool wasWritten = said.last() == englishText("AutoRepair", "UpdateSuccess");
+    QVERIFY2(wasWritten || said.last() == englishText("AutoRepair", "DeviceWorks"), qPrintable(said.last()));
+    QVERIFY(!program->find("Repair")->isVisible() && VirtualMice::device("q1")["mode"] == "normal");
+    // What the bus had not yet put on the disk is lost with the process, and the mouse works as before.
+    QCOMPARE(firmwareOf("q1"), QString(wasWritten ? "9.20" : "1.12"));
+    QVERIFY(program->connectMouse("q1"));
+}
+
+/** In a copy of this program: the images lie beside the executable, where all other tests would find them. */
+int main(int argc, char *argv[])
+{
+    const TestHome home;
+    QApplication application(argc, argv);
+    if (!ProductCopy::isCopy())
+        return ProductCopy().runInstead();
+    Wait::setScale(0.1); // a device that was silent for a second has failed, and even a busy machine answers by then
+    FirmwareUpdateTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_firmwareupdate.moc"

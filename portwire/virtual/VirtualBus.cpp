@@ -36,8 +36,11 @@ std::vector<DeviceNode> VirtualBus::nodes() const
     const auto addAll = [&](const auto &device) {
         if (device.device.bootLoader().isActive())
             return add(device, bootUsbVersion, bootInterface);
+        // New firmware tells its own version on the bus, too.
+        const std::uint16_t firmware = device.device.bootLoader().version();
+        const std::uint16_t version = firmware == device.model->version ? device.model->usbVersion : firmware;
         for (const HidInterface &hid : hidInterfaces)
-            add(device, device.model->usbVersion, hid);
+            add(device, version, hid);
     };
     for (const auto &mouse : mice) {
         if (mouse->device.isCorded())

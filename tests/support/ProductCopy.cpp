@@ -85,6 +85,18 @@ ProductCopy::Result ProductCopy::run(const QString &testFunction, int millisecon
     return result;
 }
 
+int ProductCopy::runInstead()
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(copyMark), QStringLiteral("1"));
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(program, QCoreApplication::arguments().mid(1));
+    process.waitForFinished(-1);
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
 bool ProductCopy::isCopy() { return qEnvironmentVariableIsSet(copyMark); }
 
 void ProductCopy::tell(const QString &line)

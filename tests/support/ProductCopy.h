@@ -31,6 +31,9 @@ public:
     /** Runs one test function in the copy. */
     Result run(const QString &testFunction, int milliseconds = 60000);
 
+    /** Runs the copy with the arguments of this program, its output in place of this one's. \return its exit code. */
+    int runInstead();
+
     /** True inside a copy. */
     static bool isCopy();
     /** Inside a copy: gives a line to the test that runs it. */

@@ -11,12 +11,15 @@
 /**
  * A home folder of the test's own, so that nothing of the user's is read or written and tests can run side by side.
  * Construct it before the QApplication: Qt looks at the platform and the folders only once. It goes with the object.
+ * HALVARION_TEST_HOME names a folder that another test keeps, for processes that come one after the other in one home.
  */
 struct TestHome
 {
     TestHome()
     {
-        if (!folder.isValid())
+        if (qEnvironmentVariableIsSet("HALVARION_TEST_HOME"))
+            folder.remove();
+        else if (!folder.isValid())
             qFatal("no folder for the test: %s", qPrintable(folder.errorString()));
         set("HOME", QString());
         set("XDG_CONFIG_HOME", QStringLiteral("config"));
@@ -32,7 +35,10 @@ struct TestHome
     }
 
     /** Full path of a file or folder in the home. */
-    QString path(const QString &name = QString()) const { return QDir(folder.path()).filePath(name); }
+    QString path(const QString &name = QString()) const
+    {
+        return QDir(qEnvironmentVariable("HALVARION_TEST_HOME", folder.path())).filePath(name);
+    }
 
     QTemporaryDir folder;
 
