@@ -18,6 +18,10 @@ QVector<Figure> measureChanges(Program &program);
 /** Records, languages and a drag on pages that show. Wants the device connected. */
 QVector<Figure> measurePages(Program &program);
 
+/** The search for a firmware image and the window while one is written. Wants the device connected; ends on its cable.
+ */
+QVector<Figure> measureFirmware(Program &program);
+
 /** The macro page with many macros, and one of its own. */
 QVector<Figure> measureMacros();
 

@@ -40,6 +40,7 @@ int main(int argc, char *argv[])
         figures += Inside::measurePages(program);
         figures += Inside::measureButtons(program);
         figures += Inside::measureMacros();
+        figures += Inside::measureFirmware(program);
         for (const Figure &figure : figures)
             array.append(figure.toJson());
     }
