@@ -207,6 +207,89 @@ for index in 1 4; do
 done
 language 0
 
+echo "A receiver that is older than its mouse"
+ctl remove q2 >/dev/null
+ctl sleep q1 >/dev/null
+image receiver.bin receiver HALVARION-R4 9.1
+sleep 1.5
+xdotool key space
+check "the update is offered" 3 prompt_shown
+shot receiver-is-older
+xdotool key Return
+sleep 0.5
+check "the repair is ready" 3 prompt_shown
+shot receiver-update
+ctl fault q1-4k powerloss 60 >/dev/null
+ctl latency q1-4k 1 >/dev/null
+click $prompt_confirm
+check "the update goes on, and is noted" 3 unfinished 211,4,18,1
+shot receiver-updating
+check "it loses its power" 20 device_says q1-4k '.plugged == false'
+sleep 11
+shot receiver-failed
+click $prompt_confirm
+sleep 0.5
+shot chooser-repair
+stop_program $chooser_close
+start_program
+for index in 1 4 0; do
+    language $index
+    shot "chooser-repair-language-$index"
+    click $repair
+    check "the repair opens" 3 prompt_shown
+    shot "repair-language-$index"
+    click $prompt_confirm
+    sleep 0.5
+    shot "repair-no-device-language-$index"
+    xdotool key Escape
+    sleep 0.3
+done
+ctl plug q1-4k >/dev/null
+xdotool key Return
+check "the repair opens by the keyboard, too" 3 prompt_shown
+ctl latency q1-4k 1 >/dev/null
+xdotool key Return
+sleep 0.3
+xdotool key Escape
+shot repair-progress
+check "there is no way out of it" 1 prompt_shown
+check "the receiver has the new firmware" 30 device_says q1-4k '.mode == "normal" and .firmware == "9.1"'
+check "and nothing is unfinished any more" 3 finished
+sleep 0.5
+shot repair-done
+xdotool key Return
+sleep 1.5
+shot chooser-repaired
+
+echo "A mouse whose update broke off"
+ctl wake q1 >/dev/null
+image mouse.bin mouse HALVARION-Q1 9.2
+ctl plug q1 >/dev/null
+ctl boot q1 >/dev/null
+sleep 1.5
+stop_program $chooser_close
+# What the program notes when it begins; the buttons of the settings page that begin an update are hidden.
+sed -i 's/^MouseVer.*/&\nUpdateFailInfo=210,4,18,1/' "$registry"
+start_program
+click $repair
+check "the repair opens" 3 prompt_shown
+click $prompt_confirm
+check "the mouse has the new firmware" 30 device_says q1 '.mode == "normal" and .firmware == "9.2"'
+check "and nothing is unfinished any more" 3 finished
+xdotool key Return
+sleep 1.5
+ctl unplug q1 >/dev/null
+sleep 1.5
+click 512 380
+connected
+check "its settings are what they were" 1 byte_is q1 0 2
+settings_page
+shot settings-updated
+back
+sleep 1.5
+rm -rf "$images"
+[ "$(add q2 1k)" = q2 ] || fail "the other mouse is back"
+
 echo "More devices"
 added=()
 for device in "q1 1k" "q1 2k" "q2 2k" "q2 4k" "unknown cable"; do
