@@ -27,6 +27,8 @@ struct Job
     int timesOutdated = 0;    ///< answers that were of a profile which the mouse had left by the time of their delivery
     std::shared_ptr<WriteQueue> writesBehind{}; ///< what is handed over after an order that changes all
 
+    static Job wholeRecord() { return {Kind::WholeRecord, {ReportCode::ReadFlash}}; }
+
     /** The user meant it for one mouse: it outlives a link. */
     bool isOrder() const { return kind == Kind::SelectProfile || kind == Kind::FactoryReset; }
     bool isRead() const { return kind == Kind::Read || kind == Kind::WholeRecord; }

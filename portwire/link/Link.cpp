@@ -98,12 +98,6 @@ void Link::run()
         std::optional<Clock::time_point> due;
         if (doNext(due))
             continue;
-        // Nothing is to be asked, but the reports of the device need an open channel.
-        if (!due && device.isAway()) {
-            if (device.isBack())
-                continue;
-            due = Clock::now() + offlinePause * device.answerTime();
-        }
         lock.lock();
         const auto isNew = [&] { return isEnded || wakes != wakesBefore; };
         if (due)
@@ -120,8 +114,9 @@ bool Link::doNext(std::optional<Clock::time_point> &due)
     const std::lock_guard turn(toDo->turn());
     if (isEnded)
         return false;
-    deliverReset();
     const auto now = Clock::now();
+    // Also if nothing is to be asked: the reports of the device need an open channel.
+    const bool isOpen = device.reopen();
     std::unique_lock lock(mutex);
     const auto pause = pausedUntil;
     const unsigned signsBefore = signsOfLife;
@@ -130,6 +125,8 @@ bool Link::doNext(std::optional<Clock::time_point> &due)
     const auto step = toDo->next(isPaused, now, due);
     if (isPaused)
         due = pause;
+    else if (!isOpen)
+        due = now + offlinePause * device.answerTime();
     if (!step)
         return false;
     const Outcome outcome = step->job ? runJob(*step) : runBatch(*step);

@@ -12,22 +12,22 @@ LinkedDevice::LinkedDevice(std::shared_ptr<Channels> onChannels, std::string pat
 void LinkedDevice::open(const std::shared_ptr<ReportListener> &newListener)
 {
     listener = newListener;
-    current();
+    reopen();
 }
 
-std::shared_ptr<Channel> LinkedDevice::current()
+bool LinkedDevice::reopen()
 {
     if (channel && !channel->isGone())
-        return channel;
+        return true;
     const auto listening = listener.lock();
     auto opened = listening ? channels->find(devicePath) : nullptr;
     if (!opened)
-        return nullptr;
+        return false;
     channel = std::move(opened);
     channel->setListener(listening);
     if (!listening->hasEnded())
         work->opened(channel);
-    return channel;
+    return true;
 }
 
 Answer LinkedDevice::ask(const Request &request, const std::function<bool()> &isStillMeant)
@@ -35,10 +35,9 @@ Answer LinkedDevice::ask(const Request &request, const std::function<bool()> &is
     const auto listening = listener.lock();
     if (!listening || listening->hasEnded())
         return {Outcome::Outdated};
-    const auto device = current();
-    if (!device)
+    if (!channel || channel->isGone())
         return {Outcome::MouseOffline};
-    auto answer = device->ask(request, isStillMeant);
+    auto answer = channel->ask(request, isStillMeant);
     if (!answer)
         return {isStillMeant && !isStillMeant() ? Outcome::Outdated : Outcome::NoAnswer};
     switch (static_cast<AnswerStatus>(answer->flags)) {

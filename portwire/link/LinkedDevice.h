@@ -25,16 +25,15 @@ public:
     void open(const std::shared_ptr<ReportListener> &listener);
 
     const std::string &path() const { return devicePath; }
-    /** The device has left the bus since it was opened. */
-    bool isAway() const { return channel && channel->isGone(); }
-    /** \return whether the device is open now. */
-    bool isBack() { return current() != nullptr; }
+    /** Opens the device again if it was away and is back. \return whether it is open now */
+    bool reopen();
 
     /** How long an answer of it may take, also while it is away. */
     std::chrono::milliseconds answerTime() const { return channel ? channel->answerTime() : Endpoint::usualAnswerTime; }
 
     /**
-     * Asks the device; nothing more once the listener has ended.
+     * Asks the device; nothing more once the listener has ended. While it is away it counts as a mouse that is: it may
+     * be another one when it is back, so it is only opened again where that is looked at.
      * \param isStillMeant asked before the request is repeated; false gives Outdated
      */
     Answer ask(const Request &request, const std::function<bool()> &isStillMeant = {});
@@ -42,8 +41,6 @@ public:
     void takeArrived();
 
 private:
-    std::shared_ptr<Channel> current();
-
     const std::shared_ptr<Channels> channels;
     const std::string devicePath;
     const std::shared_ptr<Work> work;

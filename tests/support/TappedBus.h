@@ -52,6 +52,9 @@ public:
         replacement = std::move(answer);
     }
 
+    /** Set before the bus is used: instead of the device's own. What waits longer for a while then does it sooner. */
+    std::optional<std::chrono::milliseconds> answerTime{};
+
 private:
     class Tap : public portwire::Endpoint
     {
@@ -76,6 +79,10 @@ private:
             report = std::move(arriving.front());
             arriving.pop_front();
             return true;
+        }
+        std::chrono::milliseconds answerTime() const override
+        {
+            return bus.answerTime.value_or(endpoint->answerTime());
         }
         void close() override { endpoint->close(); }
 
