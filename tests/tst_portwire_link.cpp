@@ -74,6 +74,7 @@ private Q_SLOTS:
     void floodKeepsNobodyWaiting_data();
     void floodKeepsNobodyWaiting();
     void whatIsForgottenIsNotCarriedAlong();
+    void slowDeviceWorks_data();
     void slowDeviceWorks();
     void unpluggedInMidRead();
     void endedLinkIsSilent();
@@ -688,10 +689,19 @@ void tst_portwire_link::whatIsForgottenIsNotCarriedAlong()
     QVERIFY(bench.awaitInFlash(wanted));
 }
 
+void tst_portwire_link::slowDeviceWorks_data()
+{
+    QTest::addColumn<bool>("isReaderLate");
+    QTest::newRow("the device") << false;
+    QTest::newRow("the computer as well") << true;
+}
+
 /** 15 ms for each answer: more than the usual answer time, so the bus has to tell. */
 void tst_portwire_link::slowDeviceWorks()
 {
+    QFETCH(bool, isReaderLate);
     LinkBench bench;
+    *bench.tapped->isReaderLate = isReaderLate;
     bench.bus->setLatency("q1", std::chrono::milliseconds(15));
     bench.bus->setLatency("q1-4k", std::chrono::milliseconds(15));
     QVERIFY(bench.channels->ask(bench.path, {ReportCode::Online}));

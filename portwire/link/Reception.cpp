@@ -54,8 +54,16 @@ std::optional<Frame> Reception::ask(const Request &request, std::chrono::millise
         failAll();
 
     std::unique_lock lock(mutex);
-    if (isSent)
-        waiting.arrived.wait_for(lock, patience, [&] { return waiting.answer || waiting.failed || gone; });
+    const auto isOver = [&] { return waiting.answer || waiting.failed || gone; };
+    if (isSent && !waiting.arrived.wait_for(lock, patience, isOver)) {
+        // A busy computer, one with a game on it, may leave the reader thread without the processor for longer than a
+        // device has for its answer. It is the device that has to be in time, so what has arrived by now counts. The
+        // reader may stand in the middle of taking it; who has hold of the reports for longer than that is flooded.
+        lock.unlock();
+        if (const std::unique_lock turn(drainMutex, patience); turn)
+            drain();
+        lock.lock();
+    }
     waitingBySequence[sequence] = nullptr;
     return std::move(waiting.answer);
 }

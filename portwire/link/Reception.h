@@ -46,7 +46,10 @@ public:
     /** Body of the reader thread: takes what arrives until the device has gone or the endpoint is closed. */
     void run();
 
-    /** Sends a request once and waits for its answer. \return nothing if no good answer came in time. */
+    /**
+     * Sends a request once and waits for its answer. \param patience how long the device may take; a caller waits up to
+     * twice as long while another thread is taking reports. \return nothing if no good answer came in time
+     */
     std::optional<Frame> ask(const Request &request, std::chrono::milliseconds patience);
 
     /** Ends run() and all waiting. */
@@ -82,7 +85,7 @@ private:
     const std::shared_ptr<Statistics> counters;
 
     std::atomic<unsigned> heardReports{0};
-    std::mutex drainMutex; ///< reports are taken and sorted by one thread at a time, so that their order stays
+    std::timed_mutex drainMutex; ///< reports are taken and sorted by one thread at a time, so that their order stays
     mutable std::mutex mutex;
     std::array<Waiting *, 256> waitingBySequence{};
     std::uint8_t lastSequence = 0;

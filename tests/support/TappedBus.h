@@ -3,10 +3,12 @@
 #include "portwire/bus.h"
 #include "portwire/virtual/FirmwarePacket.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <optional>
+#include <thread>
 
 /** The man in the middle: a bus whose endpoints tell of each request before they send it, and may answer it themselves.
  */
@@ -18,6 +20,7 @@ public:
     using Replacement = std::optional<std::vector<Packet>>;
 
     explicit TappedBus(std::shared_ptr<portwire::Bus> behind) : bus(std::move(behind)) {}
+    ~TappedBus() override { *isReaderLate = false; }
 
     std::vector<portwire::DeviceNode> enumerate() override { return bus->enumerate(); }
     void setChangeNotice(std::function<void()> notice) override { bus->setChangeNotice(std::move(notice)); }
@@ -55,6 +58,10 @@ public:
     /** Set before the bus is used: instead of the device's own. What waits longer for a while then does it sooner. */
     std::optional<std::chrono::milliseconds> answerTime{};
 
+    /** While it is set, reader threads don't come to take anything, as on a computer that is busy with something else.
+     */
+    const std::shared_ptr<std::atomic<bool>> isReaderLate = std::make_shared<std::atomic<bool>>(false);
+
 private:
     class Tap : public portwire::Endpoint
     {
@@ -70,7 +77,13 @@ private:
                 arriving.push_back(each.build());
             return true;
         }
-        bool waitForReport() override { return endpoint->waitForReport(); }
+        bool waitForReport() override
+        {
+            const bool isOpen = endpoint->waitForReport();
+            while (*isReaderLate)
+                std::this_thread::yield();
+            return isOpen;
+        }
         bool takeReport(portwire::Report &report) override
         {
             const std::lock_guard lock(mutex);
@@ -88,6 +101,7 @@ private:
 
     private:
         TappedBus &bus;
+        const std::shared_ptr<std::atomic<bool>> isReaderLate = bus.isReaderLate; // a reader may outlast the bus
         const std::unique_ptr<portwire::Endpoint> endpoint;
         std::mutex mutex;
         std::deque<portwire::Report> arriving; ///< taken by whoever asked; the reader thread isn't told of it
