@@ -51,10 +51,10 @@ int main(int argc, char *argv[])
         for (const auto &path : files) {
             std::ifstream file(path, std::ios::binary);
             if (!file) {
-                std::fprintf(stderr, "no file %s\n", path.c_str());
+                std::fprintf(stderr, "no file %s\n", path.string().c_str());
                 return 1;
             }
-            std::printf("%s\n", path.filename().c_str());
+            std::printf("%s\n", path.filename().string().c_str());
             std::fflush(stdout); // the last name before a crash is the seed that made it
             runVariants({std::istreambuf_iterator<char>(file), {}});
             ++seeds;

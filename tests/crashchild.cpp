@@ -7,8 +7,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
-#include <sys/resource.h>
 #include <thread>
+#ifndef _WIN32
+#include <sys/resource.h>
+#endif
 
 namespace {
 
@@ -55,15 +57,19 @@ int main(int argc, char *argv[])
         {"overflow", [] { deliberateOverflow(0); }},
         {"abort", [] { ending = std::abort, deliberateCall(); }},
         {"exception", [] { ending = [] { throw std::runtime_error("nobody catches"); }, deliberateCall(); }},
+#ifdef SIGBUS
         {"bus", [] { ending = [] { std::raise(SIGBUS); }, deliberateCall(); }},
+#endif
         {"illegal", [] { ending = [] { std::raise(SIGILL); }, deliberateCall(); }},
         {"division", [] { ending = [] { std::raise(SIGFPE); }, deliberateCall(); }},
     };
     if (argc != 3)
         return 2;
+#ifndef _WIN32
     constexpr rlim_t megabyte = 1 << 20;
     const rlimit stackLimit = {megabyte, megabyte};
     setrlimit(RLIMIT_STACK, &stackLimit);
+#endif
     platform::installCrashDump(argv[2]);
     for (const Way &way : ways) {
         if (!std::strcmp(argv[1], way.name))

@@ -19,9 +19,12 @@
 #include <QToolButton>
 
 #include <csignal>
+#include <cstring>
 #include <functional>
 #include <memory>
+#ifndef Q_OS_WIN
 #include <sys/resource.h>
+#endif
 
 namespace {
 
@@ -387,6 +390,9 @@ void MacroPageTest::repeatModes()
 
 void MacroPageTest::noRoom()
 {
+#ifdef Q_OS_WIN
+    QSKIP("nothing here takes the room away");
+#else
     given("m", "A+");
     choose(4);
     rlimit usual{};
@@ -399,6 +405,7 @@ void MacroPageTest::noRoom()
     QVERIFY(MacroFile::read("m")->rows == MacroText::rows("A+") && isSaveable());
     click("Save");
     QVERIFY(MacroFile::read("m")->rows.size() == 5 && !isSaveable());
+#endif
 }
 
 void MacroPageTest::renameAndDelete()
@@ -677,7 +684,7 @@ void MacroPageTest::readBack()
     QCOMPARE(rows(), "E+");
     for (const char *hostile : {"../../evil", "con", "B", "", "x/y", "\xff\xfe"}) {
         record.MacroSlots[3] = MacroSlot{};
-        std::strncpy(record.MacroSlots[3].Name, hostile, 30);
+        std::memcpy(record.MacroSlots[3].Name, hostile, std::strlen(hostile));
         record.MacroSlots[3].EventCount = 255;
         postMsg()->post(&PostMsg::SigButtonToMacro, record, 3);
     }

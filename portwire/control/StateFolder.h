@@ -7,7 +7,7 @@ namespace portwire {
 /** Where the virtual bus keeps its state: `portwire` in the user's data folder, by the environment of this moment. */
 QString stateFolder();
 
-/** The local socket over which `portwirectl` reaches the running program; in the state folder. */
+/** The local socket over which `portwirectl` reaches the running program: in the state folder, a pipe on Windows. */
 QString controlSocket();
 
 } // namespace portwire

@@ -4,6 +4,10 @@
 #include <QFile>
 
 #include <cstdio>
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
 
 namespace {
 
@@ -74,6 +78,9 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "portwirectl: %s\n", qPrintable(reply.error));
         return 1;
     }
+#ifdef _WIN32
+    _setmode(_fileno(stdout), _O_BINARY); // a record is bytes, of which none is the end of a line
+#endif
     std::fwrite(reply.output.constData(), 1, static_cast<std::size_t>(reply.output.size()), stdout);
     return std::fflush(stdout) == 0 ? 0 : 1;
 }

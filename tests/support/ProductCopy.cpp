@@ -64,6 +64,10 @@ ProductCopy::Result ProductCopy::run(const QString &testFunction, int millisecon
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QLatin1String(copyMark), QStringLiteral("1"));
+#ifdef Q_OS_WIN // which looks for libraries beside the program, then here
+    environment.insert(QStringLiteral("PATH"), QDir::toNativeSeparators(QCoreApplication::applicationDirPath()) +
+                                                   QLatin1Char(';') + environment.value(QStringLiteral("PATH")));
+#endif
     process.setProcessEnvironment(environment);
     process.start(program, {testFunction});
     Result result;
