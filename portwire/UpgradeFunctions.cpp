@@ -32,7 +32,12 @@ void UsbUpgradeC_FindBootDevices(const struct FirmwareImage *image, int *out)
         qWarning("portwire: this is no firmware image: %s", reason);
         return;
     }
-    const auto search = findUpgradable(Library::instance().devices(), SearchIn::BootMode);
+    // A device that is missed on a busy computer would be told to the user as one that isn't there; and nothing in boot
+    // mode has a reason to be silent.
+    constexpr int mostLooks = 3;
+    FirmwareSearch search{{}, false};
+    for (int look = 0; look < mostLooks && !search.isComplete; ++look)
+        search = findUpgradable(Library::instance().devices(), SearchIn::BootMode);
     *out = static_cast<int>(std::count_if(search.devices.begin(), search.devices.end(),
                                           [&](const UpgradableDevice &device) { return device.isFor(*header); }));
 }

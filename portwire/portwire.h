@@ -155,7 +155,10 @@ PORTWIRE_API void GetDeviceStatusChanged(const uint8_t *report, uint8_t *out7);
  */
 PORTWIRE_API void StartUsbChanged(PortwireChangeCallback callback, int quietMs);
 PORTWIRE_API void StopUsbChanged(void);
-/** Number of devices in boot mode that this image fits, at out, whatever that was before. 0 for one that is none. */
+/**
+ * Number of devices in boot mode that this image fits, at out, whatever that was before. 0 for one that is none. A
+ * device in boot mode that doesn't answer is waited for three times as long as any other, some 100 ms.
+ */
 PORTWIRE_API void UsbUpgradeC_FindBootDevices(const struct FirmwareImage *image, int *out);
 /**
  * Writes the image into the one device that it fits, in boot mode or in normal mode, and returns at once; the bytes are
