@@ -175,7 +175,6 @@ UpgradeRun::Step UpgradeRun::sendBlocks(Channel &channel)
             return fail("the device asks for a block that there isn't");
         if (next > furthest) {
             furthest = next;
-            noteProgress();
             tell(next * 100 / blocks);
         } else if (isOver()) {
             return Step::Wait; // it answers, but takes nothing
@@ -251,6 +250,7 @@ void UpgradeRun::tell(std::size_t percent)
     const int now = static_cast<int>(percent);
     if (std::exchange(toldPercent, now) != now)
         host.progressed(now);
+    noteProgress(); // the time in which the program looks at it isn't the device's
 }
 
 bool UpgradeRun::isOver() { return host.isEnding() || Clock::now() >= deadline; }
