@@ -40,11 +40,12 @@ public:
         return std::make_unique<Opened>(*this, inbox);
     }
 
-    /** From now on it does what a mouse does. */
+    /** From now on it does what a mouse does, and looks for no other one. */
     void behave()
     {
         const std::lock_guard lock(mutex);
         input.rest();
+        say(FirmwarePacket{6, 0, 0, 0, {2}}.build());
     }
     bool holds(const FlashDataMap &record)
     {
@@ -148,7 +149,7 @@ std::shared_ptr<Work> current; ///< of the link that stands; guarded by currentM
 void callback(const std::uint8_t *header, int headerLength, const std::uint8_t *payload, std::uint32_t length)
 {
     require(headerLength == 8 && length <= imageSize, "a report has a header and a length");
-    constexpr std::array codes = {4, 6, 8, 9, 10, 14, 18};
+    constexpr std::array codes = {4, 6, 8, 9, 10, 14, 18, 21, 23};
     require(std::find(codes.begin(), codes.end(), header[1]) != codes.end(), "only what was asked for, or may come");
     std::array<std::uint8_t, 64> readable{};
     std::copy_n(payload, readable.size(), readable.begin());

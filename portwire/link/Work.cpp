@@ -14,6 +14,10 @@ constexpr int maxTimesIgnored = 6;
 /** A mouse that gives reason to ask whose it is all the time keeps only writes and orders waiting. */
 constexpr int maxChecksInARow = 6;
 
+/** A receiver looks for 30 s and then says that it has failed. If that gets lost, the mouse isn't left alone for ever.
+ */
+constexpr std::chrono::seconds longestPairing{35};
+
 } // namespace
 
 // The program's side -------------------------------------------------------------------------------------------------
@@ -78,7 +82,7 @@ void Work::passOn()
     const std::lock_guard lock(mutex);
     jobs.keepOrders();
     // Whoever ordered the pairing has given it up, and the mouse that is there is in use again.
-    isPairing = false;
+    pairingUntil.reset();
     isInherited = true;
     doubt(Job::Kind::AskAddress);
 }
@@ -101,11 +105,18 @@ std::optional<Work::Step> Work::next(bool onlyReceiver, Clock::time_point now, s
         return Step{epoch, epoch->serial(), job};
     };
     if (const Job *const job = jobs.front(JobOrder::Receiver)) {
-        isPairing = isPairing || job->request.code == ReportCode::EnterPairing;
+        if (job->request.code == ReportCode::EnterPairing)
+            pairingUntil = now + longestPairing;
         return stepOf(*job);
     }
-    if (onlyReceiver || isPairing)
+    if (onlyReceiver)
         return std::nullopt;
+    if (pairingUntil && now < *pairingUntil) {
+        due = pairingUntil;
+        return std::nullopt;
+    }
+    if (std::exchange(pairingUntil, std::nullopt))
+        doubt(Job::Kind::AskAddress); // the word that was lost may have been that another mouse is paired
     const Job *const check = jobs.front(JobOrder::Checks);
     const Job *const job = jobs.front(JobOrder::Mouse);
     if (check && !(checksInARow >= maxChecksInARow && job && !job->isOrder()))
@@ -173,12 +184,15 @@ void Work::finish(const Step &step, const Frame *answer)
             ++resetsDone;
         break;
     case Job::Kind::Read:
-        if (answer && answer->code == ReportCode::PairingStatus && isPairing)
+        if (answer && answer->code == ReportCode::PairingStatus && pairingUntil)
             pairingIs(answer->payload[0]);
         if (told && step.epoch == epoch && !jobs.front(JobOrder::Checks))
             profile = told;
         break;
     case Job::Kind::Tell:
+        if (!answer && job->request.code == ReportCode::EnterPairing)
+            pairingUntil.reset();
+        break;
     case Job::Kind::WholeRecord:
         break;
     }

@@ -126,10 +126,11 @@ private:
     std::weak_ptr<Channel> lastChannel;
     std::optional<Address> owner;        ///< mouse that the writes are meant for
     std::optional<std::uint8_t> profile; ///< of the mouse, that they are meant for
-    bool isPairing = false;              ///< the receiver looks for another mouse: nothing is said to this one
-    bool isInherited = false;            ///< from another link, and not yet known to be for this mouse
-    bool hasChangedItself = false;       ///< the mouse said that another profile is active
-    std::uint64_t doubtedUpTo = 0;       ///< number of the last job that may be meant for another mouse
+    /** Until then the receiver may look for another mouse, and nothing is said to this one. */
+    std::optional<Clock::time_point> pairingUntil;
+    bool isInherited = false;      ///< from another link, and not yet known to be for this mouse
+    bool hasChangedItself = false; ///< the mouse said that another profile is active
+    std::uint64_t doubtedUpTo = 0; ///< number of the last job that may be meant for another mouse
     bool isOutdated =
         false; ///< the program's record is of a profile or mouse that went by itself: it is meant for that
     bool isRefusalLogged = false;

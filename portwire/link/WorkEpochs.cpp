@@ -37,7 +37,7 @@ void Work::opened(const std::shared_ptr<Channel> &channel)
         doubt(Job::Kind::AskAddress);
     if (!isAnew)
         return;
-    isPairing = false;
+    pairingUntil.reset();
     // What was changed on the mouse meanwhile was announced to nobody.
     begin(successorOf(*epoch));
     epoch->setGiven(false);
@@ -74,7 +74,7 @@ void Work::pairingIs(std::uint8_t status)
         return;
     if (status == paired)
         doubt(Job::Kind::AskAddress);
-    isPairing = false;
+    pairingUntil.reset();
 }
 
 void Work::doubt(Job::Kind check)
