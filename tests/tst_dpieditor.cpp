@@ -6,6 +6,7 @@
 #include "support/PageBench.h"
 #include "support/Screen.h"
 #include "support/SensorModel.h"
+#include "support/SensorWidgets.h"
 #include "support/TestHome.h"
 
 #include <QColorDialog>
@@ -40,7 +41,7 @@ private Q_SLOTS:
     void draggedSlider();
 
 private:
-    QToolButton *card(int level) const;
+    QToolButton *card(int level) const { return find<QToolButton>(SensorWidgets::cards[std::size_t(level)]); }
     QToolButton *bar(int level) const { return find<QToolButton>(card(level)->objectName() + 'A'); }
     QSlider *slider() const { return find<QSlider>("horizontalSliderC"); }
     QPoint marker() const { return find("label_8")->pos(); }
@@ -54,13 +55,6 @@ private:
     /** Takes the marker at `from` and lets it go at `to`, in coordinates of the editor. */
     void dragMarker(QPoint from, QPoint to);
 };
-
-QToolButton *DpiEditorTest::card(int level) const
-{
-    static const char *const names[] = {"BlueButton",  "BrightRedButton", "RedButton",       "YellowButton",
-                                        "GreenButton", "PurpleButton",    "LightBlueButton", "LightYellowButton"};
-    return find<QToolButton>(names[level]);
-}
 
 void DpiEditorTest::setLevels(int count, int active)
 {

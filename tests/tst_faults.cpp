@@ -99,6 +99,11 @@ void FaultsTest::underEachControl_data()
             QTest::addRow("write, %s %d", kind, count) << "q1" << kind << count << 0;
         }
     }
+    // What a hand does, until the prompt is up or the device has gone from the screen.
+    QTest::newRow("asleep") << "q1"
+                            << "sleep" << 0 << 0;
+    QTest::newRow("pulled") << "q1-4k"
+                            << "unplug" << 0 << 0;
     // Controls that write several values ask before each.
     for (const int after : {1, 2, 3})
         QTest::addRow("online test %d, drop 3", after + 1) << "q1-4k"
@@ -111,25 +116,40 @@ void FaultsTest::underEachControl()
     QFETCH(QString, kind);
     QFETCH(int, count);
     QFETCH(int, after);
+    const bool isHand = count == 0;
     FaultBench bench;
     QCOMPARE(bench.connectQ1(), QString());
+    if (kind == "sleep")
+        bench.program().whenShown("MouseOffLine", [&] { bench.hand({"wake", device}); });
     std::vector<Control> all = controls();
     all.insert(all.end(), buttonControls().begin(), buttonControls().end());
     for (const Control &control : all) {
         const QString where = control.name;
         bench.program().click(control.pageButton);
+        if (isHand) { // there is something to lose
+            control.change(bench.program().window(), bench.held());
+            QCOMPARE(bench.settle(), QString());
+        }
         const FlashDataMap before = bench.held();
         bench.program().forgetPrompts();
-        bench.spoil(device, kind, count, after);
+        isHand ? bench.hand({kind, device}) : bench.spoil(device, kind, count, after);
         bench.heartbeat().restart();
         const FlashDataMap wanted = control.change(bench.program().window(), before);
+        if (kind == "unplug") {
+            QVERIFY2(bench.waitFor([&] { return !bench.program().isDeviceWindowShown(); }), qPrintable(where));
+            bench.hand({"plug", device});
+            QVERIFY2(bench.openQ1(), qPrintable(where));
+        }
         const QString left = bench.settleInTime();
         QVERIFY2(left.isEmpty(), qPrintable(where + ": " + left));
         // A write that gets lost is repeated; only a mouse that doesn't answer the online test keeps its old value.
         const bool isRefused = bench.program().shownPrompts().contains("MouseOffLine");
-        QVERIFY2(isRefused || bench.held() == wanted, qPrintable(where + ": the change was lost without a word"));
-        QVERIFY2(device != "q1" || !isRefused, qPrintable(where + ": a prompt for a lost write"));
-        bench.spoil(device, kind, 0);
+        const bool isTold = isRefused || kind == "unplug"; // which leads back to the chooser
+        QVERIFY2(isTold || bench.held() == wanted, qPrintable(where + ": the change was lost without a word"));
+        QVERIFY2(isHand || device != "q1" || !isRefused, qPrintable(where + ": a prompt for a lost write"));
+        QVERIFY2(!isHand || (isTold && bench.held() == before), qPrintable(where + ": nobody was there"));
+        if (!isHand)
+            bench.spoil(device, kind, 0);
         ++tried;
     }
 }

@@ -394,6 +394,10 @@ void MacroPageTest::noRoom()
     QSKIP("nothing here takes the room away");
 #else
     given("m", "A+");
+    const QString exported = QDir::home().filePath("m.bin");
+    page->setAskPaths([&](const QString &) { return exported; }, {});
+    page->ExPortMacro();
+    const qint64 whole = QFileInfo(exported).size();
     choose(4);
     rlimit usual{};
     QCOMPARE(getrlimit(RLIMIT_FSIZE, &usual), 0);
@@ -401,7 +405,9 @@ void MacroPageTest::noRoom()
     std::signal(SIGXFSZ, SIG_IGN);
     setrlimit(RLIMIT_FSIZE, &none);
     click("Save");
+    page->ExPortMacro();
     setrlimit(RLIMIT_FSIZE, &usual);
+    QVERIFY(whole > 0 && QFileInfo(exported).size() == whole);
     QVERIFY(MacroFile::read("m")->rows == MacroText::rows("A+") && isSaveable());
     click("Save");
     QVERIFY(MacroFile::read("m")->rows.size() == 5 && !isSaveable());

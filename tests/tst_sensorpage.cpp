@@ -6,6 +6,7 @@
 #include "sensor/DpiCoding.h"
 #include "support/PageBench.h"
 #include "support/Screen.h"
+#include "support/SensorWidgets.h"
 #include "support/TestHome.h"
 
 #include <QCheckBox>
@@ -17,15 +18,10 @@
 #include <QSpinBox>
 #include <QToolButton>
 
-#include <array>
+using namespace SensorWidgets;
 
 namespace {
 
-constexpr std::array<const char *, 6> rateButtons = {"Button125HZ",  "Button250HZ",  "Button500HZ",
-                                                     "Button1000HZ", "Button2000HZ", "Button4000HZ"};
-constexpr std::array<const char *, 8> cards = {"BlueButton",      "BrightRedButton",  "RedButton",
-                                               "YellowButton",    "GreenButton",      "PurpleButton",
-                                               "LightBlueButton", "LightYellowButton"};
 /** Receiver classes as a device tells them. */
 constexpr int receiver1K = 0;
 constexpr int receiver4K = 1;
@@ -81,10 +77,10 @@ QString SensorPageTest::shownRates() const
 {
     QString chosen;
     QString offered;
-    for (std::size_t index = 0; index < rateButtons.size(); ++index) {
-        if (find<QToolButton>(rateButtons[index])->isChecked())
+    for (std::size_t index = 0; index < rates.size(); ++index) {
+        if (find<QToolButton>(rates[index].button)->isChecked())
             chosen += QString::number(index);
-        offered += isShown(rateButtons[index]) ? '1' : '0';
+        offered += isShown(rates[index].button) ? '1' : '0';
     }
     return chosen + " of " + offered;
 }
@@ -108,9 +104,6 @@ QString SensorPageTest::levels() const
 /** What a mouse holds is shown, whatever it is and whatever was shown before, and sends nothing to the mouse. */
 void SensorPageTest::recordsShow()
 {
-    constexpr std::array<int, 6> rateCodes = {1, 2, 4, 8, 16, 32};
-    constexpr std::array<int, 10> times = {3, 6, 30, 60, 90, 120, 150, 180, 210, 240};
-    constexpr std::array<int, 10> brightness = {16, 30, 60, 90, 128, 150, 180, 210, 230, 255};
     QRandomGenerator random(20240501);
     const auto number = [&random](int from, int to) { return std::uint8_t(random.bounded(from, to + 1)); };
     const auto oneOf = [&random](const auto &values) {
@@ -121,28 +114,28 @@ void SensorPageTest::recordsShow()
         const bool isCorded = round % 2 == 1;
         select(0, isCorded ? cable : receiver4K);
         FlashDataMap record = before;
-        record.ReportRate = oneOf(rateCodes);
+        record.ReportRate = std::uint8_t(rates[random.bounded(quint32(rates.size()))].code);
         record.DpiLevelCount = number(1, 8);
         record.DpiCurrentLevel = number(0, record.DpiLevelCount - 1);
         for (DpiLevel &level : record.DpiLevels)
             level = {number(0, 255), 77, 0, number(0, 255), number(0, 255), number(0, 255)};
         record.Lod = number(1, 2);
         record.SensorMode = number(0, 1);
-        record.PerformanceTime = oneOf(times);
+        record.PerformanceTime = oneOf(performanceTimes);
         for (auto field : {&FlashDataMap::Performance, &FlashDataMap::MotionSync, &FlashDataMap::StraightLine,
                            &FlashDataMap::RippeControl, &FlashDataMap::LightRippeControl, &FlashDataMap::LightOn,
                            &FlashDataMap::DpiLedOn})
             record.*field = number(0, 1);
         record.DpiLedMode = number(1, 2);
         record.DpiLedSpeed = number(1, 5);
-        record.DpiLedBrightness = oneOf(brightness);
+        record.DpiLedBrightness = oneOf(indicatorBrightness);
         record.LightMode = number(1, 5);
         record.LightSpeed = number(0, 9);
         record.LightBrightness = number(0, 9);
         record.LightRed = number(0, 255);
         record.LightGreen = number(0, 255);
         record.LightBlue = number(0, 255);
-        record.StopCloseTime = oneOf(times);
+        record.StopCloseTime = oneOf(performanceTimes);
         show(record);
         QCOMPARE(screenDifferences(window.get(), record, isCorded), QStringList());
         QVERIFY(SensorUiLoaded && !SensorUiUpdating && LightUiLoaded && !LightUiUpdating);

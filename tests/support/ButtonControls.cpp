@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QDir>
 #include <QFile>
+#include <QListWidget>
 #include <QTest>
 
 #include <cstring>
@@ -42,17 +43,21 @@ Control::Change ofMenu(const char *row, int slot, const Function &one, const Fun
     };
 }
 
-/** One of two macros, each a tap of the key A, from its file. */
+constexpr int macroSlot = 5;
+
+/** The file of a macro that taps the key A. */
+void putTap(const QString &name)
+{
+    QFile file(QDir(UserFolders::path(UserFolders::Folder::MacroPage)).filePath(name + ".ini"));
+    if (!file.open(QIODevice::WriteOnly) || file.write("3\n0x04 1 0\n10ms\n0x04 1 1\n") < 0)
+        qFatal("no macro file");
+}
+
+/** One of two macros, from its file. */
 FlashDataMap assignMacro(Window window, FlashDataMap held)
 {
-    constexpr int slot = 5;
-    const QDir folder(UserFolders::path(UserFolders::Folder::MacroPage));
-    const QByteArray name = std::strncmp(held.MacroSlots[slot].Name, "Jump", 30) == 0 ? "Leap" : "Jump";
-    QFile file(folder.filePath(name + ".ini"));
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("no macro file");
-    file.write("3\n0x04 1 0\n10ms\n0x04 1 1\n");
-    file.close();
+    const QByteArray name = std::strncmp(held.MacroSlots[macroSlot].Name, "Jump", 30) == 0 ? "Leap" : "Jump";
+    putTap(name);
     postMsg()->post(&PostMsg::SigAddMacroButton);
     Hand::press(window, page, "BackMusic");
     Hand::press(window, page, "DPI_10");
@@ -63,9 +68,33 @@ FlashDataMap assignMacro(Window window, FlashDataMap held)
             break;
         }
     }
-    held.KeyFunctions[slot] = {6, slot, 3};
-    held.MacroSlots[slot] = {4, {}, 2, {{0, 1, 4, 10}, {1, 1, 4, 0}}};
-    std::memcpy(held.MacroSlots[slot].Name, name.constData(), 4);
+    held.KeyFunctions[macroSlot] = {6, macroSlot, 3};
+    held.MacroSlots[macroSlot] = {4, {}, 2, {{0, 1, 4, 10}, {1, 1, 4, 0}}};
+    std::memcpy(held.MacroSlots[macroSlot].Name, name.constData(), 4);
+    return held;
+}
+
+/** Saves the macro of that button with a click behind its tap, of the left or the right button; if it was assigned. */
+FlashDataMap saveMacro(Window window, FlashDataMap held)
+{
+    MacroSlot &macro = held.MacroSlots[macroSlot];
+    if (held.KeyFunctions[macroSlot].KeyType != 6)
+        return held;
+    const QString name = QString::fromUtf8(macro.Name, 4);
+    putTap(name);
+    auto *const list = window->findChild<QListWidget *>("listWidgetHong");
+    if (list->findItems(name, Qt::MatchExactly).isEmpty())
+        list->addItem(name);
+    const QListWidgetItem *const item = list->findItems(name, Qt::MatchExactly).first();
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
+    const bool isLeft = macro.EventCount == 4 && macro.Events[2].Code == 1;
+    Hand::choose(window, "Macro", "ChooseEvent", isLeft ? 5 : 4);
+    Hand::press(window, "Macro", "Save");
+    const std::uint16_t button = isLeft ? 2 : 1;
+    macro.EventCount = 4;
+    macro.Events[1].DelayMs = 10;
+    macro.Events[2] = {0, 4, button, 10};
+    macro.Events[3] = {1, 4, button, 0};
     return held;
 }
 
@@ -81,6 +110,7 @@ const std::vector<Control> &buttonControls()
         {"ButtonMain", "consumer key",
          ofMenu("TopMusic", 3, {"DPI_12", "Mute", {5, 0, 0}, 0xB7}, {"DPI_12", "VolumeUp", {5, 0, 0}, 0xE2})},
         {"ButtonMain", "macro", assignMacro},
+        {"MacroButton", "macro saved", saveMacro},
         {"ButtonMain", "debounce",
          [](Window window, FlashDataMap held) {
              held.DebounceTime = held.DebounceTime == 4 ? 7 : 4;

@@ -2,6 +2,7 @@
 
 #include "productdata/UserSettings.h"
 #include "support/SensorModel.h"
+#include "support/SensorWidgets.h"
 
 #include <QAbstractButton>
 #include <QAbstractSlider>
@@ -16,27 +17,12 @@
 
 namespace {
 
-constexpr std::array<const char *, 8> cards = {"BlueButton",      "BrightRedButton",  "RedButton",
-                                               "YellowButton",    "GreenButton",      "PurpleButton",
-                                               "LightBlueButton", "LightYellowButton"};
+using namespace SensorWidgets;
 
-struct Rate
-{
-    const char *button;
-    int code;
-};
-constexpr std::array<Rate, 6> rates = {{{"Button125HZ", 8},
-                                        {"Button250HZ", 4},
-                                        {"Button500HZ", 2},
-                                        {"Button1000HZ", 1},
-                                        {"Button2000HZ", 16},
-                                        {"Button4000HZ", 32}}};
 constexpr int code1000Hz = 1;
 constexpr int cordedMode = 2;
 
-/** Times that the lists offer, in units of 10 s. */
-constexpr std::array<int, 10> performanceTimes = {3, 6, 30, 60, 90, 120, 150, 180, 210, 240};
-constexpr std::array<int, 10> indicatorBrightness = {16, 30, 60, 90, 128, 150, 180, 210, 230, 255};
+/** In units of 10 s. */
 constexpr std::array<int, 11> idleTimes = {1, 3, 6, 30, 60, 90, 120, 150, 180, 210, 240};
 
 template<typename Table>
