@@ -22,7 +22,7 @@ const char *const clear = "#scrollArea,#SettingPage,QTextEdit{background: transp
 const char *const description = "QTextEdit{color: rgb(%1);}";
 /** The line over which the page scrolls: opaque. */
 const char *const versionLine = "#label{color: rgb(%1);background: rgb(%2);border: 1px solid rgb(%3);"
-                                "border-radius: 4px;padding-left: 23px;}";
+                                "border-radius: 4px;}";
 /** The window cuts the lower 20 px of the page off, and the handle is to come to its end above them. */
 const char *const scrollPlace = "QScrollBar:vertical{margin: 8px 2px 28px 2px;width: 12px;background: transparent;}";
 const char *const link = "QPushButton{border: 0px;color: rgb(%1);text-align: right;}"

@@ -192,6 +192,7 @@ void SettingForm::buildLabels()
         message->setWordWrap(true);
     label = add<QLabel>(content, "label", versionPlace);
     label->setText(QStringLiteral("驱动版本: v" HALVARION_VERSION));
+    label->setIndent(24); // not as padding: FittedText sets margins of its own over one of the style sheet
     for (int index = 0; index < int(std::size(titlePlaces)); ++index) {
         const QByteArray name = "TitleButton_" + QByteArray::number(index + firstTitle);
         titles += addButton<QToolButton>(content, name.constData(), {titlePlaces[index], titleSize});
