@@ -4,12 +4,12 @@
 #include "productdata/UserFolders.h"
 #include "productdata/UserSettings.h"
 #include "support/FaultBench.h"
+#include "support/Files.h"
 #include "support/Screen.h"
 #include "support/TestHome.h"
 #include "support/VirtualMice.h"
 
 #include <QComboBox>
-#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -29,19 +29,6 @@ QString registryFile()
 }
 
 QString cacheOfQ1() { return UserFolders::path(UserFolders::Folder::DeviceInfo) + "/Device_CID12_MID01.bin"; }
-
-void putFile(const QString &path, const QByteArray &content)
-{
-    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(), qPrintable(path));
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("can't be read");
-}
 
 /** No file of this process grows beyond so many bytes, as on a full disk. */
 void limitFiles(rlim_t bytes)
@@ -92,11 +79,11 @@ constexpr Disk disks[] = {
     {"a file in place of all folders",
      [] {
          QVERIFY(QDir(QDir::homePath() + "/AppData").removeRecursively());
-         putFile(QDir::homePath() + "/AppData", "mine");
+         Files::put(QDir::homePath() + "/AppData", "mine");
      },
      nothing, false},
-    {"a file in place of the cache folder", [] { putFile(UserFolders::path(UserFolders::Folder::DeviceInfo), "mine"); },
-     nothing, true},
+    {"a file in place of the cache folder",
+     [] { Files::put(UserFolders::path(UserFolders::Folder::DeviceInfo), "mine"); }, nothing, true},
     {"a folder in place of the cache file", [] { QVERIFY(QDir().mkpath(cacheOfQ1() + "/in")); }, nothing, true},
     {"a folder in place of the settings file",
      [] {
@@ -110,7 +97,7 @@ constexpr Disk disks[] = {
 /** Files and folders that stand where the program wants something else are somebody's. */
 bool isInTheWay(const QString &path)
 {
-    return QFileInfo(path + "/in").isDir() || (QFileInfo(path).isFile() && contentOf(path) == "mine");
+    return QFileInfo(path + "/in").isDir() || (QFileInfo(path).isFile() && Files::content(path) == "mine");
 }
 
 } // namespace
@@ -156,7 +143,7 @@ void FaultsSystemTest::userOnBadDisk()
         QSKIP("runs in the process that badDisk starts");
     const Disk *disk =
         std::find_if(std::begin(disks), std::end(disks), [&](const Disk &each) { return name == each.name; });
-    putFile(UserFolders::settingsFile(), "[AutoStart]\nEnable=1\n");
+    Files::put(UserFolders::settingsFile(), "[AutoStart]\nEnable=1\n");
     disk->before();
     const QStringList places = {QDir::homePath() + "/AppData", UserFolders::path(UserFolders::Folder::DeviceInfo),
                                 cacheOfQ1(), UserFolders::settingsFile(), registryFile()};
@@ -165,8 +152,8 @@ void FaultsSystemTest::userOnBadDisk()
     {
         FaultBench bench;
         QCOMPARE(bench.connectQ1(), QString());
-        const QList<QByteArray> before = {contentOf(cacheOfQ1()), contentOf(UserFolders::settingsFile()),
-                                          contentOf(registryFile())};
+        const QList<QByteArray> before = {Files::content(cacheOfQ1()), Files::content(UserFolders::settingsFile()),
+                                          Files::content(registryFile())};
         disk->during();
 
         bench.program().click("SensorButton");
@@ -187,11 +174,11 @@ void FaultsSystemTest::userOnBadDisk()
 
         // What can't be replaced stays as it was; nothing is left cut off.
         FlashDataMap kept{};
-        QVERIFY(contentOf(cacheOfQ1()) == before[0] || LoadDeviceCache(LoadFileName().get(), kept));
-        const QByteArray settings = contentOf(UserFolders::settingsFile());
+        QVERIFY(Files::content(cacheOfQ1()) == before[0] || LoadDeviceCache(LoadFileName().get(), kept));
+        const QByteArray settings = Files::content(UserFolders::settingsFile());
         QVERIFY2(settings == before[1] || (settings.contains("Enable=1") && settings.contains("Language=1")),
                  settings.constData());
-        const QByteArray registry = contentOf(registryFile());
+        const QByteArray registry = Files::content(registryFile());
         QVERIFY2(registry == before[2] || registry.contains("MouseVer"), registry.constData());
         QCOMPARE(settings.contains("Language=1"), disk->isLanguageStored);
     }

@@ -2,6 +2,7 @@
 #include "macro/MacroFile.h"
 #include "macro/MacroImage.h"
 #include "productdata/UserFolders.h"
+#include "support/Files.h"
 #include "support/MacroText.h"
 #include "support/TestHome.h"
 
@@ -17,13 +18,6 @@
 namespace {
 
 QString macroFolder(const QString &file = {}) { return UserFolders::path(UserFolders::Folder::MacroPage) + '/' + file; }
-
-void put(const QString &file, const QByteArray &content)
-{
-    QFile made(macroFolder(file));
-    if (!made.open(QIODevice::WriteOnly) || made.write(content) != content.size())
-        qFatal("no file %s", qPrintable(file));
-}
 
 template<typename Value>
 QByteArray streamed(const Value &value)
@@ -135,7 +129,7 @@ void MacroModelTest::fileOfText_data()
 void MacroModelTest::fileOfText()
 {
     QFETCH(QByteArray, text);
-    put("m.ini", text);
+    Files::put(macroFolder("m.ini"), text);
     const std::optional<MacroContent> content = MacroFile::read("m");
     QVERIFY(content);
     QTEST(content->repeat.value_or(0), "repeat");
@@ -204,7 +198,7 @@ void MacroModelTest::names()
 void MacroModelTest::lists()
 {
     for (const char *file : {"b.ini", "A.ini", "xml1.ini", "zxml.ini", "c", "b.ini.abcDEF", "d.ini.abcDEF.ini"})
-        put(file, "1\n");
+        Files::put(macroFolder(file), "1\n");
     QDir(macroFolder()).mkdir("folder.ini");
     QFile::link("/etc/hostname", macroFolder("link.ini"));
     QCOMPARE(MacroFile::names(), QStringList({"A", "b", "c", "d.ini.abcDEF"}));

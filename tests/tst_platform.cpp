@@ -1,9 +1,9 @@
 #include "platform/AutoStart.h"
 #include "platform/MouseSettings.h"
 #include "platform/Registry.h"
+#include "support/Files.h"
 
 #include <QDateTime>
-#include <QDir>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -21,20 +21,6 @@ namespace {
 constexpr char testKey[] = R"(HKEY_CURRENT_USER\Software\Velko\Velko\Mouse Drive Test)";
 constexpr char zone[] = "TST-05:30"; // five and a half hours ahead of UTC
 constexpr int zoneSeconds = 19800;
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
-    file.write(content);
-}
 
 } // namespace
 
@@ -126,7 +112,7 @@ void TestPlatform::crashLeavesDump()
     const QStringList names = QDir(folder).entryList(QDir::Files);
     QCOMPARE(names.size(), 1);
     QVERIFY2(names[0] >= earliest && names[0] <= latest, qPrintable(names[0]));
-    const QByteArray dump = contentOf(folder + '/' + names[0]);
+    const QByteArray dump = Files::content(folder + '/' + names[0]);
     QVERIFY2(dump.contains(function.toUtf8()), dump.constData());
     QVERIFY2(dump.contains(signal.toUtf8()), dump.constData());
     QVERIFY2(dump.contains("r-xp") && dump.contains("/crashchild\n"), dump.constData()); // the module list
@@ -138,11 +124,11 @@ void TestPlatform::crashReplacesDump()
     const QByteArray old(100000, 'o');
     const QDateTime now = QDateTime::currentDateTimeUtc().addSecs(zoneSeconds);
     for (int second = 0; second < 30; ++second)
-        writeFile(inHome(now.addSecs(second).toString("yyyy_MM_dd_hh_mm_ss'.dmp'")), old);
+        Files::put(inHome(now.addSecs(second).toString("yyyy_MM_dd_hh_mm_ss'.dmp'")), old);
     QCOMPARE(runChild("fault", home->path()), QString());
     int replaced = 0;
     for (const QFileInfo &file : QDir(home->path()).entryInfoList({"*.dmp"}, QDir::Files)) {
-        const QByteArray dump = contentOf(file.filePath());
+        const QByteArray dump = Files::content(file.filePath());
         replaced += dump != old;
         QVERIFY(dump == old || (dump.contains("deliberateFault") && !dump.contains("oooo")));
     }
@@ -152,10 +138,10 @@ void TestPlatform::crashReplacesDump()
 void TestPlatform::crashWithoutFolder()
 {
     // Where no folder can be made the process still ends quietly.
-    writeFile(inHome("file"), "kept");
+    Files::put(inHome("file"), "kept");
     QCOMPARE(runChild("fault", inHome("file/folder")), QString());
     QCOMPARE(runChild("abort", QString(5000, 'x')), QString());
-    QCOMPARE(contentOf(inHome("file")), QByteArray("kept"));
+    QCOMPARE(Files::content(inHome("file")), QByteArray("kept"));
 }
 
 /** Whatever text names a value and whatever it holds: each is kept, apart from the others, and goes alone. */
@@ -164,29 +150,12 @@ void TestPlatform::registryKeepsText()
     QVERIFY(platform::setRegistryText(testKey, "UpdateFailInfo", "1,2,3,4"));
     QCOMPARE(platform::registryText(testKey, "UpdateFailInfo"), std::string("1,2,3,4"));
     std::mt19937 random(20240501);
-    const std::string pieces[] = {"a",
-                                  "\\",
-                                  "/",
-                                  "%",
-                                  "%2F",
-                                  "=",
-                                  "[",
-                                  "]",
-                                  ";",
-                                  "#",
-                                  " ",
-                                  "\n",
-                                  "\r",
-                                  "\"",
-                                  "..",
-                                  "鼠",
-                                  "@Variant(\\0)",
-                                  std::string(1, '\0'),
-                                  std::string(3000, 'k')};
+    QList<QByteArray> pieces = QByteArray("a \\ / % %2F = [ ] ; # \n \r \" .. 鼠 @Variant(\\0)").split(' ');
+    pieces << " " << QByteArray(1, '\0') << QByteArray(3000, 'k');
     const auto someText = [&](unsigned longest) {
         std::string text;
         for (unsigned count = random() % (longest + 1); count > 0; --count)
-            text += pieces[random() % std::size(pieces)];
+            text += pieces[int(random() % unsigned(pieces.size()))].toStdString();
         return text;
     };
     std::map<std::pair<std::string, std::string>, std::string> kept = {
@@ -214,9 +183,9 @@ void TestPlatform::registryKeepsText()
 
 void TestPlatform::registryReadsByHand()
 {
-    writeFile(registryFile(), "; what an installer or a user writes\r\n"
-                              "[HKEY_CURRENT_USER\\Software\\VelkoA\\Halvarion\\Halvarion]\r\n"
-                              " LanguageIndex = 4 \r\n;LanguageIndex=5\r\n\r\n[Other]\nLanguageIndex=6\nDone=50%\n");
+    Files::put(registryFile(), "; what an installer or a user writes\r\n"
+                               "[HKEY_CURRENT_USER\\Software\\VelkoA\\Halvarion\\Halvarion]\r\n"
+                               " LanguageIndex = 4 \r\n;LanguageIndex=5\r\n\r\n[Other]\nLanguageIndex=6\nDone=50%\n");
     const std::string key = R"(HKEY_CURRENT_USER\Software\VelkoA\Halvarion\Halvarion)";
     QCOMPARE(platform::registryText(key, "LanguageIndex"), std::string("4"));
     QCOMPARE(platform::registryText("Other", "Done"), std::string("50%"));
@@ -234,23 +203,23 @@ void TestPlatform::registrySurvivesDamage()
     const QByteArray contents[] = {"garbage without an end [\n\n]\n=\nno equals sign\n%\n%4\n[", QByteArray(5000, '\0'),
                                    noise, "[K]\nvalue=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)\nother=@Rect("};
     for (const QByteArray &content : contents) {
-        writeFile(registryFile(), content + "\n[K]\nwhole=1\n");
+        Files::put(registryFile(), content + "\n[K]\nwhole=1\n");
         platform::registryText("K", "value");
         QCOMPARE(platform::registryText("K", "whole"), std::string("1"));
         QVERIFY(platform::setRegistryText("K", "whole", "2"));
         QVERIFY(platform::setRegistryText("K", "new", "3"));
         QCOMPARE(platform::registryText("K", "whole"), std::string("2"));
         QCOMPARE(platform::registryText("K", "new"), std::string("3"));
-        QVERIFY(contentOf(registryFile()).startsWith(content)); // nothing is lost
+        QVERIFY(Files::content(registryFile()).startsWith(content)); // nothing is lost
     }
 }
 
 void TestPlatform::registryWithoutFolder()
 {
-    writeFile(inHome(".config"), "a file where the folder should be");
+    Files::put(inHome(".config"), "a file where the folder should be");
     QVERIFY(!platform::setRegistryText("K", "value", "1"));
     QVERIFY(platform::registryText("K", "value").empty());
-    QCOMPARE(contentOf(inHome(".config")), QByteArray("a file where the folder should be"));
+    QCOMPARE(Files::content(inHome(".config")), QByteArray("a file where the folder should be"));
 }
 
 void TestPlatform::registryFromThreads()
@@ -287,10 +256,10 @@ void TestPlatform::autoStartEntry()
         QVERIFY(!platform::startsWithSystem());
         QVERIFY(platform::setStartsWithSystem(true, executable));
         QVERIFY(platform::startsWithSystem());
-        const QList<QByteArray> written = contentOf(autoStartFile()).split('\n');
+        const QList<QByteArray> written = Files::content(autoStartFile()).split('\n');
         QCOMPARE(written.first(), QByteArray("[Desktop Entry]"));
         QVERIFY(written.contains("Type=Application"));
-        QVERIFY2(written.contains(line), contentOf(autoStartFile()).constData());
+        QVERIFY2(written.contains(line), Files::content(autoStartFile()).constData());
         for (int times = 0; times < 2; ++times)
             QVERIFY(platform::setStartsWithSystem(false, executable));
         QVERIFY(!QFile::exists(autoStartFile()));
@@ -306,10 +275,10 @@ void TestPlatform::autoStartTurnedOff()
         {"", false},
     };
     for (const auto &[content, starts] : contents) {
-        writeFile(autoStartFile(), content);
+        Files::put(autoStartFile(), content);
         QCOMPARE(platform::startsWithSystem(), starts);
         QVERIFY(!platform::setStartsWithSystem(true, {}));
-        QCOMPARE(contentOf(autoStartFile()), content);
+        QCOMPARE(Files::content(autoStartFile()), content);
         QVERIFY(platform::setStartsWithSystem(true, "/x"));
         QVERIFY(platform::startsWithSystem());
     }
@@ -319,13 +288,13 @@ void TestPlatform::autoStartTurnedOff()
 void TestPlatform::autoStartThatCannotBeWritten()
 {
     const QString inside = autoStartFile() + "/kept";
-    writeFile(inside, "x");
+    Files::put(inside, "x");
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("halvarion.desktop: "));
     QVERIFY(!platform::setStartsWithSystem(true, "/x"));
     QVERIFY(!platform::startsWithSystem());
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("halvarion.desktop: "));
     QVERIFY(!platform::setStartsWithSystem(false, "/x"));
-    QCOMPARE(contentOf(inside), QByteArray("x"));
+    QCOMPARE(Files::content(inside), QByteArray("x"));
 }
 
 void TestPlatform::mouseSettings_data()
@@ -350,8 +319,8 @@ void TestPlatform::mouseSettings()
     const QString note = inHome("started");
     for (const QString &program : installed) {
         const QString file = inHome("bin/" + program);
-        writeFile(file, "#!/bin/sh\necho \"${0##*/}:$*\" >" + QFile::encodeName(note) + ".new\n/bin/mv " +
-                            QFile::encodeName(note) + ".new " + QFile::encodeName(note) + "\n");
+        Files::put(file, "#!/bin/sh\necho \"${0##*/}:$*\" >" + QFile::encodeName(note) + ".new\n/bin/mv " +
+                             QFile::encodeName(note) + ".new " + QFile::encodeName(note) + "\n");
         QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner);
     }
     const QByteArray path = qgetenv("PATH");
@@ -361,7 +330,7 @@ void TestPlatform::mouseSettings()
     qputenv("PATH", path);
     QCOMPARE(opened, !started.isEmpty());
     if (opened)
-        QTRY_COMPARE(contentOf(note).trimmed(), started);
+        QTRY_COMPARE(Files::content(note).trimmed(), started);
 }
 
 QTEST_GUILESS_MAIN(TestPlatform)

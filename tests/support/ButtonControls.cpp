@@ -2,10 +2,9 @@
 
 #include "app/hub/PostMsg.h"
 #include "productdata/UserFolders.h"
+#include "support/Files.h"
 
 #include <QAbstractButton>
-#include <QDir>
-#include <QFile>
 #include <QListWidget>
 #include <QTest>
 
@@ -48,9 +47,8 @@ constexpr int macroSlot = 5;
 /** The file of a macro that taps the key A. */
 void putTap(const QString &name)
 {
-    QFile file(QDir(UserFolders::path(UserFolders::Folder::MacroPage)).filePath(name + ".ini"));
-    if (!file.open(QIODevice::WriteOnly) || file.write("3\n0x04 1 0\n10ms\n0x04 1 1\n") < 0)
-        qFatal("no macro file");
+    Files::put(UserFolders::path(UserFolders::Folder::MacroPage) + '/' + name + ".ini",
+               "3\n0x04 1 0\n10ms\n0x04 1 1\n");
 }
 
 /** One of two macros, from its file. */
