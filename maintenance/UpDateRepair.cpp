@@ -97,7 +97,6 @@ bool UpDateRepair::findImage()
     if (FirmwareImages::FindImage(request, {}, SelectedImages))
         return true;
     qWarning() << "there is no firmware image to repair" << subject->text();
-    showElement("NoImage");
     return false;
 }
 

@@ -389,8 +389,8 @@ void FirmwareUpdateTest::repair_data()
              "mouse works|210,4,18,1||DeviceWorks|", "receiver works|211,4,18,1||DeviceWorks|",
              "receiver gone|211,4,18,1|unplug q1-4k|NoDevice|still", "mouse gone|210,4,18,1|sleep q1|NoDevice|still",
              "two|210,4,18,1|add q1 cable,plug q1,boot q1,boot q1-2|SameDevice|still",
-             "no image for it|210,1,18,2|boot q2|NoImage|still", "of no class|211,3,18,1|boot q1-4k|NoImage|still",
-             "of no model|210,4,18,7||NoImage|still", "of another maker|210,4,19,1|boot q1|NoImage|still",
+             "no image for it|210,1,18,2|boot q2|ToolText|still", "of no class|211,3,18,1|boot q1-4k|ToolText|still",
+             "of no model|210,4,18,7||ToolText|still", "of another maker|210,4,19,1|boot q1|ToolText|still",
              "of three parts|210,4,18|boot q1||", "of five parts|210,4,18,1,|boot q1||"});
 }
 

@@ -82,8 +82,8 @@ void TextFitTest::fits()
     }
     AnyRepair repair;
     repair.show();
-    for (const char *element : {"ToolText", "UpdateNotMove", "NoDevice", "SameDevice", "UpdateFail", "UpdateSuccess",
-                                "DeviceWorks", "NoImage"}) {
+    for (const char *element :
+         {"ToolText", "UpdateNotMove", "NoDevice", "SameDevice", "UpdateFail", "UpdateSuccess", "DeviceWorks"}) {
         repair.showElement(element);
         complaints << textsThatDoNotFit(&repair);
     }
