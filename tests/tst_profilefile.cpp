@@ -1,18 +1,20 @@
 #include "app/DialogMain.h"
-#include "app/hub/PostMsg.h"
 #include "buttons/ProfileFile.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
 #include "devicelink/SelectedDevice.h"
-#include "support/Program.h"
+#include "productdata/UserSettings.h"
+#include "support/FaultBench.h"
 #include "support/TestHome.h"
 #include "support/VirtualMice.h"
 #include "ui/MyConmboBox.h"
-#include "ui/Prompt.h"
 
 #include <QDataStream>
+#include <QDate>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSlider>
 #include <QTimer>
 #include <QToolButton>
@@ -43,18 +45,20 @@ QByteArray array(const QByteArray &bytes) { return stated(quint32(bytes.size()),
 
 QByteArray name(const char *text) { return array(QByteArray(text).leftJustified(12, '\0')); }
 
-FlashDataMap someRecord()
+QByteArray recordWith(int levels)
 {
     FlashDataMap record{};
     std::memset(&record, 1, sizeof record);
-    return record;
-}
-
-QByteArray recordWith(int levels)
-{
-    FlashDataMap record = someRecord();
     record.DpiLevelCount = std::uint8_t(levels);
     return bytesOf(record);
+}
+
+/** Presses a button of the prompt that shows, if it still does. */
+void pressButton(const QString &button)
+{
+    const QWidget *const prompt = QApplication::activeModalWidget();
+    if (auto *const found = prompt ? prompt->findChild<QToolButton *>(button) : nullptr)
+        found->click();
 }
 
 } // namespace
@@ -71,81 +75,76 @@ private Q_SLOTS:
     void noFile();
     void roundTrip_data();
     void roundTrip();
-    void refusedImport();
-    void leftInTheMiddle_data();
-    void leftInTheMiddle();
+    void inTheMiddle_data();
+    void inTheMiddle();
+    void fileDialogs();
     void chosenProfileAndSleep();
 
 private:
-    /** Answers the file dialog that opens with a path; an empty one cancels it. */
-    void answerDialog(const QString &path);
-    void open(int entry = 1);
+    using Look = std::function<void(QFileDialog *)>;
+    /** Answers the file dialog that opens with a path; an empty one cancels it. Looks at it before. */
+    void answerDialog(const QString &path, const Look &look = {});
+    void open(const QString &mouse, const std::function<void()> &prepare = {});
     /**
      * Clicks a button of the page and returns when what it does is over. On a machine that is busy with something else
      * the mouse may answer too late to count as awake; the user then clicks again.
      */
-    void press(const char *button);
-    /** Presses a button of the prompt that shows. */
-    void pressButton(const QString &button);
+    void press(const QString &button, const std::function<bool()> &isDone = {});
+    Program &program() { return bench->program(); }
 
     QTimer dialogTimer;
     QTemporaryDir folder;
     QString file;
-    std::unique_ptr<Program> program;
+    std::unique_ptr<FaultBench> bench;
 };
 
 void ProfileFileTest::init()
 {
     file = folder.filePath("a.bin");
     QFile::remove(file);
-    VirtualMice::restoreScene();
+    QFile::remove(file + "2"); // a file that exists would be asked about
+    UserSettings::instance()->setLanguage(0);
     SelectInfo().set({}); // the first model, for what needs no device
 }
 
 void ProfileFileTest::cleanup()
 {
     dialogTimer.stop();
-    program.reset();
+    bench.reset();
 }
 
-void ProfileFileTest::open(int entry)
+void ProfileFileTest::open(const QString &mouse, const std::function<void()> &prepare)
 {
-    program = std::make_unique<Program>();
-    QVERIFY(program->connectEntry(entry));
+    bench = std::make_unique<FaultBench>(prepare);
+    program().whenShown("MouseOffLine", [] { pressButton("NewHong"); });
+    QVERIFY(program().connectMouse(mouse));
 }
 
-void ProfileFileTest::answerDialog(const QString &path)
+void ProfileFileTest::answerDialog(const QString &path, const Look &look)
 {
     dialogTimer.disconnect();
-    connect(&dialogTimer, &QTimer::timeout, [path] {
+    connect(&dialogTimer, &QTimer::timeout, [path, look] {
         auto *const dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
         if (!dialog)
             return;
+        if (look)
+            look(dialog);
         dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
-        if (path.isEmpty())
-            dialog->reject();
-        else
-            QMetaObject::invokeMethod(dialog, "accept");
+        QMetaObject::invokeMethod(dialog, path.isEmpty() ? "reject" : "accept");
     });
     dialogTimer.start(20);
 }
 
-void ProfileFileTest::pressButton(const QString &button)
-{
-    const QWidget *const prompt = QApplication::activeModalWidget();
-    if (auto *const found = prompt ? prompt->findChild<QToolButton *>(button) : nullptr)
-        found->click();
-}
-
-void ProfileFileTest::press(const char *button)
+void ProfileFileTest::press(const QString &button, const std::function<bool()> &isDone)
 {
     for (int tries = 0; tries < 10; ++tries) {
-        QVERIFY(QTest::qWaitFor([this] { return program->isConnected(); }, 10000));
-        program->forgetPrompts();
-        program->find<QToolButton>(button)->click();
-        if (!program->shownPrompts().contains("MouseOffLine"))
+        QVERIFY(QTest::qWaitFor([this] { return program().isConnected(); }, 10000));
+        program().forgetPrompts();
+        program().find<QToolButton>(button)->click();
+        if (isDone ? isDone() : !program().shownPrompts().contains("MouseOffLine"))
             return;
     }
+    QFAIL("the mouse is never awake");
 }
 
 void ProfileFileTest::read_data()
@@ -163,11 +162,9 @@ void ProfileFileTest::read_data()
     QTest::newRow("another sensor") << name("Velko") + name("3311") + array(record) << 2;
     QTest::newRow("a level too many") << name("Velko") + name("3395") + array(recordWith(9)) << 2;
     QTest::newRow("a record a byte longer") << name("Velko") + name("3395") + array(record + 'x') << 1;
-    QTest::newRow("no record") << name("Velko") + name("3395") << 1;
     QTest::newRow("mark alone") << name("Velko") << 2;
     QTest::newRow("record of 2 GiB") << name("Velko") + name("3395") + stated(0x80000000U, record) << 1;
     QTest::newRow("mark of 4 GiB") << stated(0xffffffffU, "Velko") << 1;
-    QTest::newRow("empty") << QByteArray() << 1;
 }
 
 void ProfileFileTest::read()
@@ -176,11 +173,9 @@ void ProfileFileTest::read()
     QFETCH(int, result);
     QFile made(file);
     QVERIFY(made.open(QIODevice::WriteOnly) && made.write(content) == content.size() && made.flush());
-    FlashDataMap before{};
-    std::memset(&before, 0xA5, sizeof before);
-    FlashDataMap record = before;
+    FlashDataMap record{};
     QCOMPARE(int(ReadProfile(file, record)), result);
-    QCOMPARE(bytesOf(record), result == 0 ? recordWith(8) : bytesOf(before));
+    QCOMPARE(bytesOf(record), result == 0 ? recordWith(8) : bytesOf({}));
 }
 
 /** Neither what can't be read nor what can't be written does any harm, or makes anybody wait. */
@@ -199,22 +194,17 @@ void ProfileFileTest::noFile()
 void ProfileFileTest::roundTrip_data()
 {
     QTest::addColumn<QString>("mouse");
-    QTest::addColumn<int>("entry");
-    QTest::newRow("Q1") << "q1" << 1;
-    QTest::newRow("Q2") << "q2" << 0;
+    QTest::newRow("Q1") << "q1";
+    QTest::newRow("Q2") << "q2";
 }
 
 /** Saved, brought back to the factory's, and taken over again: the flash holds every byte as before. */
 void ProfileFileTest::roundTrip()
 {
     QFETCH(QString, mouse);
-    QFETCH(int, entry);
-    open(entry);
+    open(mouse);
     const QByteArray factory = held(mouse);
-    MacroSlot macro{};
-    std::memcpy(macro.Name, "Jump", 4);
-    macro.NameLength = 4;
-    macro.EventCount = 70;
+    MacroSlot macro{4, "Jump", 70, {}};
     for (MacroEvent &event : macro.Events)
         event = {1, 1, 4, 70000};
     for (int slot = 0; slot < 6; ++slot)
@@ -231,71 +221,120 @@ void ProfileFileTest::roundTrip()
     QCOMPARE(content.size(), 10464);
     QCOMPARE(content.mid(36), before);
 
-    program->whenShown("ContainReset", [this] { pressButton("OK"); });
+    program().whenShown("ContainReset", [] { pressButton("OK"); });
     press("Reset");
     QCOMPARE(held(mouse), factory);
-    QVERIFY(!BulkUpdateActive && !program->isPromptShown());
+    QVERIFY(!BulkUpdateActive && !program().isPromptShown());
 
     answerDialog(file);
     press("ImportData");
-    QVERIFY(!program->shownPrompts().contains("InportFail"));
+    QVERIFY(!program().shownPrompts().contains("InportFail"));
     QTRY_COMPARE(held(mouse), before);
     QVERIFY(!BulkUpdateActive);
     // The pages let the user go on.
-    QTRY_VERIFY(program->window()->findChild<QSlider *>("horizontalLight")->isEnabled());
+    QTRY_VERIFY(program().window()->findChild<QSlider *>("horizontalLight")->isEnabled());
 }
 
-void ProfileFileTest::refusedImport()
+void ProfileFileTest::inTheMiddle_data()
 {
-    open();
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("moment");
+    QTest::addColumn<QStringList>("hand");
+    const QList<QStringList> hands = {{"sleep", "q1"}, {"unplug", "q1-4k"}, {"profile", "q1", "2"}};
+    for (const QStringList &hand : hands) {
+        for (const auto &[button, moment] :
+             {std::pair("OutputData", "QFileDialog"), std::pair("ImportData", "QFileDialog"),
+              std::pair("ImportData", "UpDataParam"), std::pair("Reset", "ContainReset"),
+              std::pair("Reset", "UpDataParam")})
+            QTest::addRow("%s, %s, %s", button, moment, qPrintable(hand[0])) << button << moment << hand;
+    }
+}
+
+/**
+ * Something happens to the mouse while a dialog or prompt of the action is up. The profile for which it was begun holds
+ * all of it or nothing, other mice nothing; and once the mouse is back, the screen says what it holds.
+ */
+void ProfileFileTest::inTheMiddle()
+{
+    QFETCH(QString, button);
+    QFETCH(QString, moment);
+    QFETCH(QStringList, hand);
+    QByteArray factory;
+    FlashDataMap other{};
+    open("q1", [&] {
+        factory = held("q1");
+        other = VirtualMice::record("q1");
+        other.Lod = 2;
+        other.LightRed = 1;
+        other.StopCloseTime = 30;
+        VirtualMice::flash("q1", other);
+    });
+    const QByteArray before = bytesOf(other);
+    const QByteArray others = held("q2");
+    other.DpiCurrentLevel = 4;
+    other.KeyFunctions[3] = {1, 4, 0};
+    WriteProfile(file, other);
+
+    bool isDone = false;
+    const auto act = [&](const char *now) {
+        if (moment == now && !std::exchange(isDone, true))
+            VirtualMice::tell(hand);
+    };
+    program().whenShown("ContainReset", [&] {
+        act("ContainReset");
+        pressButton("OK");
+    });
+    program().whenShown("UpDataParam", [&] { act("UpDataParam"); });
+    answerDialog(button == "OutputData" ? file + "2" : file, [&](QFileDialog *) { act("QFileDialog"); });
+    press(button, [&] { return isDone; });
+    QVERIFY(!BulkUpdateActive);
+    VirtualMice::tell({"wake", "q1"});
+    if (hand[0] == "unplug") {
+        QTRY_VERIFY(!program().isDeviceWindowShown() && !program().isPromptShown());
+        VirtualMice::tell({"plug", "q1-4k"});
+        QVERIFY(bench->openQ1());
+    }
+    QCOMPARE(bench->settle(15000), QString());
+    VirtualMice::tell({"profile", "q1", "0"});
+    QCOMPARE(bench->settle(15000), QString());
+    const QByteArray after = held("q1");
+    QVERIFY(after == before || (button == "ImportData" && after == bytesOf(other)) ||
+            (button == "Reset" && after == factory));
+    QCOMPARE(held("q2"), others);
+}
+
+/** They speak the user's language, offer a name, begin where the last one ended, and may be left. */
+void ProfileFileTest::fileDialogs()
+{
+    UserSettings::instance()->setLanguage(4);
+    open("q1");
     const QByteArray before = held("q1");
+    QStringList seen;
+    const auto look = [&](const QFileDialog *dialog) {
+        seen << dialog->findChild<QLineEdit *>("fileNameEdit")->text() << dialog->directory().path()
+             << dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel)->text();
+    };
+    answerDialog(file, look);
+    press("OutputData");
+    QCOMPARE(seen[0], "HALVARION-Q1 " + QDate::currentDate().toString(Qt::ISODate) + ".bin");
+    QCOMPARE(seen[2], QString("Отмена"));
     QFile made(file);
     QVERIFY(made.open(QIODevice::WriteOnly) && made.write(name("Velko") + name("3311")) > 0 && made.flush());
-    program->whenShown("InportFail", [this] { pressButton("NewHong"); });
-    answerDialog(file);
+    program().whenShown("InportFail", [] { pressButton("NewHong"); });
     press("ImportData");
-    QVERIFY(program->shownPrompts().contains("InportFail"));
+    QCOMPARE(seen[4], QFileInfo(file).absolutePath());
+    QVERIFY(program().shownPrompts().contains("InportFail"));
     answerDialog({});
     press("ImportData"); // changes his mind
-    QVERIFY(!program->shownPrompts().contains("UpDataParam"));
-    QVERIFY(!BulkUpdateActive && !program->isPromptShown());
+    QVERIFY(!program().shownPrompts().contains("UpDataParam"));
+    QVERIFY(!BulkUpdateActive && !program().isPromptShown());
     QCOMPARE(held("q1"), before);
-}
-
-void ProfileFileTest::leftInTheMiddle_data()
-{
-    QTest::addColumn<bool>("isReset");
-    QTest::addColumn<QString>("prompt");
-    QTest::newRow("import") << false << "UpDataParam";
-    QTest::newRow("question") << true << "ContainReset";
-}
-
-/** The receiver is pulled while a prompt waits: it closes, and neither this mouse nor the next one is written to. */
-void ProfileFileTest::leftInTheMiddle()
-{
-    QFETCH(bool, isReset);
-    QFETCH(QString, prompt);
-    open();
-    FlashDataMap other = VirtualMice::record("q1");
-    other.Lod = other.Lod == 1 ? 2 : 1;
-    WriteProfile(file, other);
-    const QByteArray before = held("q1") + held("q2");
-    program->whenShown(prompt, [] {
-        VirtualMice::tell({"unplug", "q1-4k"});
-        postMsg()->post(&PostMsg::SigChangeMainDialog, 0); // as the watch does when the bus is quiet
-    });
-    if (!isReset)
-        answerDialog(file);
-    press(isReset ? "Reset" : "ImportData");
-    QTRY_VERIFY(!program->isDeviceWindowShown() && !program->isPromptShown());
-    QVERIFY(!BulkUpdateActive);
-    QCOMPARE(held("q1") + held("q2"), before);
 }
 
 void ProfileFileTest::chosenProfileAndSleep()
 {
-    open();
-    auto *const list = program->find<MyConmboBox>("ProjectChoose");
+    open("q1");
+    auto *const list = program().find<MyConmboBox>("ProjectChoose");
     QTRY_VERIFY(list->isEnabled() && list->count() == 4);
     const auto choose = [list] {
         QTest::keyClick(list, Qt::Key_Down);
@@ -303,17 +342,16 @@ void ProfileFileTest::chosenProfileAndSleep()
     };
     choose();
     QTRY_COMPARE(VirtualMice::device("q1")["profile"].toInt(), 1);
-    QTRY_VERIFY(list->currentIndex() == 1 && program->isConnected());
+    QTRY_VERIFY(list->currentIndex() == 1 && program().isConnected());
     VirtualMice::tell({"sleep", "q1"});
-    program->whenShown("MouseOffLine", [this] { pressButton("NewHong"); });
     choose();
     QCOMPARE(list->currentIndex(), 1);
     QCOMPARE(VirtualMice::device("q1")["profile"].toInt(), 1);
 
     for (const char *button : {"Reset", "ImportData"}) {
-        program->forgetPrompts();
-        program->find<QToolButton>(button)->click(); // neither question nor dialog: they would stand here for ever
-        QCOMPARE(program->shownPrompts().value(0), QString("MouseOffLine"));
+        program().forgetPrompts();
+        program().find<QToolButton>(button)->click(); // neither question nor dialog: they would stand here for ever
+        QCOMPARE(program().shownPrompts().value(0), QString("MouseOffLine"));
     }
 }
 

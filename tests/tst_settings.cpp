@@ -1,17 +1,16 @@
 #include "app/hub/PostMsg.h"
 #include "maintenance/CompanyPage.h"
 #include "maintenance/FormSetting.h"
-#include "productdata/LanguageFile.h"
 #include "productdata/UserSettings.h"
 #include "support/ConnectedMouse.h"
 #include "support/TestHome.h"
-#include "support/TextFit.h"
 
 #include <QBuffer>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QLabel>
+#include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -34,9 +33,7 @@ private Q_SLOTS:
     void cleanup();
     void sections_data();
     void sections();
-    void receiverLight();
-    void longRange();
-    void asleep();
+    void receiverSettings();
     void versionSteps();
     void language_data();
     void language();
@@ -98,14 +95,10 @@ void SettingsTest::sections_data()
     QTest::addColumn<bool>("longRange");
     QTest::addColumn<bool>("light");
 
-    QTest::newRow("4K") << "q1"
-                        << "4k" << true << true;
-    QTest::newRow("2K") << "q1"
-                        << "2k" << true << false;
-    QTest::newRow("1K") << "q1"
-                        << "1k" << true << false;
-    QTest::newRow("cable") << "q1"
-                           << "cable" << false << false;
+    const QString q1 = "q1";
+    QTest::newRow("4K") << q1 << "4k" << true << true;
+    QTest::newRow("1K") << q1 << "1k" << true << false;
+    QTest::newRow("cable") << q1 << "cable" << false << false;
     QTest::newRow("4K, a model without the light") << "q2"
                                                    << "4k" << true << false;
 }
@@ -144,61 +137,45 @@ void SettingsTest::sections()
     QVERIFY(!isShown("ReUntil") && area->widget()->height() == 630);
 }
 
-void SettingsTest::receiverLight()
+/** What is clicked is in the receiver, what it holds and tells is on the page, and neither without a mouse that
+ * answers.
+ */
+void SettingsTest::receiverSettings()
 {
     connectMouse();
-    const char *const texts[] = {"textEdit_2", "textEdit_3", "textEdit_4"};
-    for (const int mode : {2, 3, 1}) {
-        clickText(texts[mode - 1]);
-        QCOMPARE(lightMode(), mode);
-    }
-    click("ReUntil_3");
-    connectMouse();
-    QVERIFY(isChecked("ReUntil_3")); // as the receiver says it
-
-    // Set by another program, as the receiver tells of its own accord.
-    VirtualMice::tell({"receiver-light", VirtualMice::receiverOf("q1"), "2"});
-    QTRY_VERIFY(isChecked("ReUntil_2"));
-    DeviceWritesEnabled = false;
-    click("ReUntil");
-    QCOMPARE(lightMode(), 2);
-}
-
-void SettingsTest::longRange()
-{
-    connectMouse();
-    QVERIFY(!isChecked("checkBox_2"));
-    click("checkBox_2");
-    QVERIFY(receiver()["longRange"].toBool());
-    connectMouse();
-    QVERIFY(isChecked("checkBox_2"));
-    VirtualMice::tell({"long-range", VirtualMice::receiverOf("q1"), "0"});
-    QTRY_VERIFY(!isChecked("checkBox_2"));
+    clickText("textEdit_2");
+    clickText("textEdit_4");
     clickText("textEdit");
-    QVERIFY(receiver()["longRange"].toBool());
-
-    // Receivers tell only what is on, so nothing of the one before may stay.
-    VirtualMice::tell({"remove", "q2"});
-    VirtualMice::add("q2", "4k");
-    connectMouse(1);
-    QVERIFY(isShown("checkBox_2") && !isChecked("checkBox_2") && !isShown("ReUntil"));
-}
-
-void SettingsTest::asleep()
-{
+    QVERIFY(lightMode() == 3 && receiver()["longRange"].toBool());
     connectMouse();
+    QVERIFY(isChecked("ReUntil_3") && isChecked("checkBox_2"));
+    // Set by another program, as the receiver tells of its own accord.
+    VirtualMice::tell({"receiver-light", VirtualMice::receiverOf("q1"), "1"});
+    VirtualMice::tell({"long-range", VirtualMice::receiverOf("q1"), "0"});
+    QTRY_VERIFY(isChecked("ReUntil") && !isChecked("checkBox_2"));
+    DeviceWritesEnabled = false;
+    click("ReUntil_2");
+    QCOMPARE(lightMode(), 1);
+    DeviceWritesEnabled = true;
+
     VirtualMice::tell({"sleep", "q1"});
-    const QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
+    page->SlotForm(); // shows again what the receiver holds
+    QTRY_VERIFY(isChecked("ReUntil"));
     // The screen has gone back to what the receiver holds before the prompt opens.
     QStringList whilePrompt;
     connect(postMsg(), &PostMsg::SigMouseOffLineo, page.get(),
             [&] { whilePrompt << QString::number(isChecked("checkBox_2")) + QString::number(isChecked("ReUntil")); });
     click("checkBox_2");
     click("ReUntil_2");
-    QCOMPARE(prompts.size(), 2);
     QCOMPARE(whilePrompt, QStringList({"01", "01"}));
-    QVERIFY(isChecked("ReUntil") && !isChecked("checkBox_2"));
     QVERIFY(lightMode() == 1 && !receiver()["longRange"].toBool());
+
+    // Receivers tell only what is on, so nothing of the one before may stay.
+    page->SlotLongRangeMode(true);
+    VirtualMice::tell({"remove", "q2"});
+    VirtualMice::add("q2", "4k");
+    connectMouse(1);
+    QVERIFY(isShown("checkBox_2") && !isChecked("checkBox_2") && !isShown("ReUntil"));
 }
 
 void SettingsTest::versionSteps()
@@ -224,10 +201,9 @@ void SettingsTest::language_data()
 {
     QTest::addColumn<int>("language");
     QTest::addColumn<QString>("address");
-    const QStringList addresses = {"https://velko.example/en", "https://velko.example", "https://velko.example",
-                                   "https://velko.example",    "https://velko.example", QString()};
-    for (int index = 0; index < LanguageFile::languageCount; ++index)
-        QTest::newRow(qPrintable(LanguageFile::nativeName(index))) << index << addresses[index];
+    QTest::newRow("English") << 0 << "https://velko.example/en";
+    QTest::newRow("Russian") << 4 << "https://velko.example";
+    QTest::newRow("Japanese") << 5 << QString();
 }
 
 void SettingsTest::language()
@@ -241,13 +217,6 @@ void SettingsTest::language()
     Q_EMIT list->activated(language);
     QCOMPARE(UserSettings::instance()->language(), language);
     QCOMPARE(others.value(0).value(0).toInt(), language);
-    LanguageFile::readSection(language, "FormSetting", [this](const QString &element, const QString &text) {
-        if (const auto *const edit = page->findChild<QTextEdit *>(element))
-            QCOMPARE(edit->toPlainText(), text);
-    });
-    const QStringList complaints = textsThatDoNotFit(page.get());
-    QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join(QLatin1Char(10))));
-
     QDesktopServices::setUrlHandler("https", this, "takeUrl");
     QCOMPARE(isShown("pushButton_3"), !address.isEmpty());
     opened.clear();
@@ -283,6 +252,7 @@ void SettingsTest::startWithTheSystem()
     QTest::mouseClick(find<QLabel>("label_10"), Qt::LeftButton);
     QVERIFY(QFile::exists(entry) && isChecked("checkBox"));
     QCOMPARE(stored(), QString("1"));
+    QCOMPARE(QProcess::execute("desktop-file-validate", {entry}), 0);
     QVERIFY(FormSetting().findChild<QCheckBox *>("checkBox")->isChecked());
     click("checkBox");
     QVERIFY(!QFile::exists(entry) && !isChecked("checkBox"));
@@ -293,9 +263,7 @@ void SettingsTest::startWithTheSystem()
     QFile obstacle(folder);
     QVERIFY(obstacle.open(QIODevice::WriteOnly));
     click("checkBox");
-    QVERIFY(!isChecked("checkBox"));
-    QCOMPARE(stored(), QString("0"));
-    QVERIFY(obstacle.remove());
+    QVERIFY(!isChecked("checkBox") && stored() == QString("0") && obstacle.remove());
 }
 
 HALVARION_TEST_MAIN(SettingsTest)

@@ -2,6 +2,8 @@
 #include "app/TextSetup.h"
 #include "app/hub/PostMsg.h"
 #include "macro/addKey.h"
+#include "maintenance/Match.h"
+#include "maintenance/PairingState.h"
 #include "maintenance/Progress.h"
 #include "maintenance/UpDateRepair.h"
 #include "productdata/LanguageFile.h"
@@ -74,6 +76,14 @@ void TextFitTest::fits()
     addKey key;
     key.show();
     complaints << textsThatDoNotFit(&key);
+    Match match({});
+    match.show();
+    for (const auto state : {PairingState::Idle, PairingState::Pairing, PairingState::Success, PairingState::Failed}) {
+        PairingState::listen();
+        PairingState::end(state);
+        QMetaObject::invokeMethod(&match, "SlotButtonenable", Q_ARG(int, 0));
+        complaints << textsThatDoNotFit(&match);
+    }
     Progress progress;
     progress.show();
     for (int code : {0, 1, 2}) {

@@ -1,12 +1,22 @@
 #include "ui/FileDialogs.h"
 
 #include "app/hub/PostMsg.h"
+#include "productdata/LanguageFile.h"
 #include "productdata/Theme.h"
+#include "productdata/UserSettings.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
+#include <QLibraryInfo>
+#include <QSplitter>
 #include <QStandardPaths>
+#include <QTranslator>
+#include <QTreeView>
+
+#include <iterator>
 
 namespace {
 
@@ -26,6 +36,9 @@ const char *const darkStyle =
     "QScrollBar::add-line,QScrollBar::sub-line{width: 0px;}";
 
 constexpr QSize dialogSize(760, 480);
+/** Places, then name, size, kind and date of a file, as wide as their usual texts; in pixels. */
+constexpr int placesWidth = 150;
+constexpr int columnWidths[] = {240, 80, 100, 150};
 
 QString lastFolder; // GUI thread only; empty before the first file
 
@@ -36,6 +49,40 @@ QString startFolder()
     if (!lastFolder.isEmpty() && QDir(lastFolder).exists())
         return lastFolder;
     return QDir(disk).exists() ? disk : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+/** As Qt calls the languages of the program, in their order. */
+constexpr const char *qtLanguages[LanguageFile::languageCount] = {"en", "zh_CN", "zh_TW", "ko", "ru", "ja"};
+
+/**
+ * Qt's own words, those of its dialogs, in the language of the program while this lives. They come with Qt and not with
+ * the program: beside it where it was installed as a whole, else where the system keeps them, else they are English.
+ */
+class QtTexts
+{
+public:
+    QtTexts()
+    {
+        const int language = qBound(0, UserSettings::instance()->language(), LanguageFile::languageCount - 1);
+        const QString name = QStringLiteral("qtbase_") + QLatin1String(qtLanguages[language]);
+        if (translator.load(name, QCoreApplication::applicationDirPath() + QStringLiteral("/translations")) ||
+            translator.load(name, QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+            QCoreApplication::installTranslator(&translator); // its end takes it away
+    }
+
+private:
+    QTranslator translator;
+};
+
+/** Qt's own widths cut off names and dates. */
+void setWidths(const QFileDialog &dialog)
+{
+    if (auto *const halves = dialog.findChild<QSplitter *>(QStringLiteral("splitter")))
+        halves->setSizes({placesWidth, dialogSize.width() - placesWidth});
+    if (const auto *const files = dialog.findChild<QTreeView *>(QStringLiteral("treeView"))) {
+        for (int column = 0; column < int(std::size(columnWidths)); ++column)
+            files->header()->resizeSection(column, columnWidths[column]);
+    }
 }
 
 QString run(QFileDialog &dialog)
@@ -50,6 +97,7 @@ QString run(QFileDialog &dialog)
                              Theme::rgb(Tone::Hover), Theme::rgb(Tone::Edge), Theme::rgb(Colour::ComboxSelectColor)) +
                          Theme::scrollBar());
     dialog.resize(dialogSize);
+    setWidths(dialog);
     QObject::connect(postMsg(), &PostMsg::SigSecondPageChange, &dialog, &QDialog::reject);
     if (dialog.exec() != QDialog::Accepted)
         return {};
@@ -62,6 +110,7 @@ QString run(QFileDialog &dialog)
 
 QString FileDialogs::askForSaving(QWidget *page, const QString &filter, const QString &name)
 {
+    const QtTexts texts;
     // The window's, not the page's: style sheets of the page would reach its lists and buttons.
     QFileDialog dialog(page->window(), QStringLiteral("FileSave"), startFolder(), filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
@@ -72,6 +121,7 @@ QString FileDialogs::askForSaving(QWidget *page, const QString &filter, const QS
 
 QString FileDialogs::askForOpening(QWidget *page, const QString &filter)
 {
+    const QtTexts texts;
     QFileDialog dialog(page->window(), QStringLiteral("SelectFile"), startFolder(), filter);
     dialog.setFileMode(QFileDialog::ExistingFile);
     return run(dialog);
