@@ -176,7 +176,8 @@ void FormSetting::showLightSilently(int mode)
 }
 
 // Both settings live in the receiver, which tells them only when the mouse has been read. So a change that can't be
-// made is taken back before the prompt comes: nothing else would bring the screen and the receiver together again.
+// made is taken back before the prompt comes: nothing else would bring the screen and the receiver together again. And
+// the library doesn't say whether a setting has arrived, so the receiver is asked.
 
 void FormSetting::on_checkBox_2_toggled(bool checked)
 {
@@ -185,8 +186,14 @@ void FormSetting::on_checkBox_2_toggled(bool checked)
     showLongRangeSilently(!checked);
     if (!TestDeviceOnline())
         return;
-    showLongRangeSilently(checked);
-    UsbFinderC_SetLongRangeMode(DevicePath().get().constData(), checked ? 1 : 0);
+    const QByteArray path = DevicePath().get();
+    UsbFinderC_SetLongRangeMode(path.constData(), checked ? 1 : 0);
+    std::uint8_t told = checked ? 0 : 1; // stays if nobody answers
+    UsbFinderC_GetLongRangeMode(path.constData(), &told);
+    if ((told != 0) == checked)
+        showLongRangeSilently(checked);
+    else
+        postMsg()->post(&PostMsg::SigMouseOffLineo, 0);
 }
 
 void FormSetting::chooseLight(int mode, bool checked)
@@ -197,10 +204,17 @@ void FormSetting::chooseLight(int mode, bool checked)
     showLightSilently(rgb.bytes[0]);
     if (!TestDeviceOnline())
         return;
-    showLightSilently(mode);
+    const QByteArray path = DevicePath().get();
     rgb.bytes[0] = std::uint8_t(mode);
+    UsbFinderC_Set4KDongleRGB(path.constData(), &rgb);
+    DongleRGB told{};
+    UsbFinderC_Get4KDongleRGBValue(path.constData(), &told);
+    if (told.bytes[0] != mode) {
+        postMsg()->post(&PostMsg::SigMouseOffLineo, 0);
+        return;
+    }
+    showLightSilently(mode);
     DongleRgb().set(rgb);
-    UsbFinderC_Set4KDongleRGB(DevicePath().get().constData(), &rgb);
 }
 
 // Versions -----------------------------------------------------------------------------------------------------------

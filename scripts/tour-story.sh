@@ -177,6 +177,8 @@ sleep 3
 back
 sleep 1
 
+. "$root/scripts/tour-settings.sh"
+
 echo "Languages"
 for index in 1 2 3 4 5 0; do
     language $index

@@ -2,6 +2,7 @@
 #include "support/ButtonControls.h"
 #include "support/Controls.h"
 #include "support/FaultBench.h"
+#include "support/ProfileControls.h"
 #include "support/TestHome.h"
 #include "support/VirtualMice.h"
 
@@ -123,6 +124,8 @@ void FaultsTest::underEachControl()
         bench.program().whenShown("MouseOffLine", [&] { bench.hand({"wake", device}); });
     std::vector<Control> all = controls();
     all.insert(all.end(), buttonControls().begin(), buttonControls().end());
+    const std::vector<Control> ofProfiles = profileControls(bench.held());
+    all.insert(all.end(), ofProfiles.begin(), ofProfiles.end());
     for (const Control &control : all) {
         const QString where = control.name;
         bench.program().click(control.pageButton);

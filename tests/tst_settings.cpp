@@ -168,6 +168,14 @@ void SettingsTest::receiverSettings()
     click("checkBox_2");
     click("ReUntil_2");
     QCOMPARE(whilePrompt, QStringList({"01", "01"}));
+    // The mouse answers, but what is set gets lost on the way to the receiver.
+    VirtualMice::tell({"wake", "q1"});
+    for (const char *control : {"checkBox_2", "ReUntil_3"}) {
+        VirtualMice::tell({"fault", VirtualMice::receiverOf("q1"), "drop", "99", "1", "requests"});
+        click(control);
+        VirtualMice::tell({"fault", VirtualMice::receiverOf("q1"), "drop", "0", "0", "requests"});
+    }
+    QCOMPARE(whilePrompt.size(), 4);
     QVERIFY(lightMode() == 1 && !receiver()["longRange"].toBool());
 
     // Receivers tell only what is on, so nothing of the one before may stay.
