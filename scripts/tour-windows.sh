@@ -7,6 +7,7 @@ for name in halvarion portwirectl; do
     chmod +x "$HOME/bin/$name"
 done
 bin="$HOME/bin"
+patience=4 # each look is a program that starts
 export WINEPREFIX="$root/build/windows/wine-tour"
 user=$("$root/scripts/wine" cmd /c 'echo %USERPROFILE%' 2>/dev/null | tr -d '\r' | sed 's/.*\\//')
 folder="$WINEPREFIX/drive_c/users/$user/AppData"

@@ -1,9 +1,11 @@
 #include "platform/AutoStart.h"
 #include "platform/KeyboardHook.h"
 #include "platform/Registry.h"
+#include "productdata/SafeFile.h"
 
 #include <QDir>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWidget>
@@ -66,6 +68,7 @@ private Q_SLOTS:
     void registryKeepsText();
     void autoStartEntry();
     void hookHearsKeys();
+    void fileThatIsOpenElsewhere();
 };
 
 void TestPlatformWindows::crashLeavesMinidump_data()
@@ -153,6 +156,27 @@ void TestPlatformWindows::hookHearsKeys()
     type('B', KEYEVENTF_KEYUP);
     QTest::qWait(100);
     QCOMPARE(heard.size(), std::size_t{5});
+}
+
+/** A scanner or an editor may hold a file at any moment: that is an ordinary failure, and what was there stays. */
+void TestPlatformWindows::fileThatIsOpenElsewhere()
+{
+    const QTemporaryDir home;
+    const QString path = home.filePath("宏.ini");
+    QVERIFY(replaceFile(path, "old"));
+    const std::wstring wide = QDir::toNativeSeparators(path).toStdWString();
+    const HANDLE other = CreateFileW(wide.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                     FILE_ATTRIBUTE_NORMAL, nullptr);
+    QVERIFY(other != INVALID_HANDLE_VALUE);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("a file could not be written"));
+    QVERIFY(!replaceFile(path, "new"));
+    CloseHandle(other);
+    QCOMPARE(QDir(home.path()).entryList(QDir::Files), QStringList("宏.ini"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("old"));
+    file.close();
+    QVERIFY(replaceFile(path, "new"));
 }
 
 QTEST_MAIN(TestPlatformWindows)

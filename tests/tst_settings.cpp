@@ -254,6 +254,9 @@ void SettingsTest::companyPage()
 
 void SettingsTest::startWithTheSystem()
 {
+#ifdef Q_OS_WIN
+    QSKIP("the entry is a value of the registry there, at which tst_platform_windows looks");
+#endif
     const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME") + "/autostart";
     const QString entry = folder + "/halvarion.desktop";
     const auto stored = [] { return UserSettings::instance()->read("AutoStart", "Enable"); };

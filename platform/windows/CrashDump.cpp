@@ -9,6 +9,7 @@
 namespace {
 
 constexpr ULONG overflowReserve = 64 * 1024; // bytes of stack left for the filter after a stack overflow
+constexpr DWORD patience = 20000;            // ms for the dump; a program that hangs would be worse than one without
 
 constexpr std::size_t longestPath = 32768; // characters, the system's limit
 
@@ -16,7 +17,19 @@ constexpr std::size_t longestPath = 32768; // characters, the system's limit
 std::array<wchar_t, longestPath> dumpFolder;
 std::array<wchar_t, longestPath> dumpFile;
 
-void writeDump(EXCEPTION_POINTERS *exception)
+// The dump is written by a thread that waits for nothing else: what dbghelp needs of the stack is more than a fault may
+// have left, and a thread made at that moment might have to wait for a lock that the faulting one holds.
+struct Fault
+{
+    EXCEPTION_POINTERS *exception = nullptr;
+    DWORD thread = 0;
+};
+Fault fault;
+HANDLE asked = nullptr;
+HANDLE written = nullptr;
+volatile LONG faults = 0;
+
+void writeDump()
 {
     SYSTEMTIME now;
     GetLocalTime(&now);
@@ -31,16 +44,29 @@ void writeDump(EXCEPTION_POINTERS *exception)
     if (dump == INVALID_HANDLE_VALUE)
         return;
     MINIDUMP_EXCEPTION_INFORMATION information = {};
-    information.ThreadId = GetCurrentThreadId();
-    information.ExceptionPointers = exception;
+    information.ThreadId = fault.thread;
+    information.ExceptionPointers = fault.exception;
     information.ClientPointers = TRUE;
     MiniDumpWriteDump(GetCurrentProcess(), GetCurrentProcessId(), dump, MiniDumpNormal, &information, nullptr, nullptr);
     CloseHandle(dump);
 }
 
+DWORD WINAPI writeWhenAsked(void *)
+{
+    WaitForSingleObject(asked, INFINITE);
+    writeDump();
+    SetEvent(written);
+    return 0;
+}
+
 LONG WINAPI onFault(EXCEPTION_POINTERS *exception)
 {
-    writeDump(exception);
+    // Of several threads the first one counts; the others stand still until it has ended the process.
+    if (InterlockedIncrement(&faults) == 1) {
+        fault = {exception, GetCurrentThreadId()};
+        SetEvent(asked);
+    }
+    WaitForSingleObject(written, patience);
     return EXCEPTION_EXECUTE_HANDLER; // ends the process without the system's own message
 }
 
@@ -52,5 +78,13 @@ void platform::installCrashDump(const std::string &folder)
     dumpFolder[wide.copy(dumpFolder.data(), dumpFolder.size() - 1)] = L'\0';
     ULONG reserve = overflowReserve;
     SetThreadStackGuarantee(&reserve);
+    if (asked)
+        return; // all of it stands, for another folder now
+    asked = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    written = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    const HANDLE writer = CreateThread(nullptr, 0, writeWhenAsked, nullptr, 0, nullptr);
+    if (!writer)
+        return; // without it there would be nothing but the wait
+    CloseHandle(writer);
     SetUnhandledExceptionFilter(onFault);
 }

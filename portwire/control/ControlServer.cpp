@@ -94,7 +94,12 @@ void ControlServer::answer(QLocalSocket *client)
         return;
     }
     client->write(packed(commands.run(wordsIn(client->readLine(longestLine)))));
+#ifndef Q_OS_WIN
     client->disconnectFromServer();
+#else
+    // A pipe that its server lets go of loses what the client hasn't read yet. The client knows from the head how much
+    // comes, and lets go of it then.
+#endif
 }
 
 } // namespace portwire

@@ -65,6 +65,7 @@ ProductCopy::Result ProductCopy::run(const QString &testFunction, int millisecon
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QLatin1String(copyMark), QStringLiteral("1"));
 #ifdef Q_OS_WIN // which looks for libraries beside the program, then here
+    environment.insert(QStringLiteral("QT_PLUGIN_PATH"), QCoreApplication::applicationDirPath());
     environment.insert(QStringLiteral("PATH"), QDir::toNativeSeparators(QCoreApplication::applicationDirPath()) +
                                                    QLatin1Char(';') + environment.value(QStringLiteral("PATH")));
 #endif
