@@ -102,7 +102,8 @@ QVector<Figure> Inside::measureFirmware(Program &program)
             if (window->isVisible() && window->inherits("Progress"))
                 QTest::keyClick(window, Qt::Key_Return);
         }
-        QTest::qWaitFor([] { return !UpdateRunning; });
+        if (!QTest::qWaitFor([] { return !UpdateRunning; }))
+            qFatal("the update goes on");
     }
     folder.removeRecursively();
     return {search, busy, step};
