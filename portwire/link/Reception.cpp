@@ -1,6 +1,7 @@
 #include "portwire/link/Reception.h"
 
 #include <algorithm>
+#include <thread>
 #include <utility>
 
 namespace portwire {
@@ -29,8 +30,13 @@ Reception::Reception(std::unique_ptr<Endpoint> opened, std::shared_ptr<Statistic
 
 void Reception::run()
 {
-    while (endpoint->waitForReport())
-        takeArrived();
+    while (endpoint->waitForReport()) {
+        // In a flood this thread would have the lock again before another one that waits for it has woken up.
+        while (turnsWanted > 0)
+            std::this_thread::yield();
+        const std::lock_guard turn(drainMutex);
+        drain();
+    }
     failAll();
 }
 
@@ -57,11 +63,9 @@ std::optional<Frame> Reception::ask(const Request &request, std::chrono::millise
     const auto isOver = [&] { return waiting.answer || waiting.failed || gone; };
     if (isSent && !waiting.arrived.wait_for(lock, patience, isOver)) {
         // A busy computer, one with a game on it, may leave the reader thread without the processor for longer than a
-        // device has for its answer. It is the device that has to be in time, so what has arrived by now counts. The
-        // reader may stand in the middle of taking it; who has hold of the reports for longer than that is flooded.
+        // device has for its answer. It is the device that has to be in time, so what has arrived by now counts.
         lock.unlock();
-        if (const std::unique_lock turn(drainMutex, patience); turn)
-            drain();
+        takeArrived();
         lock.lock();
     }
     waitingBySequence[sequence] = nullptr;
@@ -87,7 +91,9 @@ std::uint8_t Reception::enter(Waiting &waiting)
 
 void Reception::takeArrived()
 {
-    const std::lock_guard lock(drainMutex);
+    ++turnsWanted;
+    const std::lock_guard turn(drainMutex);
+    --turnsWanted;
     drain();
 }
 

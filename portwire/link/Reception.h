@@ -47,8 +47,8 @@ public:
     void run();
 
     /**
-     * Sends a request once and waits for its answer. \param patience how long the device may take; a caller waits up to
-     * twice as long while another thread is taking reports. \return nothing if no good answer came in time
+     * Sends a request once and waits for its answer. \param patience how long the device may take; the caller waits a
+     * moment longer while another thread is taking reports. \return nothing if no good answer came in time
      */
     std::optional<Frame> ask(const Request &request, std::chrono::milliseconds patience);
 
@@ -85,7 +85,8 @@ private:
     const std::shared_ptr<Statistics> counters;
 
     std::atomic<unsigned> heardReports{0};
-    std::timed_mutex drainMutex; ///< reports are taken and sorted by one thread at a time, so that their order stays
+    std::mutex drainMutex; ///< reports are taken and sorted by one thread at a time, so that their order stays
+    std::atomic<int> turnsWanted{0}; ///< threads that wait for it; the reader lets them go first
     mutable std::mutex mutex;
     std::array<Waiting *, 256> waitingBySequence{};
     std::uint8_t lastSequence = 0;
