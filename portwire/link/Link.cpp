@@ -159,8 +159,12 @@ Outcome Link::runJob(Work::Step step)
     if (isDone && job.isRead())
         deliver(step, answer.frame);
     // Whoever pairs waits for a status, and there will be none from a receiver that didn't take the order.
-    if (!isDone && job.request.code == ReportCode::EnterPairing)
-        deliver(step, {ReportCode::PairingStatus, 0, 0, 0, {pairingFailed}});
+    if (!isDone && job.request.code == ReportCode::EnterPairing) {
+        const Frame failed{ReportCode::PairingStatus, 0, 0, 0, {pairingFailed}};
+        if (answer.outcome == Outcome::Refused) // one that was silent may have heard the order, and look for a mouse
+            toDo->reported(failed);
+        deliver(step, failed);
+    }
     // A mouse that doesn't tell its profile is shown as one that has none.
     if (!isDone && job.kind == Job::Kind::Read && job.request.code == ReportCode::CurrentConfig)
         deliver(step, {ReportCode::CurrentConfig, 0, 0, 0, {}});

@@ -190,9 +190,6 @@ void Work::finish(const Step &step, const Frame *answer)
             profile = told;
         break;
     case Job::Kind::Tell:
-        if (!answer && job->request.code == ReportCode::EnterPairing)
-            pairingUntil.reset();
-        break;
     case Job::Kind::WholeRecord:
         break;
     }
