@@ -50,7 +50,7 @@ bool wantsPairing(const QWidget *page)
 
 } // namespace
 
-void MismatchCheck::run(const QWidget *page, const DeviceAllInfo &receiver)
+void MismatchCheck::run(const QWidget *page, const DeviceAllInfo &receiver, const DeviceAllInfo &pairTarget)
 {
     if (Wait::isEnding())
         return;
@@ -73,5 +73,5 @@ void MismatchCheck::run(const QWidget *page, const DeviceAllInfo &receiver)
         if (!wantsPairing(page) || Wait::isEnding())
             return;
     }
-    PairingRun::onChooser(page, receiver);
+    PairingRun::onChooser(page, pairTarget);
 }
