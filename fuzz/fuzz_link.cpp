@@ -79,6 +79,8 @@ private:
     {
         if (request.code == 3)
             return request.answer({1, address, 2, 3});
+        if (request.code == 5)
+            return request.refusal(); // it looks for no other mouse, and so never says that it has stopped
         return mouse.answer(request);
     }
 
@@ -210,6 +212,10 @@ public:
     void finish()
     {
         bus.behave();
+        // Whoever paired has left, and another link takes over.
+        link->end();
+        link->work()->passOn();
+        startLink(link->work());
         // Counts that no array has are cut on the way.
         for (KeySequence &sequence : record.KeySequences)
             sequence = {};
