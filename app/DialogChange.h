@@ -51,7 +51,7 @@ private:
     void showEntry(int index);
     void openEntry(int index);
     bool isLeftByItsMouse(int index) const;
-    void checkMismatch(const DeviceAllInfo &receiver, const DeviceAllInfo &pairTarget);
+    void checkMismatch(const DeviceAllInfo &receiver);
     void tellDuplicates();
     void closeDuplicatesNotice();
     void showHint();

@@ -39,13 +39,13 @@ void DialogChange::openEntry(int index)
     if (!isKnownModel(device)) {
         qWarning() << "a device of an unknown model was clicked:" << device.Path;
         if (!device.IsCorded)
-            checkMismatch(device, device);
+            checkMismatch(device);
         return;
     }
     if (device.DeviceKind == 1 || device.DeviceKind == 2)
         postMsg()->post(&PostMsg::SigMouseIndex, device.DeviceKind - 1);
     if (isLeftByItsMouse(index)) {
-        checkMismatch(device, ChooserList::devices().at(1 - index));
+        checkMismatch(device);
         return;
     }
     postMsg()->post(&PostMsg::SigSelectMouseInfo, device);
@@ -70,9 +70,9 @@ bool DialogChange::isLeftByItsMouse(int index) const
     return clicked.Cid == other.Cid && clicked.DeviceKind == other.DeviceKind && !clicked.Online && other.Online;
 }
 
-void DialogChange::checkMismatch(const DeviceAllInfo &receiver, const DeviceAllInfo &pairTarget)
+void DialogChange::checkMismatch(const DeviceAllInfo &receiver)
 {
-    MismatchCheck::run(this, receiver, pairTarget);
+    MismatchCheck::run(this, receiver);
     if (!DeviceEntered && !Wait::isEnding())
         startScanning();
 }

@@ -287,7 +287,7 @@ void DialogMain::pairByKey()
     if (devices.size() != 1 || devices.first().IsCorded)
         return;
     const DeviceAllInfo receiver = devices.first();
-    MismatchCheck::run(this, receiver, receiver);
+    MismatchCheck::run(this, receiver);
     if (!DeviceEntered && !Wait::isEnding())
         DialogChange::startScanning();
 }

@@ -50,7 +50,7 @@ bool wantsPairing(const QWidget *page)
 
 } // namespace
 
-void MismatchCheck::run(const QWidget *page, const DeviceAllInfo &receiver, const DeviceAllInfo &pairTarget)
+void MismatchCheck::run(const QWidget *page, const DeviceAllInfo &receiver)
 {
     if (Wait::isEnding())
         return;
@@ -73,5 +73,5 @@ void MismatchCheck::run(const QWidget *page, const DeviceAllInfo &receiver, cons
         if (!wantsPairing(page) || Wait::isEnding())
             return;
     }
-    PairingRun::onChooser(page, pairTarget);
+    PairingRun::onChooser(page, receiver);
 }

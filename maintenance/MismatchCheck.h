@@ -16,9 +16,7 @@ namespace MismatchCheck {
  *
  * The caller scans anew afterwards: the receiver may have a mouse now, and nobody has looked at the bus meanwhile.
  * \param page over which the prompts stand
- * \param pairTarget what a pairing is started for: the entry behind which the mouse answers, if there is one; a mouse
- * on its cable is to be unplugged first, and the dialog says so
  */
-void run(const QWidget *page, const DeviceAllInfo &receiver, const DeviceAllInfo &pairTarget);
+void run(const QWidget *page, const DeviceAllInfo &receiver);
 
 } // namespace MismatchCheck
