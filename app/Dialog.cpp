@@ -18,6 +18,7 @@
 #include "productdata/UserFolders.h"
 #include "sensor/Sensor.h"
 #include "ui/LateStyle.h"
+#include "ui/PageFocus.h"
 #include "ui/UpDataParam.h"
 #include "ui_Dialog.h"
 
@@ -67,6 +68,7 @@ Dialog::Dialog(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::Dialo
     setFixedSize(size());
     platform::installCrashDump(UserFolders::path(UserFolders::Folder::Exception).toStdString());
     ui->stackedWidgetDialog->setCurrentWidget(buttonPage);
+    givePagesTheFocus(*ui->stackedWidgetDialog);
     connectHub();
 }
 

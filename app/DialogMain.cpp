@@ -19,6 +19,7 @@
 #include "productdata/Theme.h"
 #include "productdata/UserSettings.h"
 #include "ui/MouseOffLine.h"
+#include "ui/PageFocus.h"
 #include "ui_DialogMain.h"
 
 #include <QCloseEvent>
@@ -49,6 +50,7 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     ui->stackedWidget->addWidget(chooser);
     ui->stackedWidget->addWidget(deviceWindow);
     ui->stackedWidget->setCurrentIndex(chooserPage);
+    givePagesTheFocus(*ui->stackedWidget);
     setWindowFlags(Qt::FramelessWindowHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint);
     setFixedSize(size());
 

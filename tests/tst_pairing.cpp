@@ -64,6 +64,7 @@ private Q_SLOTS:
     void wayOut();
     void onItsCable();
     void spaceOnTheChooser();
+    void spaceAfterAList();
     void interruptions();
 
 private:
@@ -280,6 +281,22 @@ void PairingTest::spaceOnTheChooser()
 }
 
 /** One pairing of the first mouse into which anything comes, up to the end of the program. */
+/** The list that had the keyboard when the device was left isn't opened over another page. */
+void PairingTest::spaceAfterAList()
+{
+    open(1);
+    program->click("LightsButton");
+    program->find("LightMod")->setFocus();
+    program->click("UpArrow");
+    QTRY_VERIFY(!DeviceEntered);
+    QVERIFY(program->connectEntry(1));
+    program->click("FormSetting");
+    QTRY_VERIFY(program->window()->isActiveWindow());
+    whenOpen([] {});
+    QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Space);
+    QVERIFY(program->shownPrompts().contains("Match"));
+}
+
 void PairingTest::interrupt(QRandomGenerator &random)
 {
     const QList<QStringList> hands = {{"unplug", "q1-4k"}, {"plug", "q1-4k"}, {"sleep", "q1"},  {"wake", "q1"},

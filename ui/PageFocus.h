@@ -1,0 +1,12 @@
+#pragma once
+
+class QStackedWidget;
+
+/**
+ * From now on a page of the stack that comes up takes the keyboard itself, not the control that had it when its window
+ * was left.
+ *
+ * A stack gives the keyboard back to where it was, and that may be a list of a page that doesn't show any more: the
+ * space bar, which starts a pairing wherever no control wants it, would open that list over the page on show.
+ */
+void givePagesTheFocus(QStackedWidget &pages);
