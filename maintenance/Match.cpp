@@ -83,9 +83,8 @@ void Match::buildForm()
     textEdit->setFocusPolicy(Qt::NoFocus);
     textEdit->viewport()->setCursor(Qt::ArrowCursor);
     textEdit->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    textEdit->setPlainText(
-        QStringLiteral("请让鼠标进入配对状态(同时按住左中右键3秒，直至对码指示灯快闪)，并靠近接收器，"
-                       "点击\"开始配对\"或按键盘的空格键"));
+    textEdit->setPlainText(QStringLiteral("请让鼠标进入配对状态(同时按住左中右键3秒,直至对码指示灯快闪),并靠近接收器,"
+                                          "点击\"开始配对\"或按键盘的空格键"));
     MatchButton = new MyButton(frame());
     MatchButton->setObjectName(QStringLiteral("MatchButton"));
     MatchButton->setGeometry(buttonPlace);

@@ -280,8 +280,7 @@ void PairingTest::spaceOnTheChooser()
     QVERIFY(program->connectEntry(0));
 }
 
-/** One pairing of the first mouse into which anything comes, up to the end of the program. */
-/** The list that had the keyboard when the device was left isn't opened over another page. */
+/** The list that had the keyboard when the device was left isn't opened over another page; an open menu closes. */
 void PairingTest::spaceAfterAList()
 {
     open(1);
@@ -295,8 +294,15 @@ void PairingTest::spaceAfterAList()
     whenOpen([] {});
     QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Space);
     QVERIFY(program->shownPrompts().contains("Match"));
+
+    program->click("MacroButton");
+    Q_EMIT program->find("listWidgetHong")->customContextMenuRequested({});
+    QVERIFY(QApplication::activePopupWidget());
+    program->click("LightsButton");
+    QVERIFY(!QApplication::activePopupWidget());
 }
 
+/** One pairing of the first mouse into which anything comes, up to the end of the program. */
 void PairingTest::interrupt(QRandomGenerator &random)
 {
     const QList<QStringList> hands = {{"unplug", "q1-4k"}, {"plug", "q1-4k"}, {"sleep", "q1"},  {"wake", "q1"},

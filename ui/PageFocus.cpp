@@ -1,5 +1,6 @@
 #include "ui/PageFocus.h"
 
+#include <QApplication>
 #include <QStackedWidget>
 
 void givePagesTheFocus(QStackedWidget &pages)
@@ -8,5 +9,9 @@ void givePagesTheFocus(QStackedWidget &pages)
     QObject::connect(&pages, &QStackedWidget::currentChanged, &pages, [&pages] {
         if (pages.isVisible() && pages.currentWidget())
             pages.currentWidget()->setFocus();
+        // A list goes with its box. A menu of the page doesn't, and would do what it says out of sight.
+        QWidget *const popup = QApplication::activePopupWidget();
+        if (popup && popup->parentWidget() && popup->parentWidget()->window() == pages.window())
+            popup->close();
     });
 }
