@@ -14,8 +14,10 @@
 #include "maintenance/FormSetting.h"
 #include "platform/CrashDump.h"
 #include "portwire/portwire.h"
+#include "productdata/LanguageFile.h"
 #include "productdata/Theme.h"
 #include "productdata/UserFolders.h"
+#include "productdata/UserSettings.h"
 #include "sensor/Sensor.h"
 #include "ui/LateStyle.h"
 #include "ui/PageFocus.h"
@@ -70,6 +72,7 @@ Dialog::Dialog(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::Dialo
     ui->stackedWidgetDialog->setCurrentWidget(buttonPage);
     givePagesTheFocus(*ui->stackedWidgetDialog);
     connectHub();
+    SlotChangeLanguage(UserSettings::instance()->language());
 }
 
 Dialog::~Dialog() = default;
@@ -91,7 +94,8 @@ void Dialog::setUpTheme()
     new LateStyle(ui->frame_2,
                   Theme::frameBackground(folder, QStringLiteral("frame_2"), QStringLiteral("BackGround.png")));
     const auto pageButton = [&folder](QToolButton *button, const QString &name, const QString &checked) {
-        button->setStyleSheet(Theme::pageButton(folder, name + ".png", name + "Hover.png", name + checked + ".png"));
+        button->setStyleSheet(Theme::pageButton(folder, name + ".png", name + "Hover.png", name + checked + ".png") +
+                              Theme::toolTip());
     };
     const QString checked = QStringLiteral("Checked");
     pageButton(ui->ButtonMain, QStringLiteral("Home"), checked);
@@ -100,7 +104,8 @@ void Dialog::setUpTheme()
     pageButton(ui->LightsButton, QStringLiteral("Light"), checked);
     pageButton(ui->FormSetting, QStringLiteral("Setting"), QStringLiteral("Click"));
     const auto toolButton = [&folder](QToolButton *button, const QString &name) {
-        button->setStyleSheet(Theme::toolButton(folder, name + ".png", name + "Hover.png", name + "Click.png"));
+        button->setStyleSheet(Theme::toolButton(folder, name + ".png", name + "Hover.png", name + "Click.png") +
+                              Theme::toolTip());
     };
     toolButton(ui->UpArrow, QStringLiteral("PageChange"));
     toolButton(ui->MinButton, QStringLiteral("Min"));
@@ -118,6 +123,7 @@ void Dialog::setUpTheme()
 void Dialog::connectHub()
 {
     PostMsg *const hub = postMsg();
+    connect(hub, &PostMsg::SigChangeLanguage, this, &Dialog::SlotChangeLanguage);
     connect(hub, &PostMsg::SigSecondPageChange, this, &Dialog::SlotSecondDialog);
     connect(hub, &PostMsg::SigUpDataParam, this, &Dialog::SlotUpDataParam);
     connect(hub, &PostMsg::SigStartRecord, this, &Dialog::SlotStartRecord);
@@ -140,6 +146,20 @@ void Dialog::on_MacroButton_clicked() { ui->stackedWidgetDialog->setCurrentWidge
 void Dialog::on_LightsButton_clicked() { ui->stackedWidgetDialog->setCurrentWidget(lightPage); }
 
 void Dialog::on_FormSetting_clicked() { ui->stackedWidgetDialog->setCurrentWidget(settingPage); }
+
+/** Icons say little to who meets them first: what each opens, as a hint and for a screen reader. */
+void Dialog::SlotChangeLanguage(int index)
+{
+    const QList<QAbstractButton *> icons = pageButtons->buttons() << ui->UpArrow;
+    LanguageFile::readSection(index, QStringLiteral("Dialog"), [&](const QString &element, const QString &text) {
+        for (QAbstractButton *icon : icons) {
+            if (icon->objectName() != element)
+                continue;
+            icon->setToolTip(text);
+            icon->setAccessibleName(text);
+        }
+    });
+}
 
 void Dialog::SlotStartRecord(int index)
 {

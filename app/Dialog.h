@@ -45,6 +45,7 @@ public Q_SLOTS:
     void SlotStartRecord(int index);
     void SlotBattery(bool IsCharg, int Number, bool IsText);
     void SlotMouseIndex(int index);
+    void SlotChangeLanguage(int index);
 
 private:
     void makePages();
