@@ -42,6 +42,7 @@ ChooserEntry::ChooserEntry(QWidget *page, int index, int left, QPoint status, QP
     picture->setObjectName(QStringLiteral("btn%1").arg(index));
     picture->setGeometry(QRect(QPoint(left, 0), pictureSize));
     picture->setFocusPolicy(Qt::NoFocus);
+    picture->setCursor(Qt::PointingHandCursor); // a picture, which nothing else tells to be a button
     picture->lower();
     offlineLabel->setPixmap(QPixmap(folder() + QStringLiteral("OffLine.png")));
 }
@@ -55,9 +56,12 @@ void ChooserEntry::show(const DeviceAllInfo &device)
     QString name = QStringLiteral("Unknow.png");
     if (model >= 0)
         name = (offline ? QStringLiteral("DisOnlin%1.png") : QStringLiteral("OnLine%1.png")).arg(model);
-    picture->setStyleSheet(QStringLiteral("QToolButton{border:0px;background-position:center;"
-                                          "background-repeat:no-repeat;background-image: url(%1%2);}")
-                               .arg(folder(), name));
+    picture->setStyleSheet(
+        QStringLiteral("QToolButton{border:0px;background-position:center;"
+                       "background-repeat:no-repeat;background-image: url(%1%2);}"
+                       "QToolButton:hover{border: 1px solid rgba(%3,150);border-radius: 4px;}"
+                       "QToolButton:pressed{border: 1px solid rgb(%4);border-radius: 4px;}")
+            .arg(folder(), name, Theme::rgb(Theme::Colour::LabelColor), Theme::rgb(Theme::Colour::SliderColor)));
     linkLabel->setPixmap(
         QPixmap(folder() + (device.IsCorded ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png"))));
     linkLabel->setVisible(!offline);

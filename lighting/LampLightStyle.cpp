@@ -26,6 +26,7 @@ void LampLight::setStyles()
     form.RippeControl->setStyleSheet(Theme::switchButton(pictures, form.RippeControl->objectName()));
 
     form.label_7->setPixmap(QPixmap(pictures + QStringLiteral("ColorBoard.png")));
+    form.label_7->setCursor(Qt::CrossCursor);
     form.label_9->setPixmap(QPixmap(pictures + QStringLiteral("Title.png")));
     form.labelPreView->setStyleSheet(
         QStringLiteral("QLabel{background-image: url(%1PreviewColor.png);}").arg(pictures));

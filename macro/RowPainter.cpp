@@ -18,7 +18,9 @@ constexpr int pictureGap = 10;
 /** Of the rim, half of which lies under the letters. */
 constexpr qreal rimWidth = 2.5;
 
+// Of a list that can't be used now; the letters stay readable on the ground of the selected row.
 constexpr qreal disabledOpacity = 0.45;
+constexpr qreal disabledTextOpacity = 0.75;
 
 /** The lines of a picture in another colour. */
 QPixmap inOneColour(QPixmap picture, const QColor &colour)
@@ -38,9 +40,9 @@ QSize RowPainter::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) co
 void RowPainter::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const bool isSelected = option.state & QStyle::State_Selected;
+    const bool isEnabled = option.state & QStyle::State_Enabled;
     painter->save();
-    if (!(option.state & QStyle::State_Enabled))
-        painter->setOpacity(disabledOpacity);
+    painter->setOpacity(isEnabled ? 1 : disabledOpacity);
     if (isSelected)
         painter->fillRect(option.rect, QColor::fromRgba(MacroTables::selectedColour));
 
@@ -55,6 +57,7 @@ void RowPainter::paint(QPainter *painter, const QStyleOptionViewItem &option, co
     }
     const QString text =
         option.fontMetrics.elidedText(index.data().toString(), Qt::ElideRight, place.width(), Qt::TextSingleLine);
+    painter->setOpacity(isEnabled ? 1 : disabledTextOpacity);
     painter->setPen(Qt::white);
     painter->setFont(option.font);
     if (isSelected) {

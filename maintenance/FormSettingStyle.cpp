@@ -52,7 +52,7 @@ void FormSetting::setStyles()
         button->setStyleSheet(Theme::pushButton(pictures, QStringLiteral("Button.png"),
                                                 QStringLiteral("ButtonHover.png"), QStringLiteral("ButtonClick.png")));
     for (QPushButton *button : {form.pushButton_3, form.pushButton_4})
-        button->setStyleSheet(QString::fromLatin1(link).arg(accent));
+        button->setStyleSheet(QString::fromLatin1(link).arg(accent) + Theme::toolTip());
     for (QPushButton *button : {form.Receive, form.Mouse})
         showUpdateButton(button, false);
     for (QToolButton *title : qAsConst(form.titles))

@@ -156,8 +156,11 @@ void Match::showState()
     const QString picture = QLatin1String(now.picture) + QStringLiteral(".png");
     const QString hover = QLatin1String(now.hover) + QStringLiteral(".png");
     const QString pictures = Theme::pictureFolder("Setting");
+    // Black letters need a light face.
     MatchButton->setStyleSheet(Theme::pushButton(pictures, picture, hover, picture) +
-                               QStringLiteral("QPushButton:disabled{color: black;}"));
+                               QStringLiteral("QPushButton:disabled{color: black;border-image: none;border: 0px;"
+                                              "border-radius: 4px;background: rgba(%1,150);}")
+                                   .arg(Theme::rgb(Theme::Colour::LabelColor)));
     FittedText::set(MatchButton, this->*now.text, buttonPoints);
     // A text with an ampersand would take the shortcut away.
     MatchButton->setShortcut(Qt::Key_Space);

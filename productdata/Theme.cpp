@@ -74,7 +74,8 @@ QString Theme::namedLabel(const QString &objectName)
 QString Theme::checkBox(const QString &folder)
 {
     return QStringLiteral("QCheckBox{color: rgb(%1;);}QCheckBox::indicator:checked {image: url(%2CheckBoxCheck.png);}"
-                          "QCheckBox::indicator:unchecked {image: url(%2CheckBox.png);}")
+                          "QCheckBox::indicator:unchecked {image: url(%2CheckBox.png);}"
+                          "QCheckBox::indicator:unchecked:hover{image: url(%2CheckBoxHover.png);}")
         .arg(rgb(Colour::LabelColor), folder);
 }
 
@@ -104,16 +105,19 @@ QString Theme::pageButton(const QString &folder, const QString &plain, const QSt
 
 QString Theme::textButton(const QString &folder, const QString &plain, const QString &hover, const QString &click)
 {
-    return QStringLiteral("QToolButton{border:0px;color: rgb(%1);border-image: url(%2%3);}"
-                          "QToolButton:hover,QToolButton:focus{border-image: url(%2%4);}"
-                          "QToolButton:pressed{border-image: url(%2%5);}")
+    return QStringLiteral("QToolButton{border-style: solid;border-width: 1px 4px;color: rgb(%1);"
+                          "border-image: url(%2%3) 1 4 1 4 stretch;}"
+                          "QToolButton:hover,QToolButton:focus{border-image: url(%2%4) 1 4 1 4 stretch;}"
+                          "QToolButton:pressed{border-image: url(%2%5) 1 4 1 4 stretch;}")
         .arg(rgb(Colour::ButtonColor), folder, plain, hover, click);
 }
 
 QString Theme::pushButton(const QString &folder, const QString &plain, const QString &hover, const QString &click)
 {
-    return QStringLiteral("QPushButton{border:0px;color: rgb(%1);border-image: url(%2%3);}"
-                          "QPushButton:hover{border-image: url(%2%4);}QPushButton:pressed{border-image: url(%2%5);}")
+    return QStringLiteral("QPushButton{border-style: solid;border-width: 1px 4px;color: rgb(%1);"
+                          "border-image: url(%2%3) 1 4 1 4 stretch;}"
+                          "QPushButton:hover{border-image: url(%2%4) 1 4 1 4 stretch;}"
+                          "QPushButton:pressed{border-image: url(%2%5) 1 4 1 4 stretch;}")
         .arg(rgb(Colour::ButtonColor), folder, plain, hover, click);
 }
 
@@ -144,7 +148,7 @@ QString Theme::comboBoxList()
 
 QString Theme::scrollBar()
 {
-    return QStringLiteral("QScrollBar:vertical{width: 8px;border: 0px;background: rgb(%1);}"
+    return QStringLiteral("QScrollBar:vertical{width: 8px;border: 0px;margin: 0px;background: rgb(%1);}"
                           "QScrollBar::handle:vertical{background: rgb(%2);border-radius: 3px;margin: 1px;"
                           "min-height: 24px;}QScrollBar::handle:vertical:hover{background: rgb(%3);}"
                           "QScrollBar::add-line,QScrollBar::sub-line{height: 0px;}"
@@ -158,7 +162,9 @@ QString Theme::slider(const QString &folder)
                           "background:rgba(0,0,0,50);}QSlider:handle:horizontal{ width:  5px;height: 50px;  "
                           "margin-top: -20px;margin-left: 0px; margin-bottom: -20px;margin-right: 0px; border-image: "
                           "url(%1HuaKuai.png);} QSlider:sub-page:horizontal{background-color: rgb(%2;);}"
-                          "QSlider:add-page:horizontal{background-color: rgb(255, 255, 255);}")
+                          "QSlider:add-page:horizontal{background-color: rgb(255, 255, 255);}"
+                          "QSlider:handle:horizontal:hover,QSlider:handle:horizontal:pressed{border-image: "
+                          "url(%1HuaKuaiHover.png);}")
         .arg(folder, rgb(Colour::SliderColor));
 }
 
@@ -199,7 +205,9 @@ QString Theme::toolTip()
 QString Theme::switchButton(const QString &folder, const QString &objectName)
 {
     return QStringLiteral("#%1{border:0px;background-position:center;background-repeat:no-repeat;"
-                          "background-image: url(%2Close.png);}#%1:checked{background-image: url(%2Open.png);}")
+                          "background-image: url(%2Close.png);}#%1:hover{background-image: url(%2CloseHover.png);}"
+                          "#%1:checked{background-image: url(%2Open.png);}"
+                          "#%1:checked:hover{background-image: url(%2OpenHover.png);}")
         .arg(objectName, folder);
 }
 

@@ -59,7 +59,10 @@ QString indicator(const QString &folder, const QString &widgetClass, const QStri
 QString toolButton(const QString &folder, const QString &plain, const QString &hover, const QString &click);
 /** A page button with pictures for plain, hover and checked. */
 QString pageButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked);
-/** A confirm-like button with text: `ButtonColor`, a picture, one for hover or the keyboard, and one for pressed. */
+/**
+ * A confirm-like button with text: `ButtonColor`, a picture, one for hover or the keyboard, and one for pressed. The
+ * corners of the picture keep their shape on a button of any width.
+ */
 QString textButton(const QString &folder, const QString &plain, const QString &hover, const QString &click);
 /** The same for a push button, which has no keyboard of its own. */
 QString pushButton(const QString &folder, const QString &plain, const QString &hover, const QString &click);
@@ -78,7 +81,7 @@ QString focusFrame(const QString &widgetClass);
 QString choiceButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked);
 /** A hint over a control, for the widget below which the hints belong. */
 QString toolTip();
-/** A checkable switch, by object name: "Open.png" when checked and "Close.png" when not. */
+/** A checkable switch, by object name: "Open.png" when checked and "Close.png" when not, and both with "Hover". */
 QString switchButton(const QString &folder, const QString &objectName);
 /** A frame, by object name, with a picture as background. */
 QString frameBackground(const QString &folder, const QString &objectName, const QString &picture);

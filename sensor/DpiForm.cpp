@@ -172,8 +172,10 @@ void DpiForm::styleBar(int level, bool selected)
     bar(level)->setStyleSheet(
         QStringLiteral(
             "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
-            "background-color:rgb(%1);background-image: url(%2%3);}")
-            .arg(colour(level), folder, selected ? QStringLiteral("MaxB.png") : QStringLiteral("MinB.png")));
+            "background-color:rgb(%1);background-image: url(%2%3);}"
+            "QToolButton:hover{border:1px solid rgb(%4);}")
+            .arg(colour(level), folder, selected ? QStringLiteral("MaxB.png") : QStringLiteral("MinB.png"),
+                 Theme::rgb(Theme::Colour::ComboxTextColor)));
 }
 
 int DpiForm::checkedCard() const { return firstChecked(cards); }

@@ -4,6 +4,7 @@
 #include "ui/MyConmboBox.h"
 
 #include <QListView>
+#include <QScrollBar>
 
 namespace {
 
@@ -12,11 +13,16 @@ constexpr int visibleRows = 5;
 /** Some styles pop up every item like a menu unless told otherwise. */
 const char *const listPopup = "QComboBox{combobox-popup: 0;}";
 
-/** The states that the shared template leaves out: what has the keyboard, and what can't be used now. */
+/** The letters keep off the edge of the list; the border has every row drawn by the sheet, not the selected one alone.
+ */
+const char *const listRow = "QListView::item{padding-left: 6px;border: 0px;}";
+
+/** The states that the shared template leaves out: under the mouse, with the keyboard, and what can't be used now. */
 QString states()
 {
-    return QStringLiteral("QComboBox:focus{border: 1px solid rgb(%1);border-radius: 4px;border-image: none;"
-                          "background: rgb(%2);}QComboBox:disabled{color: rgb(%3);}")
+    return QStringLiteral("QComboBox:hover,QComboBox:focus{border: 1px solid rgb(%3);border-radius: 4px;"
+                          "border-image: none;background: rgb(%2);}QComboBox:focus{border-color: rgb(%1);}"
+                          "QComboBox:disabled{color: rgb(%3);}QComboBox::down-arrow:disabled{image: none;}")
         .arg(Theme::rgb(Theme::Colour::SliderColor), Theme::rgb(Theme::Tone::Sunken), Theme::rgb(Theme::Tone::Faint));
 }
 
@@ -29,7 +35,11 @@ QListView *styleCombo(MyConmboBox *combo, const char *folder)
     combo->setView(list);
     combo->setMaxVisibleItems(visibleRows);
     combo->setStyleSheet(Theme::comboBox(Theme::pictureFolder(folder)) + QLatin1String(listPopup) + states());
-    list->setStyleSheet(Theme::comboBoxList() + Theme::scrollBar());
+    list->setStyleSheet(Theme::comboBoxList() + QLatin1String(listRow));
+    list->verticalScrollBar()->setStyleSheet(Theme::scrollBar());
+    // The list has an edge of its own; the style takes the frame round it away only when a page gets a sheet later on.
+    if (auto *const frame = qobject_cast<QFrame *>(list->parentWidget()))
+        frame->setFrameShape(QFrame::NoFrame);
     // A style that pops up like a menu has switched it off, and nothing would tell that there is more.
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     return list;
