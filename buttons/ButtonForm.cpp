@@ -2,6 +2,7 @@
 
 #include "buttons/PlainTextButton.h"
 #include "sensor/DebounceTime.h"
+#include "ui/FormParts.h"
 #include "ui/MyConmboBox.h"
 #include "ui/MyToolButton.h"
 
@@ -48,19 +49,10 @@ constexpr int numberPoints = 10;
 
 QFont fontOf(int points) { return QFont(QStringLiteral("微软雅黑"), points); }
 
-template<typename Widget>
-Widget *add(QWidget *parent, const char *name, const QRect &place)
-{
-    auto *widget = new Widget(parent);
-    widget->setObjectName(QLatin1String(name));
-    widget->setGeometry(place);
-    return widget;
-}
-
 template<typename Button>
 Button *addButton(QWidget *parent, const char *name, const QRect &place, const char *text, bool isCheckable)
 {
-    auto *button = add<Button>(parent, name, place);
+    auto *button = addPlaced<Button>(parent, name, place);
     button->setText(QString::fromUtf8(text));
     button->setFont(fontOf(textPoints));
     button->setCheckable(isCheckable);
@@ -130,7 +122,7 @@ void ButtonForm::build(QWidget *parent)
     NumberGroup = makeGroup(parent);
 
     buildNumbers(parent);
-    groupBox = add<QFrame>(parent, "groupBox", {0, stripTop, pageSize.width(), columnTop + listPlace.height()});
+    groupBox = addPlaced<QFrame>(parent, "groupBox", {0, stripTop, pageSize.width(), columnTop + listPlace.height()});
     buildRows();
     buildLists();
     buildIdlePage();
@@ -140,7 +132,7 @@ void ButtonForm::build(QWidget *parent)
 
 void ButtonForm::buildNumbers(QWidget *parent)
 {
-    widget = add<QWidget>(parent, "widget", picturePlace);
+    widget = addPlaced<QWidget>(parent, "widget", picturePlace);
     for (int row = 0; row < rowCount; ++row) {
         const auto index = std::size_t(row);
         numbers[index] = addButton<PlainTextButton>(widget, KeyCatalogue::rows[index].number,
@@ -161,7 +153,7 @@ void ButtonForm::buildRows()
     rowArea->setWidget(content);
     for (int row = 0; row < rowCount; ++row) {
         const KeyCatalogue::Row &entry = KeyCatalogue::rows[std::size_t(row)];
-        auto *label = add<QLabel>(content, entry.numberLabel, firstRowNumber.translated(0, row * rowPitch));
+        auto *label = addPlaced<QLabel>(content, entry.numberLabel, firstRowNumber.translated(0, row * rowPitch));
         label->setText(QString::number(row + 1));
         label->setFont(fontOf(numberPoints));
         label->setAlignment(Qt::AlignCenter);
@@ -173,8 +165,8 @@ void ButtonForm::buildRows()
 
 void ButtonForm::buildLists()
 {
-    stackedWidget = add<QStackedWidget>(groupBox, "stackedWidget", listPlace);
-    page = add<QWidget>(nullptr, "page", {});
+    stackedWidget = addPlaced<QStackedWidget>(groupBox, "stackedWidget", listPlace);
+    page = addPlaced<QWidget>(nullptr, "page", {});
     stackedWidget->addWidget(page);
     page_2 = makeList("page_2");
     stackedWidget->addWidget(page_2);
@@ -188,16 +180,16 @@ void ButtonForm::buildLists()
         entries.insert(button->objectName(), button);
     }
 
-    stackedWidget_2 = add<QStackedWidget>(groupBox, "stackedWidget_2", smallListPlace);
+    stackedWidget_2 = addPlaced<QStackedWidget>(groupBox, "stackedWidget_2", smallListPlace);
     for (const ListPage &each : listPages) {
         QWidget *&made = lists[std::size_t(each.list)];
         if (each.list == List::Idle) {
-            made = add<QWidget>(nullptr, each.name, {});
+            made = addPlaced<QWidget>(nullptr, each.name, {});
         } else {
             auto *area = makeList(each.name);
             made = area;
             if (each.list == List::Macros) {
-                MacroListWidget = add<QWidget>(nullptr, "MacroListWidget", {0, 0, 205, 220});
+                MacroListWidget = addPlaced<QWidget>(nullptr, "MacroListWidget", {0, 0, 205, 220});
                 area->setWidget(MacroListWidget);
             }
         }
@@ -220,8 +212,8 @@ void ButtonForm::buildLists()
 
 void ButtonForm::buildIdlePage()
 {
-    groupBox_2 = add<QFrame>(lists[std::size_t(List::Idle)], "groupBox_2", debouncePlace);
-    label_3 = add<QLabel>(groupBox_2, "label_3", {0, 0, debouncePlace.width(), 24});
+    groupBox_2 = addPlaced<QFrame>(lists[std::size_t(List::Idle)], "groupBox_2", debouncePlace);
+    label_3 = addPlaced<QLabel>(groupBox_2, "label_3", {0, 0, debouncePlace.width(), 24});
     label_3->setFont(fontOf(textPoints));
     DebunceButton = new DebounceTime(groupBox_2);
     DebunceButton->setObjectName(QStringLiteral("DebunceButton"));
@@ -231,7 +223,7 @@ void ButtonForm::buildIdlePage()
 
 void ButtonForm::buildProfile(QWidget *parent)
 {
-    ProjectChoose = add<MyConmboBox>(parent, "ProjectChoose", chooserPlace);
+    ProjectChoose = addPlaced<MyConmboBox>(parent, "ProjectChoose", chooserPlace);
     ProjectChoose->setFont(fontOf(textPoints));
     // The page comes up without a control that has the keyboard: an arrow key would change the profile.
     ProjectChoose->setFocusPolicy(Qt::ClickFocus);

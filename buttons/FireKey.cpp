@@ -1,6 +1,7 @@
 #include "buttons/FireKey.h"
 
 #include "productdata/Theme.h"
+#include "ui/FormParts.h"
 
 #include <QFrame>
 #include <QLabel>
@@ -28,9 +29,8 @@ constexpr PromptDescription description{
 
 QLabel *addLabel(QFrame *frame, const char *name, const char *text, const QRect &place)
 {
-    auto *label = new QLabel(QString::fromUtf8(text), frame);
-    label->setObjectName(QLatin1String(name));
-    label->setGeometry(place);
+    auto *label = addPlaced<QLabel>(frame, name, place);
+    label->setText(QString::fromUtf8(text));
     label->setFont(QFont(QStringLiteral("微软雅黑"), points));
     label->setStyleSheet(Theme::label());
     return label;
@@ -59,9 +59,7 @@ FireKey::FireKey()
 
 QSpinBox *FireKey::addNumber(const char *name, const QRect &place, int minimum, int maximum, int value)
 {
-    auto *number = new QSpinBox(frame());
-    number->setObjectName(QLatin1String(name));
-    number->setGeometry(place);
+    auto *number = addPlaced<QSpinBox>(frame(), name, place);
     number->setFont(label()->font());
     number->setStyleSheet(Theme::spinBox() + Theme::focusFrame(QStringLiteral("QSpinBox")));
     number->setButtonSymbols(QAbstractSpinBox::NoButtons);

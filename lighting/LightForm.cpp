@@ -4,6 +4,7 @@
 #include "lighting/LightTables.h"
 #include "sensor/StopCloseTime.h"
 #include "ui/ComboStyle.h"
+#include "ui/FormParts.h"
 #include "ui/MyConmboBox.h"
 #include "ui/NumberBox.h"
 
@@ -88,18 +89,9 @@ constexpr int presetSize = 28;
 constexpr QPoint presetPitch(47, 40);
 constexpr int presetsInRow = 7;
 
-template<typename Widget>
-Widget *add(QWidget *page, const char *name, const QRect &place)
-{
-    auto *widget = new Widget(page);
-    widget->setObjectName(QLatin1String(name));
-    widget->setGeometry(place);
-    return widget;
-}
-
 QToolButton *addButton(QWidget *page, const char *name, const QRect &place)
 {
-    auto *button = add<QToolButton>(page, name, place);
+    auto *button = addPlaced<QToolButton>(page, name, place);
     button->setFocusPolicy(Qt::NoFocus);
     return button;
 }
@@ -108,18 +100,18 @@ QToolButton *addButton(QWidget *page, const char *name, const QRect &place)
 
 void LightForm::build(QWidget *page)
 {
-    stage = add<LightStage>(page, "stage", stageWithColour);
+    stage = addPlaced<LightStage>(page, "stage", stageWithColour);
     for (const QRect &rule : rules)
-        add<QFrame>(page, "rule", rule);
+        addPlaced<QFrame>(page, "rule", rule);
     buildLabels(page);
-    LightMod = add<MyConmboBox>(page, "LightMod", effectPlace);
+    LightMod = addPlaced<MyConmboBox>(page, "LightMod", effectPlace);
     styleCombo(LightMod, "Light");
     for (const LightTables::Effect &effect : LightTables::effects)
         LightMod->addItem(QString::fromUtf8(effect.defaultText));
     buildLevels(page);
     RippeControl = addButton(page, "RippeControl", switchPlace);
     RippeControl->setCheckable(true);
-    frameClose = add<StopCloseTime>(page, "frameClose", idlePlace);
+    frameClose = addPlaced<StopCloseTime>(page, "frameClose", idlePlace);
     buildColour(page);
     buildPresets(page);
 }
@@ -127,7 +119,7 @@ void LightForm::build(QWidget *page)
 void LightForm::buildLabels(QWidget *page)
 {
     for (const LabelPlace &entry : labels) {
-        auto *made = add<QLabel>(page, entry.name, entry.place);
+        auto *made = addPlaced<QLabel>(page, entry.name, entry.place);
         made->setText(QString::fromUtf8(entry.text));
         this->*entry.member = made;
         if (entry.inColourPanel)
@@ -152,7 +144,7 @@ void LightForm::buildColour(QWidget *page)
 {
     for (const ChannelPlace &entry : channels) {
         auto *reduce = addButton(page, entry.reduceName, {entry.left, channelTop + 2, 20, 20});
-        auto *value = add<QSpinBox>(page, entry.valueName, {entry.left + 23, channelTop, 34, 24});
+        auto *value = addPlaced<QSpinBox>(page, entry.valueName, {entry.left + 23, channelTop, 34, 24});
         styleNumberBox(value);
         value->setFocusPolicy(Qt::ClickFocus);
         value->setRange(0, 255);

@@ -4,6 +4,7 @@
 #include "macro/MacroTimeLine.h"
 #include "macro/RepeatCode.h"
 #include "ui/FittedText.h"
+#include "ui/FormParts.h"
 #include "ui/MyConmboBox.h"
 #include "ui/PageFont.h"
 
@@ -80,18 +81,9 @@ constexpr QRect numberPlace(762, 164, 80, 24);
 /** Hairlines between the groups on the right. */
 constexpr QRect rules[] = {{588, 149, 254, 1}, {588, 297, 254, 1}, {588, 371, 254, 1}};
 
-template<typename Widget>
-Widget *add(QWidget *page, const char *name, const QRect &place)
-{
-    auto *widget = new Widget(page);
-    widget->setObjectName(QLatin1String(name));
-    widget->setGeometry(place);
-    return widget;
-}
-
 QSpinBox *addNumber(QWidget *page, const char *name, const QRect &place, int minimum, int maximum)
 {
-    auto *number = add<QSpinBox>(page, name, place);
+    auto *number = addPlaced<QSpinBox>(page, name, place);
     number->setButtonSymbols(QAbstractSpinBox::NoButtons);
     number->setAlignment(Qt::AlignCenter);
     number->setFocusPolicy(Qt::ClickFocus);
@@ -101,7 +93,7 @@ QSpinBox *addNumber(QWidget *page, const char *name, const QRect &place, int min
 
 QListWidget *addList(QWidget *page, const char *name, const QRect &place)
 {
-    auto *list = add<QListWidget>(page, name, place);
+    auto *list = addPlaced<QListWidget>(page, name, place);
     list->setUniformItemSizes(true);
     list->setTextElideMode(Qt::ElideRight);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -122,11 +114,11 @@ QButtonGroup *group(QWidget *page, std::initializer_list<QCheckBox *> boxes)
 void MacroForm::build(QWidget *page)
 {
     for (const QRect &rule : rules)
-        add<QFrame>(page, "rule", rule);
+        addPlaced<QFrame>(page, "rule", rule);
     for (const LabelPlace &entry : labels)
-        this->*entry.member = add<QLabel>(page, entry.name, entry.place);
+        this->*entry.member = addPlaced<QLabel>(page, entry.name, entry.place);
     for (const ButtonPlace &entry : buttons) {
-        this->*entry.member = add<QToolButton>(page, entry.name, entry.place);
+        this->*entry.member = addPlaced<QToolButton>(page, entry.name, entry.place);
         (this->*entry.member)->setFocusPolicy(Qt::NoFocus); // none that a recorded key could press
     }
     buildLists(page);
@@ -140,13 +132,13 @@ void MacroForm::buildLists(QWidget *page)
     listWidgetHong = addList(page, "listWidgetHong", macrosPlace);
     listWidgetHong->setContextMenuPolicy(Qt::CustomContextMenu);
     listWidgetKey = addList(page, "listWidgetKey", rowsPlace);
-    hint = add<QLabel>(listWidgetKey, "hint", QRect(QPoint(), rowsPlace.size()).adjusted(24, 24, -24, -24));
+    hint = addPlaced<QLabel>(listWidgetKey, "hint", QRect(QPoint(), rowsPlace.size()).adjusted(24, 24, -24, -24));
     hint->setWordWrap(true);
     hint->setAlignment(Qt::AlignCenter);
     hint->setAttribute(Qt::WA_TransparentForMouseEvents);
     hint->hide();
-    timeLine = add<MacroTimeLine>(page, "timeLine", timeLinePlace);
-    ChooseEvent = add<MyConmboBox>(page, "ChooseEvent", choosePlace);
+    timeLine = addPlaced<MacroTimeLine>(page, "timeLine", timeLinePlace);
+    ChooseEvent = addPlaced<MyConmboBox>(page, "ChooseEvent", choosePlace);
     ChooseEvent->setFocusPolicy(Qt::NoFocus);
     ChooseEvent->addItem(QString());
     for (const MacroTables::EventChoice &choice : MacroTables::eventChoices)
@@ -155,15 +147,15 @@ void MacroForm::buildLists(QWidget *page)
 
 void MacroForm::buildRecording(QWidget *page)
 {
-    StartRecord = add<QPushButton>(page, "StartRecord", recordPlace);
-    StopRecord = add<QPushButton>(page, "StopRecord", recordPlace);
+    StartRecord = addPlaced<QPushButton>(page, "StartRecord", recordPlace);
+    StopRecord = addPlaced<QPushButton>(page, "StopRecord", recordPlace);
     for (QPushButton *button : {StartRecord, StopRecord}) {
         button->setFocusPolicy(Qt::NoFocus);
         button->setAutoDefault(false);
     }
     StopRecord->hide();
     for (const BoxPlace &entry : delayBoxes) {
-        this->*entry.member = add<QCheckBox>(page, entry.name, entry.place);
+        this->*entry.member = addPlaced<QCheckBox>(page, entry.name, entry.place);
         (this->*entry.member)->setFocusPolicy(Qt::NoFocus);
     }
     group(page, {AutoInsertDelay, DefaultDelay});
@@ -175,7 +167,7 @@ void MacroForm::buildRecording(QWidget *page)
 void MacroForm::buildRepeat(QWidget *page)
 {
     for (const BoxPlace &entry : repeatBoxes) {
-        this->*entry.member = add<QCheckBox>(page, entry.name, entry.place);
+        this->*entry.member = addPlaced<QCheckBox>(page, entry.name, entry.place);
         (this->*entry.member)->setFocusPolicy(Qt::NoFocus);
     }
     repeatGroup = group(page, {ReUntilLoose, ReUntilClick, ReNumber, ReUntil});

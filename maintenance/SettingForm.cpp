@@ -1,5 +1,6 @@
 #include "maintenance/SettingForm.h"
 
+#include "ui/FormParts.h"
 #include "ui/LanguageList.h"
 #include "ui/MyButton.h"
 #include "ui/MyConmboBox.h"
@@ -124,20 +125,11 @@ constexpr int lightPitch = 40;
 /** Hairlines between the sections. The last two belong to the sections below them. */
 constexpr QRect rules[] = {{48, 180, 786, 1}, {48, 312, 786, 1}, {48, 424, 786, 1}};
 
-template<typename Widget>
-Widget *add(QWidget *parent, const char *name, const QRect &place)
-{
-    auto *widget = new Widget(parent);
-    widget->setObjectName(QLatin1String(name));
-    widget->setGeometry(place);
-    return widget;
-}
-
 /** Space pairs the mouse wherever it is pressed, so nothing that it would trigger takes the keyboard. */
 template<typename Button>
 Button *addButton(QWidget *parent, const char *name, const QRect &place)
 {
-    Button *const button = add<Button>(parent, name, place);
+    Button *const button = addPlaced<Button>(parent, name, place);
     button->setFocusPolicy(Qt::NoFocus);
     return button;
 }
@@ -155,7 +147,7 @@ void SettingForm::build(QWidget *page)
     buildChoices();
     QVector<QFrame *> lines;
     for (const QRect &rule : rules)
-        lines += add<QFrame>(content, "rule", rule);
+        lines += addPlaced<QFrame>(content, "rule", rule);
     longRangeSection = {titles[4], label_11, checkBox_2, textEdit, lines[1]};
     lightSection = {titles[5], label_14, textEdit_2, textEdit_3, textEdit_4, lines[2]};
     for (QRadioButton *mode : lightModes)
@@ -167,7 +159,7 @@ void SettingForm::build(QWidget *page)
 
 void SettingForm::buildScrollArea(QWidget *page)
 {
-    scrollArea = add<QScrollArea>(page, "scrollArea", {{0, scrollTop}, QSize(contentWidth, pageSize.height())});
+    scrollArea = addPlaced<QScrollArea>(page, "scrollArea", {{0, scrollTop}, QSize(contentWidth, pageSize.height())});
     scrollArea->setFrameShape(QFrame::NoFrame);
     scrollArea->setFocusPolicy(Qt::NoFocus);
     scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -178,19 +170,19 @@ void SettingForm::buildScrollArea(QWidget *page)
     // Both fill themselves otherwise, and the window's ground is to be seen through the page.
     scrollArea->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
-    background = add<QFrame>(content, "background", {panelLeft, panelTop, panelWidth, shortPage.panelHeight});
+    background = addPlaced<QFrame>(content, "background", {panelLeft, panelTop, panelWidth, shortPage.panelHeight});
 }
 
 void SettingForm::buildLabels()
 {
     for (const LabelPlace &entry : labels) {
-        auto *const made = add<QLabel>(content, entry.name, entry.place);
+        auto *const made = addPlaced<QLabel>(content, entry.name, entry.place);
         made->setText(QString::fromUtf8(entry.text));
         this->*entry.member = made;
     }
     for (QLabel *message : {label_12, label_13})
         message->setWordWrap(true);
-    label = add<QLabel>(content, "label", versionPlace);
+    label = addPlaced<QLabel>(content, "label", versionPlace);
     label->setText(QStringLiteral("驱动版本: v" HALVARION_VERSION));
     label->setIndent(24); // not as padding: FittedText sets margins of its own over one of the style sheet
     for (int index = 0; index < int(std::size(titlePlaces)); ++index) {
@@ -202,7 +194,7 @@ void SettingForm::buildLabels()
 void SettingForm::buildTexts()
 {
     for (const TextPlace &entry : texts) {
-        auto *const made = add<QTextEdit>(content, entry.name, entry.place);
+        auto *const made = addPlaced<QTextEdit>(content, entry.name, entry.place);
         made->setFrameShape(QFrame::NoFrame);
         made->setReadOnly(true);
         made->setTextInteractionFlags(Qt::NoTextInteraction);
@@ -230,7 +222,7 @@ void SettingForm::buildButtons()
 
 void SettingForm::buildChoices()
 {
-    comboBox = add<MyConmboBox>(content, "comboBox", languagePlace);
+    comboBox = addPlaced<MyConmboBox>(content, "comboBox", languagePlace);
     comboBox->setFocusPolicy(Qt::NoFocus); // as the buttons
     fillLanguageList(*comboBox);
     checkBox = addButton<QCheckBox>(content, "checkBox", startPlace);
