@@ -13,6 +13,7 @@
 #include "maintenance/MismatchCheck.h"
 #include "maintenance/PairingRun.h"
 #include "platform/Registry.h"
+#include "platform/WindowSystem.h"
 #include "portwire/portwire.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/ModelData.h"
@@ -23,12 +24,11 @@
 #include "ui_DialogMain.h"
 
 #include <QCloseEvent>
-#include <QCursor>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
-#include <QTimer>
+#include <QWindow>
 
 #include <utility>
 
@@ -102,7 +102,7 @@ void DialogMain::SlotChangeMainDialog(int index)
 
 void DialogMain::SlotUpPageLight() {}
 
-// Tray and exit ------------------------------------------------------------------------------------------------------
+// Exit ---------------------------------------------------------------------------------------------------------------
 
 void DialogMain::SlotChangeSize(int index)
 {
@@ -110,74 +110,6 @@ void DialogMain::SlotChangeSize(int index)
         toTray();
     else if (index == 1 || index == 3)
         leave();
-}
-
-/** While the window is away no prompt opens over what the user does instead. */
-void DialogMain::setAway(bool isAway)
-{
-    WindowAway = isAway;
-    if (!isAway)
-        QTimer::singleShot(0, this, &DialogMain::openWhatIsDue); // this may be an event of the window itself
-}
-
-void DialogMain::openWhatIsDue()
-{
-    if (WindowAway || !DeviceEntered)
-        return;
-    deviceWindow->windowCameBack();
-    if (const auto index = std::exchange(dueNotice, std::nullopt); index && OfflineWaiting)
-        SlotMouseOffLine(*index);
-}
-
-void DialogMain::toTray()
-{
-    setAway(true);
-    ReportLink::tellProgramStatus();
-    if (!QSystemTrayIcon::isSystemTrayAvailable()) {
-        showMinimized(); // without a tray a hidden window would be lost
-        return;
-    }
-    hide();
-    // Made anew at each trip: the texts are those of the present language.
-    trayMenu = std::make_unique<QMenu>();
-    trayMenu->addAction(mainText, this, &DialogMain::slotActionMain);
-    trayMenu->addSeparator();
-    trayMenu->addAction(exitText, this, &DialogMain::slotActionExitApp);
-    tray->setContextMenu(trayMenu.get());
-    tray->show();
-}
-
-void DialogMain::fromTray()
-{
-    showNormal();
-    raise();
-    activateWindow();
-    tray->hide();
-    setAway(false);
-}
-
-void DialogMain::on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reason)
-{
-    switch (reason) {
-    case QSystemTrayIcon::Context:
-        if (trayMenu)
-            trayMenu->popup(QCursor::pos());
-        break;
-    case QSystemTrayIcon::DoubleClick:
-        fromTray();
-        break;
-    case QSystemTrayIcon::Trigger:
-        slotActionMain();
-        break;
-    default:
-        break;
-    }
-}
-
-void DialogMain::slotActionMain()
-{
-    fromTray();
-    ReportLink::tellProgramStatus();
 }
 
 /** Takes the orderly way out as well: ending in the middle of a report would be an accident that waits to happen. */
@@ -205,19 +137,6 @@ void DialogMain::closeEvent(QCloseEvent *event)
     QDialog::closeEvent(event);
     if (!Wait::isEnding())
         leaveFromHere();
-}
-
-/** The desktop's own ways to minimise the window and to bring it back tell nobody but the window. */
-void DialogMain::changeEvent(QEvent *event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() != QEvent::WindowStateChange)
-        return;
-    const bool wasMinimized = static_cast<QWindowStateChangeEvent *>(event)->oldState() & Qt::WindowMinimized;
-    if (wasMinimized == isMinimized())
-        return;
-    setAway(isMinimized());
-    ReportLink::tellProgramStatus();
 }
 
 // Prompts ------------------------------------------------------------------------------------------------------------
@@ -298,8 +217,15 @@ void DialogMain::mousePressEvent(QMouseEvent *event) { dragOffset = event->globa
 
 void DialogMain::mouseMoveEvent(QMouseEvent *event)
 {
-    if ((event->buttons() & Qt::LeftButton) && !isMaximized() && !dragOffset.isNull())
+    if (!(event->buttons() & Qt::LeftButton) || isMaximized() || dragOffset.isNull())
+        return;
+    if (platform::windowsRuleThemselves()) {
         move(event->globalPos() - dragOffset);
+        return;
+    }
+    dragOffset = {}; // the compositor takes the mouse from here to the release, which never comes
+    if (!windowHandle()->startSystemMove())
+        qWarning("the compositor doesn't move the window");
 }
 
 void DialogMain::mouseReleaseEvent(QMouseEvent *) { dragOffset = {}; }

@@ -44,6 +44,7 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void takeInstallersLanguage();
@@ -52,6 +53,8 @@ private:
     void pairByKey();
     void toTray();
     void fromTray();
+    void watchUntilBack();
+    void comeBackUntold();
     void leaveFromHere();
     void leave();
 
@@ -64,5 +67,6 @@ private:
     std::optional<int> dueNotice; ///< index of the offline prompt that would have opened while the window was away
     QString mainText;
     QString exitText;
-    QPoint dragOffset; ///< from the window's place to the mouse at the press; (0, 0) means no drag
+    bool isAwayUntold = false; ///< minimised by a compositor that won't tell when the window is back
+    QPoint dragOffset;         ///< from the window's place to the mouse at the press; (0, 0) means no drag
 };

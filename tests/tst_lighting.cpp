@@ -1,6 +1,7 @@
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "lighting/LightStage.h"
+#include "lighting/ScreenColour.h"
 #include "support/Controls.h"
 #include "support/PageBench.h"
 #include "support/Screen.h"
@@ -33,6 +34,7 @@ private Q_SLOTS:
     void colourSteps();
     void everyPreset();
     void stripPicksWhatIsOnShow();
+    void stripOfAHiddenScreen();
     void stripThatCannotBePicked();
     void pressLeavesTheNumbers();
 
@@ -245,6 +247,23 @@ void LightingTest::stripPicksWhatIsOnShow()
     overlay.setGeometry(strip->geometry());
     overlay.show();
     QTRY_VERIFY((pressOnStrip(150, Qt::RightButton), colour() == QList<int>{18, 52, 86}));
+}
+
+/** What Wayland gives instead of the screen: nothing, and to a program of X11 a black picture. */
+void LightingTest::stripOfAHiddenScreen()
+{
+    hold(someRecord());
+    auto *const strip = find<QLabel>("label_7");
+    const QPoint place = strip->mapToGlobal({231, 17});
+    QImage black(2, 2, QImage::Format_RGB32);
+    black.fill(Qt::black);
+    for (const QImage &capture : {QImage(), black}) {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("colour is that of the window"));
+        QCOMPARE(colourOnShow(capture, place), strip->pixmap(Qt::ReturnByValue).toImage().pixelColor(231, 17));
+    }
+    strip->setStyleSheet("background: black;");
+    strip->setPixmap(QPixmap());
+    QCOMPARE(colourOnShow(black, place), QColor(Qt::black)); // and nothing to complain of
 }
 
 void LightingTest::stripThatCannotBePicked()

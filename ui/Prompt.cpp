@@ -2,6 +2,7 @@
 
 #include "app/hub/PostMsg.h"
 #include "platform/KeyboardFocus.h"
+#include "platform/WindowSystem.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/Theme.h"
 #include "productdata/UserSettings.h"
@@ -15,6 +16,8 @@
 #include <QScreen>
 #include <QToolButton>
 #include <QWindow>
+
+#include <utility>
 
 namespace {
 
@@ -122,6 +125,18 @@ void Prompt::centreOn(const QWidget *caller, QPoint offset)
     if (primary && !primary->virtualGeometry().intersects(target))
         target.moveCenter(middle.center());
     move(target.topLeft());
+    if (!platform::windowsRuleThemselves())
+        leavePlaceToCompositor(caller);
+}
+
+/** It puts a window that belongs to another one over it, most of them in its middle, and gives it the keyboard. */
+void Prompt::leavePlaceToCompositor(const QWidget *caller)
+{
+    static bool isSaid = false;
+    if (!std::exchange(isSaid, true))
+        qWarning("Wayland lets no window choose its place: the compositor places the prompts");
+    create(); // there is no window before
+    windowHandle()->setTransientParent(caller ? caller->window()->windowHandle() : nullptr);
 }
 
 void Prompt::SlotChangeLanguage(int index)
@@ -225,6 +240,8 @@ bool Prompt::eventFilter(QObject *watched, QEvent *event)
 
 void Prompt::takeKeyboard()
 {
+    if (!platform::windowsRuleThemselves())
+        return; // the compositor gave it to the window when it put that on the screen
     activateWindow();
     platform::takeKeyboardFocus(winId());
 }
@@ -242,7 +259,7 @@ void Prompt::giveKeyboardBack()
         }
     }
     // Whoever took the keyboard since keeps it.
-    if (!isActiveWindow())
+    if (!isActiveWindow() || !platform::windowsRuleThemselves())
         return;
     if (formerFocusWindow && formerFocusWindow->isVisible())
         formerFocusWindow->requestActivate();

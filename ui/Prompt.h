@@ -55,7 +55,10 @@ class Prompt : public QDialog
 public:
     ~Prompt() override;
 
-    /** Moves it to the middle of the caller, then by `offset`; to the middle of the screen without a caller. */
+    /**
+     * Moves it to the middle of the caller, then by `offset`; to the middle of the screen without a caller. Under
+     * Wayland it is only said to belong to the caller, and stands where the compositor puts it.
+     */
     void centreOn(const QWidget *caller, QPoint offset = {});
 
     /** True if it was left by its confirm button. False until then, and after every other way out. */
@@ -98,6 +101,7 @@ protected:
 private:
     void addButtons(const PromptDescription &description);
     void setStyles(const PromptDescription &description);
+    void leavePlaceToCompositor(const QWidget *caller);
     void takeKeyboard();
     void giveKeyboardBack();
 

@@ -1,0 +1,3 @@
+#include "platform/WindowSystem.h"
+
+bool platform::windowsRuleThemselves() { return true; }
