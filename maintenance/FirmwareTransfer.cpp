@@ -8,6 +8,7 @@
 #include "productdata/FirmwareImages.h"
 #include "productdata/ModelData.h"
 
+#include <QDeadlineTimer>
 #include <QDebug>
 
 #include <algorithm>
@@ -16,6 +17,12 @@ namespace {
 
 /** How long a device may get no further until its update has failed, in ms. */
 constexpr int patience = 10000;
+
+/**
+ * Progress is told no more often than that, in ms. A step costs the windows up to some ms, and from a device that
+ * answers at once a hundred would come without a pause: nobody could see them, and nothing else would be served.
+ */
+constexpr int tellInterval = 40;
 
 constexpr int partCount = 4;
 
@@ -34,6 +41,18 @@ std::optional<Message> readMessage(const std::uint8_t *message, int length)
     if (!message || length < 3 || message[0] != upgrade || (message[1] != progress && message[1] != end))
         return std::nullopt;
     return Message{message[1] == end, message[1] == end ? message[2] : std::min<int>(message[2], 100)};
+}
+
+/** Whether this step is told; both ends always are. On the thread of the library, which takes one transfer at a time.
+ */
+bool isTold(int percent)
+{
+    static std::atomic<qint64> next{0};
+    const qint64 now = QDeadlineTimer::current().deadline();
+    if (percent > 0 && percent < 100 && now < next)
+        return false;
+    next = now + Wait::scaled(tellInterval);
+    return true;
 }
 
 /** What is written now. Never destroyed: the library may end a transfer when the program has ended. */
@@ -94,7 +113,7 @@ void onRunMessage(const std::uint8_t *bytes, int length)
         return;
     if (message->isEnd)
         endRun(*running, message->value == 1);
-    else
+    else if (isTold(message->value))
         postMsg()->post(&PostMsg::SigProgress, message->value, 0);
 }
 
@@ -104,7 +123,8 @@ void onRepairMessage(const std::uint8_t *bytes, int length)
     if (!message || !FirmwareUnderWay)
         return;
     if (!message->isEnd) {
-        postMsg()->post(&PostMsg::SigAutoRepairProgress, message->value);
+        if (isTold(message->value))
+            postMsg()->post(&PostMsg::SigAutoRepairProgress, message->value);
         return;
     }
     const FirmwareTransfer::Subject subject = current().get().subject;

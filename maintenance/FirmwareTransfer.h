@@ -49,11 +49,12 @@ struct Subject
 /**
  * Both take the image of `subject` and return at once.
  *
- * A run tells its progress by `SigProgress`, and its end by `MouseUpdate` or `DongleUpdate`, which is set to Running
- * here, by `SigProgress` and, after a success, by `SigLabelText`. `HotplugWatchEnabled` is the caller's.
+ * A run tells its progress by `SigProgress`, at most 25 times a second, and its end by `MouseUpdate` or `DongleUpdate`,
+ * which is set to Running here, by `SigProgress` and, after a success, by `SigLabelText`. `HotplugWatchEnabled` is the
+ * caller's.
  *
- * A repair tells its progress by `SigAutoRepairProgress` and its end by `SigAutoRepair` and `SigUpDateButton`, and
- * sets `HotplugWatchEnabled` at both ends.
+ * A repair tells its progress by `SigAutoRepairProgress`, as often, and its end by `SigAutoRepair` and
+ * `SigUpDateButton`, and sets `HotplugWatchEnabled` at both ends.
  */
 void startRun(const QByteArray &image, const Subject &subject);
 void startRepair(const QByteArray &image, const Subject &subject);
