@@ -240,10 +240,10 @@ void FirmwareRun::refuse(Device device, Message message)
 {
     sides[device].state = FirmwareTransfer::Nothing;
     finish(device);
-    setMessage(device, message);
-    if (!ContinuedRun)
+    if (!std::exchange(ContinuedRun, false)) {
+        setMessage(device, message);
         return;
-    ContinuedRun = false;
+    }
     // Apart from the step: the steps go on while the prompt stands.
     QTimer::singleShot(0, this, [this, device, message] {
         if (Wait::isEnding())
@@ -308,8 +308,8 @@ void FirmwareRun::SlotContinue(int)
     for (const Device device : {Mouse, Receiver}) {
         const int other = sides[1 - device].state;
         if (sides[device].isAvailable && (other == FirmwareTransfer::Success || other == FirmwareTransfer::UpToDate)) {
-            ContinuedRun = true;
             press(device);
+            ContinuedRun = UpdateRunning;
         }
     }
 }

@@ -22,8 +22,11 @@
 #include <QTemporaryDir>
 #include <QToolButton>
 
+#include <chrono>
 #include <cstdlib>
 #include <memory>
+#include <thread>
+#include <utility>
 
 namespace {
 
@@ -47,6 +50,9 @@ void write(const QString &path, const QByteArray &content)
         qFatal("%s: %s", qPrintable(path), qPrintable(file.errorString()));
 }
 
+/** Moments of an update at which it may be killed: so many for each percent, of 20 us each, from its first picture on.
+ */
+constexpr int momentsPerStep = 1000;
 /** Exit code of a process that ends in the middle of everything. */
 constexpr int killedCode = 77;
 
@@ -124,6 +130,7 @@ private Q_SLOTS:
     void powerLoss();
     void notBegun_data();
     void notBegun();
+    void bothDevices_data();
     void bothDevices();
     void repair_data();
     void repair();
@@ -363,21 +370,32 @@ void FirmwareUpdateTest::notBegun()
     QCOMPARE(text, englishText("FormSetting", shown));
 }
 
-/** The receiver first, by its button; when that is confirmed the mouse follows by itself. */
+void FirmwareUpdateTest::bothDevices_data()
+{
+    addRows({"hand", "versions"}, {"both|plug|9.30 9.20", "the mouse is on no cable|wake|9.30 1.12"});
+}
+
+/** The receiver first, by its button; when that is confirmed the mouse follows by itself, or is asked for its cable. */
 void FirmwareUpdateTest::bothDevices()
 {
-    VirtualMice::tell({"plug", "q1"});
+    QFETCH(QString, hand);
+    QFETCH(QString, versions);
+    VirtualMice::tell({hand, "q1"});
     putImage("q1", 0x0920);
     putImage("4k", 0x0930);
     open("q1");
     QTRY_VERIFY(MouseUpdateAvailable && DongleUpdateAvailable);
+    program->whenShown("UpDateWarning", [] { clickOn(shownPrompt("UpDateWarning"), "NewHong"); });
     press("Receive");
     QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
-    QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
+    if (hand == "plug")
+        QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
     QTRY_VERIFY(!UpdateRunning);
-    QCOMPARE(firmwareOf("q1-4k") + ' ' + firmwareOf("q1"), QString("9.30 9.20"));
     QTest::qWait(200);
     QVERIFY(!UpdateRunning && !shownPrompt("Progress")); // and not in a circle
+    QCOMPARE(firmwareOf("q1-4k") + ' ' + firmwareOf("q1"), versions);
+    QCOMPARE(program->shownPrompts().contains("UpDateWarning"), hand != "plug");
+    QVERIFY(program->find("label_13")->isHidden()); // the prompt has said it
 }
 
 void FirmwareUpdateTest::repair_data()
@@ -481,20 +499,20 @@ void FirmwareUpdateTest::killed()
     QRandomGenerator random(seed);
     for (int round = 0; round < rounds; ++round) {
         const QTemporaryDir home;
-        const int percent = random.bounded(101);
+        const int moment = random.bounded(102 * momentsPerStep);
         for (const bool isFirst : {true, false}) {
             QProcess process;
             QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
             environment.insert("HALVARION_TEST_HOME", home.path());
             if (isFirst)
-                environment.insert("HALVARION_KILL_AT", QString::number(percent));
+                environment.insert("HALVARION_KILL_AT", QString::number(moment));
             process.setProcessEnvironment(environment);
             process.start(QCoreApplication::applicationFilePath(), {"killedProcess"});
             QVERIFY(process.waitForFinished(60000));
             const QByteArray said = process.readAllStandardOutput() + process.readAllStandardError();
             QVERIFY2(process.exitStatus() == QProcess::NormalExit, said.constData());
-            QVERIFY2(process.exitCode() == (isFirst ? killedCode : 0),
-                     (QByteArray::number(percent) + said).constData());
+            const bool wasAlone = isFirst && process.exitCode() == killedCode;
+            QVERIFY2(wasAlone || process.exitCode() == 0, (QByteArray::number(moment) + said).constData());
         }
     }
 }
@@ -509,19 +527,27 @@ void FirmwareUpdateTest::killedProcess()
         open("q1");
         connect(
             postMsg(), &PostMsg::SigProgress, postMsg(),
-            [](int percent, int code) {
-                if (code == 0 && percent >= qEnvironmentVariableIntValue("HALVARION_KILL_AT"))
-                    std::_Exit(killedCode); // nothing is put in order, as when it is killed
+            [isSet = false](int percent, int code) mutable {
+                const int moment = qEnvironmentVariableIntValue("HALVARION_KILL_AT");
+                const int step = code == 3 ? -1 : code == 0 ? percent : 100;
+                if (step < moment / momentsPerStep - 1 || std::exchange(isSet, true))
+                    return;
+                std::thread([moment] {
+                    std::this_thread::sleep_for(std::chrono::microseconds(moment % momentsPerStep * 20));
+                    if (!ModelData::updateFailInfo().isEmpty())
+                        std::_Exit(killedCode); // nothing is put in order, as when it is killed
+                }).detach();
             },
             Qt::DirectConnection);
         press("Mouse");
-        confirmProgress();
+        confirmProgress(); // if it wasn't killed before
         return;
     }
     putImage("q1", 0x0920);
+    const bool isOffered = !ModelData::updateFailInfo().isEmpty();
     program = std::make_unique<Program>();
-    QVERIFY(program->find("Repair")->isVisible());
-    const QStringList said = repairByClicks();
+    QCOMPARE(program->find("Repair")->isVisible(), isOffered);
+    const QStringList said = isOffered ? repairByClicks() : QStringList(englishText("AutoRepair", "UpdateSuccess"));
     const bool wasWritten = said.last() == englishText("AutoRepair", "UpdateSuccess");
     QVERIFY2(wasWritten || said.last() == englishText("AutoRepair", "DeviceWorks"), qPrintable(said.last()));
     QVERIFY(!program->find("Repair")->isVisible() && VirtualMice::device("q1")["mode"] == "normal");
