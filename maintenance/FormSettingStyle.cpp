@@ -25,7 +25,8 @@ const char *const versionLine = "#label{color: rgb(%1);background: rgb(%2);borde
                                 "border-radius: 4px;}";
 /** The window cuts the lower 20 px of the page off, and the handle is to come to its end above them. */
 const char *const scrollPlace = "QScrollBar:vertical{margin: 8px 2px 28px 2px;width: 12px;background: transparent;}";
-const char *const link = "QPushButton{border: 0px;color: rgb(%1);text-align: right;}"
+/** The address ends as far from the right edge of the panel as from the lower one. */
+const char *const link = "QPushButton{border: 0px;padding-right: 10px;color: rgb(%1);text-align: right;}"
                          "QPushButton:hover{text-decoration: underline;}";
 const char *const icon = "QToolButton{border: 0px;background: url(%1%2.png) no-repeat center;}";
 

@@ -94,7 +94,7 @@ constexpr ButtonPlace buttons[] = {
     {&SettingForm::Mouse, "Mouse", "检查更新", {748, 92, 90, 24}},
     {&SettingForm::pushButton, "pushButton", "Windows鼠标属性", {512, 266, 200, 28}},
     {&SettingForm::pushButton_2, "pushButton_2", "配对", {64, 232, 152, 28}},
-    {&SettingForm::pushButton_3, "pushButton_3", "", {710, 540, 124, 22}},
+    {&SettingForm::pushButton_3, "pushButton_3", "", {710, 540, 146, 22}},
     {&SettingForm::pushButton_4, "pushButton_4", "", {490, 560, 212, 22}},
 };
 

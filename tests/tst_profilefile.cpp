@@ -324,8 +324,14 @@ void ProfileFileTest::fileDialogs()
     press("ImportData");
     QCOMPARE(seen[4], QFileInfo(file).absolutePath());
     QVERIFY(program().shownPrompts().contains("InportFail"));
-    answerDialog({});
-    press("ImportData"); // changes his mind
+    const QString gone = folder.filePath("gone");
+    QVERIFY(QDir().mkdir(gone));
+    answerDialog(gone + "/a.bin");
+    press("OutputData");
+    QVERIFY(QDir(gone).removeRecursively());
+    answerDialog({}, look);
+    press("ImportData");                              // changes his mind
+    QCOMPARE(seen.value(seen.size() - 3), QString()); // the folder of before isn't taken for a file
     QVERIFY(!program().shownPrompts().contains("UpDataParam"));
     QVERIFY(!BulkUpdateActive && !program().isPromptShown());
     QCOMPARE(held("q1"), before);

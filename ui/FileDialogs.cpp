@@ -11,6 +11,8 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLibraryInfo>
+#include <QListView>
+#include <QPushButton>
 #include <QSplitter>
 #include <QStandardPaths>
 #include <QTranslator>
@@ -35,20 +37,25 @@ const char *const darkStyle =
     "QScrollBar::handle:horizontal{background: rgb(%7);border-radius: 3px;margin: 1px;min-width: 24px;}"
     "QScrollBar::add-line,QScrollBar::sub-line{width: 0px;}";
 
-constexpr QSize dialogSize(760, 480);
+constexpr QSize dialogSize(860, 480);
 /** Places, then name, size, kind and date of a file, as wide as their usual texts; in pixels. */
 constexpr int placesWidth = 150;
-constexpr int columnWidths[] = {240, 80, 100, 150};
+constexpr int columnWidths[] = {340, 80, 100, 150};
 
 QString lastFolder; // GUI thread only; empty before the first file
 
-/** Where removable disks come up on many a PC; the documents where there is no such place. */
+/**
+ * Where removable disks come up on many a PC; the documents where there is no such place. A dialog takes a folder that
+ * doesn't exist for the name of a file, so the last choice is one that does.
+ */
 QString startFolder()
 {
-    const QString disk = QStringLiteral("G:");
-    if (!lastFolder.isEmpty() && QDir(lastFolder).exists())
-        return lastFolder;
-    return QDir(disk).exists() ? disk : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    for (const QString &folder :
+         {lastFolder, QStringLiteral("G:"), QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}) {
+        if (!folder.isEmpty() && QDir(folder).exists())
+            return folder;
+    }
+    return QDir::homePath();
 }
 
 /** As Qt calls the languages of the program, in their order. */
@@ -74,9 +81,14 @@ private:
     QTranslator translator;
 };
 
-/** Qt's own widths cut off names and dates. */
-void setWidths(const QFileDialog &dialog)
+/** Qt's own widths cut off names and dates, and its pictures come from whatever the desktop has. */
+void arrange(const QFileDialog &dialog)
 {
+    const QList<QPushButton *> buttons = dialog.findChildren<QPushButton *>();
+    for (QPushButton *button : buttons)
+        button->setIcon({});
+    if (auto *const places = dialog.findChild<QListView *>(QStringLiteral("sidebar")))
+        places->setIconSize({16, 16});
     if (auto *const halves = dialog.findChild<QSplitter *>(QStringLiteral("splitter")))
         halves->setSizes({placesWidth, dialogSize.width() - placesWidth});
     if (const auto *const files = dialog.findChild<QTreeView *>(QStringLiteral("treeView"))) {
@@ -97,7 +109,7 @@ QString run(QFileDialog &dialog)
                              Theme::rgb(Tone::Hover), Theme::rgb(Tone::Edge), Theme::rgb(Colour::ComboxSelectColor)) +
                          Theme::scrollBar());
     dialog.resize(dialogSize);
-    setWidths(dialog);
+    arrange(dialog);
     QObject::connect(postMsg(), &PostMsg::SigSecondPageChange, &dialog, &QDialog::reject);
     if (dialog.exec() != QDialog::Accepted)
         return {};
