@@ -4,9 +4,12 @@
 #include "productdata/Theme.h"
 #include "ui/RgbText.h"
 
+#include <QAbstractItemView>
+#include <QHelpEvent>
 #include <QIcon>
 #include <QPainter>
 #include <QPainterPath>
+#include <QToolTip>
 
 namespace {
 
@@ -31,6 +34,13 @@ QPixmap inOneColour(QPixmap picture, const QColor &colour)
     return picture;
 }
 
+/** What a row's picture leaves to its text. */
+QRect textPlace(const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    const bool hasPicture = !index.data(Qt::DecorationRole).value<QIcon>().isNull();
+    return option.rect.adjusted(margin + (hasPicture ? pictureSize + pictureGap : 0), 0, -margin, 0);
+}
+
 } // namespace
 
 RowPainter::RowPainter(QObject *parent) : QStyledItemDelegate(parent), rim(colourOf(Theme::rgb(Theme::Tone::Window))) {}
@@ -46,15 +56,14 @@ void RowPainter::paint(QPainter *painter, const QStyleOptionViewItem &option, co
     if (isSelected)
         painter->fillRect(option.rect, QColor::fromRgba(MacroTables::selectedColour));
 
-    QRect place = option.rect.adjusted(margin, 0, -margin, 0);
     const QIcon picture = index.data(Qt::DecorationRole).value<QIcon>();
     if (!picture.isNull()) {
         QPixmap drawn = picture.pixmap(pictureSize);
         if (isSelected)
             drawn = inOneColour(drawn, rim);
-        painter->drawPixmap(place.left(), place.top() + (rowHeight - pictureSize) / 2, drawn);
-        place.setLeft(place.left() + pictureSize + pictureGap);
+        painter->drawPixmap(option.rect.left() + margin, option.rect.top() + (rowHeight - pictureSize) / 2, drawn);
     }
+    const QRect place = textPlace(option, index);
     const QString text =
         option.fontMetrics.elidedText(index.data().toString(), Qt::ElideRight, place.width(), Qt::TextSingleLine);
     painter->setOpacity(isEnabled ? 1 : disabledTextOpacity);
@@ -72,4 +81,17 @@ void RowPainter::paint(QPainter *painter, const QStyleOptionViewItem &option, co
         painter->drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
     }
     painter->restore();
+}
+
+bool RowPainter::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+                           const QModelIndex &index)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    const QString text = index.data().toString();
+    const bool isWhole = option.fontMetrics.horizontalAdvance(text) <= textPlace(option, index).width();
+    // A name with a tag in it is to be read, not obeyed.
+    const QString whole = QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
+    QToolTip::showText(event->globalPos(), isWhole ? QString() : whole, view);
+    return true;
 }
