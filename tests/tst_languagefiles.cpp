@@ -283,11 +283,6 @@ void TestLanguageFiles::companyLinks()
         const QUrl url(document.text.value(QLatin1String(address)), QUrl::StrictMode);
         QVERIFY2(url.isValid() && url.scheme() == QLatin1String("https") && !url.host().isEmpty(), address);
     }
-    // A language's own entry and the common one are both read; the later must not change what the earlier set.
-    QCOMPARE(document.text.value(QStringLiteral("English/CompanyWeben")),
-             document.text.value(QStringLiteral("Web/CompanyWeben")));
-    QCOMPARE(document.text.value(QStringLiteral("Chinese/CompanyWebcn")),
-             document.text.value(QStringLiteral("Web/CompanyWebcn")));
 }
 
 HALVARION_TEST_MAIN(TestLanguageFiles)

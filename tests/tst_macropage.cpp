@@ -69,6 +69,7 @@ private Q_SLOTS:
     void repeatModes();
     void noRoom();
     void renameAndDelete();
+    void contextMenu();
     void rightClickKeepsRows();
     void undo();
     void recording();
@@ -341,6 +342,14 @@ void MacroPageTest::amend()
 {
     given("m", "A+ 1ms A-");
     list()->setCurrentRow(2);
+    for (const char *refusal : {"NewHong_2", "CloseButton"}) {
+        answer([refusal](QWidget *prompt) {
+            press(prompt, Qt::Key_Escape); // a key like others
+            clickIn(prompt, refusal);
+        });
+        click("Amend");
+    }
+    QCOMPARE(rows(), "A+ 1ms A-");
     answerKey(Qt::Key_F5);
     click("Amend");
     list()->setCurrentRow(1);
@@ -354,7 +363,7 @@ void MacroPageTest::amend()
     list()->setCurrentRow(1);
     click("Amend");
     QCOMPARE(rows(), "B+ 2ms B-");
-    QCOMPARE(prompts.filter("addKey").size(), 1);
+    QCOMPARE(prompts.filter("addKey").size(), 3);
 }
 
 void MacroPageTest::seventyEventsAtMost()
@@ -442,6 +451,25 @@ void MacroPageTest::renameAndDelete()
     QCOMPARE(rows() + QString::number(macros()->currentRow()), "-1");
     click("DeleteHong"); // nothing is selected
     QCOMPARE(MacroFile::names(), QStringList("b"));
+}
+
+void MacroPageTest::contextMenu()
+{
+    given("m", "A+");
+    page->setAskPaths([this](const QString &name) { return prompts += "export " + name, QString(); },
+                      [this](const QString &) { return prompts += "import", QString(); });
+    const QPoint overRow = macros()->visualItemRect(macros()->item(0)).center();
+    for (const auto &[place, entries] : {std::pair(overRow, 3), std::pair(overRow + QPoint(0, 200), 2)}) {
+        for (int entry = 0; entry < entries; ++entry) {
+            Q_EMIT macros()->customContextMenuRequested(place);
+            QWidget *const menu = QApplication::activePopupWidget();
+            QVERIFY(menu && menu->actions().size() == entries);
+            for (int step = 0; step <= entry; ++step)
+                QTest::keyClick(menu, Qt::Key_Down);
+            QTest::keyClick(menu, Qt::Key_Return);
+        }
+    }
+    QCOMPARE(prompts, QStringList({"export m", "QuestionDialog", "DeleteConfirm", "QuestionDialog", "import"}));
 }
 
 void MacroPageTest::rightClickKeepsRows()

@@ -45,7 +45,6 @@ private Q_SLOTS:
     void recordsAreNotTrusted_data();
     void recordsAreNotTrusted();
     void reportsAreNotTrusted();
-    void bulkUpdateOnASlowReceiver();
     void reset_data();
     void reset();
 
@@ -190,7 +189,7 @@ void SensorPageTest::ratesAndModes_data()
     QTest::addColumn<int>("model");
     QTest::addColumn<int>("receiver");
     QTest::addColumn<int>("recordCode");
-    QTest::addColumn<QString>("event"); ///< "click", "report" or none
+    QTest::addColumn<QString>("event"); ///< "click", "report", "bulk" of an update of all settings, or none
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("shown");
     const auto row = [](const char *name, int model, int receiver, int before, const char *event, int code,
@@ -203,6 +202,8 @@ void SensorPageTest::ratesAndModes_data()
     row("class 3 is as 1", 0, 3, 1, "", 0, "3 of 111111 Corded disabled");
     row("a class that says nothing", 0, 9, 2, "", 0, "2 of 111111 Corded disabled");
     row("a code that means nothing", 0, receiver4K, 7, "", 0, "2 of 111111 HP");
+    row("4000 Hz of a file, 1K receiver", 0, receiver1K, 32, "bulk", 0, "3 of 111100 HP");
+    row("4000 Hz of a file, 4K receiver", 0, receiver4K, 32, "bulk", 0, "5 of 111111 Corded disabled");
     row("2000 Hz clicked on a 2K receiver", 0, receiver2K, 1, "click", 16, "3 of 111110 Corded disabled");
     row("4000 Hz clicked on a 2K receiver", 0, receiver2K, 1, "click", 32, "3 of 111110 HP");
     row("500 Hz clicked on the cable", 0, cable, 1, "click", 2, "3 of 111100 Corded disabled");
@@ -227,6 +228,7 @@ void SensorPageTest::ratesAndModes()
     record.ReportRate = std::uint8_t(recordCode);
     WorkingRecord::instance().update([&](FlashDataMap &working) { working = record; });
     select(model, receiver);
+    const FlagScope bulk(BulkUpdateActive, event == "bulk");
     show(record);
     if (event == "click") {
         // What a click leaves behind once the mouse has taken it.
@@ -328,19 +330,6 @@ void SensorPageTest::reportsAreNotTrusted()
     QCOMPARE(screenDifferences(window.get(), reported), QStringList());
     QCOMPARE(working(), before);
     QVERIFY(DeviceWritesEnabled);
-}
-
-void SensorPageTest::bulkUpdateOnASlowReceiver()
-{
-    FlashDataMap record = someRecord();
-    record.ReportRate = 32;
-    const FlagScope bulk(BulkUpdateActive);
-    select(0, receiver1K);
-    show(record);
-    QCOMPARE(shownRates(), QStringLiteral("3 of 111100"));
-    select(0, receiver4K);
-    show(record);
-    QCOMPARE(shownRates(), QStringLiteral("5 of 111111"));
 }
 
 void SensorPageTest::reset_data()

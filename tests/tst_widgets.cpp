@@ -71,7 +71,6 @@ private Q_SLOTS:
     void comboBoxRemembersItsIndex();
     void comboBoxCentresItsText_data();
     void comboBoxCentresItsText();
-    void comboBoxEditable();
     void toolButtonActsAtThePress_data();
     void toolButtonActsAtThePress();
     void deviceButton();
@@ -170,18 +169,6 @@ void WidgetsTest::comboBoxCentresItsText()
     QVERIFY2(ink.isValid() && qAbs(ink.left() - (199 - ink.right())) <= 5,
              qPrintable(QStringLiteral("%1 to %2").arg(ink.left()).arg(ink.right())));
     QVERIFY(ink.right() < 200 && qAbs(ink.top() - (29 - ink.bottom())) <= 4);
-}
-
-void WidgetsTest::comboBoxEditable()
-{
-    MyConmboBox box;
-    QComboBox plain;
-    for (QComboBox *each : {static_cast<QComboBox *>(&box), &plain}) {
-        each->setEditable(true);
-        each->addItem(QStringLiteral("text"));
-        each->setFixedSize(200, 30);
-    }
-    QCOMPARE(box.grab().toImage(), plain.grab().toImage());
 }
 
 void WidgetsTest::toolButtonActsAtThePress_data()
