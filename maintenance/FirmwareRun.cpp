@@ -42,6 +42,13 @@ constexpr StepLabels stepLabels[] = {
     {4, "InDongle4", "InDongle42  ", "InDongle43 "},
 };
 
+bool isSelectedGone()
+{
+    const QString path = SelectInfo().get().Path;
+    const QList<DeviceAllInfo> &all = watchedDevices();
+    return std::none_of(all.begin(), all.end(), [&path](const DeviceAllInfo &entry) { return entry.Path == path; });
+}
+
 enum Step { SelectImage = 0, CountDevices = 1, Started = 2, Waiting = 3, Last = 4 };
 
 } // namespace
@@ -281,8 +288,9 @@ void FirmwareRun::end(Device device)
         side.CheckTimer.stop();
     UpdateRunning = false;
     const bool isContinued = std::exchange(isContinuing, false);
-    // Nobody has looked at the bus meanwhile: the device may have been pulled out right after the end.
-    if (hasStarted && DeviceEntered)
+    // Nobody has looked at the bus while a device was written, and nobody has left the window of one that was pulled
+    // out.
+    if (DeviceEntered && (hasStarted || isSelectedGone()))
         StartUsbChanged(deviceWatch, Wait::scaled(usbQuietTime));
     if (isContinued && DeviceEntered)
         SlotContinue(0);

@@ -115,17 +115,6 @@ struct Bench
         }
         return all;
     }
-    int bootDevices(const std::string &id)
-    {
-        const auto file = firmwareFile(imageFor(id));
-        const char *reason = "";
-        const auto header = readFirmware(file.data(), file.size(), reason);
-        FirmwareSearch search{{}, false};
-        while (!search.isComplete) // on a busy machine an answer may be late
-            search = findUpgradable(*channels, SearchIn::BootMode);
-        return static_cast<int>(std::count_if(search.devices.begin(), search.devices.end(),
-                                              [&](const UpgradableDevice &each) { return each.isFor(*header); }));
-    }
 
     const std::shared_ptr<VirtualBus> bus = VirtualBus::create();
     const std::shared_ptr<TappedBus> tapped = std::make_shared<TappedBus>(bus);
@@ -163,8 +152,6 @@ private Q_SLOTS:
     void survivesALossOfPower();
     void survivesFaults_data();
     void survivesFaults();
-    void refusesAnImage_data();
-    void refusesAnImage();
     void keepsToOneDevice();
     void runsOneAtATime();
     void leavesTheLinkAlone();
@@ -186,13 +173,9 @@ void tst_firmware::upgradesADevice()
     ControlCommands commands(bench.bus, bench.channels);
     const QByteArray settings = bench.settings();
     const auto nodes = bench.bus->enumerate().size();
-    for (const bool isInBoot : {false, true}) {
-        QByteArray shown = commands.run({"firmware", id, "1.1f"}).output;
-        if (isInBoot)
-            shown = commands.run({"boot", id}).output;
-        QVERIFY2(shown.contains(isInBoot ? "\"mode\":\"boot\"" : "\"mode\":\"normal\""), shown.constData());
-        QVERIFY2(shown.contains("\"firmware\":\"1.1f\""), shown.constData());
-        QCOMPARE(bench.bootDevices(name), int{isInBoot});
+    QVERIFY(commands.run({"firmware", id, "1.1f"}).output.contains("\"firmware\":\"1.1f\""));
+    for (const char *mode : {"normal", "boot"}) {
+        QVERIFY(commands.run({"firmware", id}).output.contains(QByteArray("\"mode\":\"") + mode));
         Told::reset();
         QCOMPARE(bench.upgrade(name), 1);
         QCOMPARE(int{bench.device(name).firmware}, newVersion);
@@ -200,15 +183,9 @@ void tst_firmware::upgradesADevice()
         QCOMPARE(bench.settings(), settings);
         QCOMPARE(bench.bus->enumerate().size(), nodes);
         QVERIFY(std::is_sorted(Told::percents.begin(), Told::percents.end()));
-        QCOMPARE(Told::percents.front(), 0);
-        QCOMPARE(Told::percents.back(), 100);
-        QVERIFY(Told::percents.size() > 90);
+        QVERIFY(Told::percents.size() > 90 && Told::percents.front() == 0 && Told::percents.back() == 100);
+        commands.run({"boot", id});
     }
-    const bool isReceiver = bench.device(name).isReceiver;
-    const auto answer = bench.channels->ask(bench.device(name).path,
-                                            {isReceiver ? ReportCode::ReceiverVersion : ReportCode::MouseVersion});
-    QVERIFY(answer);
-    QCOMPARE(answer->payload, (std::vector<std::uint8_t>{newVersion & 0xFF, newVersion >> 8}));
 }
 
 void tst_firmware::survivesALossOfPower_data()
@@ -221,36 +198,23 @@ void tst_firmware::survivesALossOfPower_data()
     }
 }
 
-/** Once it is plugged again in time, once the program is away meanwhile. */
+/** It is plugged again in time: the upgrade goes on by itself. */
 void tst_firmware::survivesALossOfPower()
 {
     QFETCH(QString, id);
     QFETCH(int, percent);
     const std::string name = id.toStdString();
-    for (const bool isInTime : {true, false}) {
-        Bench bench;
-        const QByteArray settings = bench.settings();
-        bench.bus->setPowerLoss(name, percent);
-        bench.start(firmwareFile(imageFor(name)));
-        QTRY_VERIFY(!bench.device(name).isPlugged);
-        if (!isInTime) {
-            bench.upgrades.reset();
-            QCOMPARE(int{bench.device(name).firmware}, name == "q1" ? 0x0112 : 0x010C);
-            bench.bus->setScene(bench.bus->scene());
-            QCOMPARE(bench.bootDevices(name), 0);
-        }
-        QVERIFY(bench.device(name).isInBoot);
-        bench.bus->setPlugged(name, true);
-        if (!isInTime) {
-            QCOMPARE(bench.bootDevices(name), 1);
-            bench.upgrades.emplace(bench.channels);
-            bench.start(firmwareFile(imageFor(name)));
-        }
-        QCOMPARE(Told::awaitEnd(), 1);
-        QVERIFY(!bench.device(name).isInBoot);
-        QCOMPARE(int{bench.device(name).firmware}, newVersion);
-        QCOMPARE(bench.settings(), settings);
-    }
+    Bench bench;
+    const QByteArray settings = bench.settings();
+    bench.bus->setPowerLoss(name, percent);
+    bench.start(firmwareFile(imageFor(name)));
+    QTRY_VERIFY(!bench.device(name).isPlugged);
+    QVERIFY(bench.device(name).isInBoot);
+    bench.bus->setPlugged(name, true);
+    QCOMPARE(Told::awaitEnd(), 1);
+    QVERIFY(!bench.device(name).isInBoot);
+    QCOMPARE(int{bench.device(name).firmware}, newVersion);
+    QCOMPARE(bench.settings(), settings);
 }
 
 void tst_firmware::survivesFaults_data()
@@ -279,67 +243,6 @@ void tst_firmware::survivesFaults()
     QCOMPARE(bench.upgrade("q1"), 1);
     QCOMPARE(int{bench.device("q1").firmware}, newVersion);
     QVERIFY(!bench.device("q1").isInBoot);
-}
-
-using Change = void (*)(std::vector<std::uint8_t> &file);
-Q_DECLARE_METATYPE(Change)
-
-void tst_firmware::refusesAnImage_data()
-{
-    using File = std::vector<std::uint8_t>;
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<int>("reason"); // of the device, if it is sent all the same
-    QTest::newRow("mark") << Change([](File &file) { file[0] = 'p'; }) << 1;
-    QTest::newRow("target") << Change([](File &file) { file[20] = 211; }) << 2;
-    QTest::newRow("company") << Change([](File &file) { file[21] = 17; }) << 3;
-    QTest::newRow("model") << Change([](File &file) { file[22] = 9; }) << 4;
-    QTest::newRow("name") << Change([](File &file) { file[150] = 'x'; }) << 5;
-    QTest::newRow("longer") << Change([](File &file) { file.push_back(0); }) << 6;
-    QTest::newRow("shorter") << Change([](File &file) { file.pop_back(); }) << 6;
-    QTest::newRow("header alone") << Change([](File &file) { file.resize(728); }) << 6;
-    QTest::newRow("too long") << Change([](File &file) { file.resize(728 + 524289); }) << 6;
-    QTest::newRow("checksum") << Change([](File &file) { file.back() ^= 1; }) << 7;
-    QTest::newRow("version") << Change([](File &file) { file[18] = 1; }) << 8;
-}
-
-void tst_firmware::refusesAnImage()
-{
-    QFETCH(Change, change);
-    QFETCH(int, reason);
-    auto file = firmwareFile(imageFor("q1"));
-    change(file);
-    if (reason != 7)
-        signFirmware(file);
-    Bench bench;
-    const QByteArray settings = bench.settings();
-    bench.start(file);
-    QCOMPARE(Told::awaitEnd(), 0);
-    QVERIFY(Told::percents.empty());
-    QVERIFY(!bench.device("q1").isInBoot);
-    QCOMPARE(bench.settings(), settings);
-
-    // A device doesn't rely on whoever sends it.
-    BootLoader loader(0x0112);
-    const BootLoader::Identity identity{210, 1, "HALVARION-Q1", 1};
-    const auto ask = [&](int code, int block, std::vector<std::uint8_t> data) {
-        return loader
-            .answer({static_cast<std::uint8_t>(code), 1, static_cast<std::uint16_t>(block), 0, data}, identity)
-            ->data;
-    };
-    loader.enter();
-    std::vector<std::uint8_t> length;
-    for (int shift = 0; shift < 32; shift += 8)
-        length.push_back(static_cast<std::uint8_t>(file.size() >> shift));
-    int given = ask(27, 0, length)[0];
-    for (std::size_t at = 0; at < file.size() && given == 0; at += 52) {
-        const auto from = file.begin() + static_cast<long>(at);
-        const auto size = static_cast<long>(std::min<std::size_t>(52, file.size() - at));
-        given = ask(28, static_cast<int>(at / 52), {from, from + size})[2];
-    }
-    QCOMPARE(int{ask(29, 0, {})[0]}, reason);
-    QCOMPARE(given, reason == 7 ? 0 : reason);
-    QCOMPARE(int{loader.answer({30}, identity)->flags}, 2);
-    QCOMPARE(int{loader.version()}, 0x0112);
 }
 
 void tst_firmware::keepsToOneDevice()
@@ -410,17 +313,7 @@ void tst_firmware::endsWithTheApplication()
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), 7);
 
-    // What it left behind is repaired by the next start, through the functions of the program.
     Told::reset();
-    const auto file = firmwareFile(imageFor("q1-4k"));
-    const FirmwareImage image{file.data(), static_cast<std::uint32_t>(file.size())};
-    int count = 5;
-    UsbUpgradeC_FindBootDevices(&image, &count);
-    QCOMPARE(count, 1);
-    UsbUpgrade_Start(&image, Told::callback, 10000);
-    QCOMPARE(Told::awaitEnd(), 1);
-    UsbUpgradeC_FindBootDevices(&image, &count);
-    QCOMPARE(count, 0);
     UsbUpgrade_Start(nullptr, Told::callback, 10000);
     QCOMPARE(Told::awaitEnd(), 0);
 }

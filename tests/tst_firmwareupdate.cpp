@@ -7,6 +7,7 @@
 #include "productdata/FirmwareImages.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/ModelData.h"
+#include "support/Files.h"
 #include "support/ProductCopy.h"
 #include "support/Program.h"
 #include "support/PromptDriver.h"
@@ -30,24 +31,10 @@
 
 namespace {
 
-/** The header alone; `version` as the images hold it. */
-QByteArray imageHeader(int target, int cid, int mid, const char *name, unsigned version)
+QByteArray imageFile(const FirmwareDescription &image)
 {
-    QByteArray bytes(FirmwareImages::headerSize, 0);
-    bytes[16] = char(version & 0xff);
-    bytes[17] = char(version >> 8);
-    bytes[18] = char(version >> 16);
-    bytes[20] = char(target);
-    bytes[21] = char(cid);
-    bytes[22] = char(mid);
-    return bytes.replace(87, 64, QByteArray(name).leftJustified(64, 0, true));
-}
-
-void write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("%s: %s", qPrintable(path), qPrintable(file.errorString()));
+    const std::vector<std::uint8_t> bytes = firmwareFile(image);
+    return {reinterpret_cast<const char *>(bytes.data()), int(bytes.size())};
 }
 
 /** Moments of an update at which it may be killed: so many for each percent, of 20 us each, from its first picture on.
@@ -65,10 +52,7 @@ void putImage(const QString &what, unsigned version, const QString &model = "q1"
     image.name = (what.startsWith('q') ? "HALVARION-" + what.toUpper() : "HALVARION-R" + what.left(1)).toStdString();
     image.version = version;
     image.payload = 30000;
-    const std::vector<std::uint8_t> bytes = firmwareFile(image);
-    QDir().mkpath(FirmwareImages::folder());
-    write(QStringLiteral("%1/%2-%3.bin").arg(FirmwareImages::folder(), what).arg(version),
-          QByteArray(reinterpret_cast<const char *>(bytes.data()), int(bytes.size())));
+    Files::put(QStringLiteral("%1/%2-%3.bin").arg(FirmwareImages::folder(), what).arg(version), imageFile(image));
 }
 
 QString firmwareOf(const QString &id) { return VirtualMice::device(id)["firmware"].toString(); }
@@ -130,6 +114,7 @@ private Q_SLOTS:
     void powerLoss();
     void notBegun_data();
     void notBegun();
+    void pulledBeforeTheStart();
     void bothDevices_data();
     void bothDevices();
     void repair_data();
@@ -231,9 +216,9 @@ void FirmwareUpdateTest::images()
     for (const QString &version : versions) {
         const QStringList numbers = version.mid(1).split('.');
         const unsigned word = numbers[0].toUInt() << 8 | numbers[1].toUInt(nullptr, 16);
-        files << imageHeader(210, 18, 1, "NAME", word) + QByteArray(50, char('a' + files.size()));
+        files << imageFile({210, 18, 1, "NAME", word, 50});
         QCOMPARE(FirmwareImages::versionText(word), version);
-        write(folder.filePath(QStringLiteral("%1.bin").arg(files.size())), files.last());
+        Files::put(folder.filePath(QStringLiteral("%1.bin").arg(files.size())), files.last());
     }
     const FirmwareImages::Request request{210, QStringLiteral("NAME"), 18, 1};
     QList<QByteArray> found{"what was selected before"};
@@ -246,25 +231,25 @@ void FirmwareUpdateTest::images()
 /** Whatever lies beside it, only an image with all that is asked for is found. */
 void FirmwareUpdateTest::fitting()
 {
-    const QString longest(64, 'N'); // fills its field, without a zero behind it
-    const auto header = [&longest](int target, int cid, int mid, int length) {
-        return imageHeader(target, cid, mid, qPrintable(longest.left(length)), 1);
-    };
-    const QByteArray good = header(211, 18, 2, 64);
+    const std::string name(64, 'N'); // fills its field, without a zero behind it
     const QTemporaryDir folder;
-    const QList<QByteArray> others = {header(210, 18, 2, 64), header(211, 19, 2, 64), header(211, 18, 1, 64),
-                                      header(211, 18, 2, 4),  good.left(727),         QByteArray()};
+    const QByteArray good = imageFile({211, 18, 2, name, 1, 1});
+    const QList<QByteArray> others = {imageFile({210, 18, 2, name, 1, 1}),
+                                      imageFile({211, 19, 2, name, 1, 1}),
+                                      imageFile({211, 18, 1, name, 1, 1}),
+                                      imageFile({211, 18, 2, "NNNN", 1, 1}),
+                                      good.left(727),
+                                      QByteArray()};
     for (const QByteArray &other : others)
-        write(folder.filePath(QStringLiteral("%1.bin").arg(others.indexOf(other))), other);
+        Files::put(folder.filePath(QStringLiteral("%1.bin").arg(others.indexOf(other))), other);
     QVERIFY(QDir(folder.path()).mkdir("7.bin"));
-    write(folder.filePath("9.bin"), good);
+    Files::put(folder.filePath("9.bin"), good);
     QVERIFY(QFile::resize(folder.filePath("9.bin"), FirmwareImages::largestFile + 1));
     QList<QByteArray> found;
-    FirmwareImages::Request request{211, longest, 18, 2};
+    FirmwareImages::Request request{211, QString::fromStdString(name), 18, 2};
     QVERIFY(!FirmwareImages::FindImage(request, {}, found, folder.path()));
-    write(folder.filePath("6.bin"), good);
+    Files::put(folder.filePath("6.bin"), good);
     QVERIFY(FirmwareImages::FindImage(request, {}, found, folder.path()) && found.first() == good);
-    QVERIFY(FirmwareImages::CheckUpdate(request, "v0.0", folder.path()));
     request.modelName.clear();
     QVERIFY(!FirmwareImages::FindImage(request, {}, found, folder.path()) && found.isEmpty());
 }
@@ -288,6 +273,7 @@ void FirmwareUpdateTest::update()
     QTRY_COMPARE(int(VirtualMice::record(mouse).Lod), 2);
     const FlashDataMap before = VirtualMice::record(mouse);
     QTRY_VERIFY(isMouse ? MouseUpdateAvailable : DongleUpdateAvailable);
+    program->forgetPrompts();
     press(isMouse ? "Mouse" : "Receive");
     QTRY_VERIFY(shownPrompt("Progress"));
     QVERIFY(!ModelData::updateFailInfo().isEmpty());
@@ -300,6 +286,7 @@ void FirmwareUpdateTest::update()
     QCOMPARE(program->find<QLabel>(isMouse ? "label_7" : "label_5")->text(), QString("v9.20"));
     QCOMPARE(ModelData::mouseVersion(mouse == "q1" ? 0 : 1) == "v9.20", isMouse);
     QVERIFY(VirtualMice::record(mouse) == before);
+    QCOMPARE(program->shownPrompts(), QStringList("Progress")); // none over it that tells of a silent mouse
     QTRY_VERIFY(program->isConnected() && SetLod(1));
     QTRY_COMPARE(int(VirtualMice::record(mouse).Lod), 1);
     press(isMouse ? "Mouse" : "Receive");
@@ -368,6 +355,17 @@ void FirmwareUpdateTest::notBegun()
     const QString text =
         isMessage ? program->find<QLabel>("label_13")->text() : program->find<QPushButton>(button)->text();
     QCOMPARE(text, englishText("FormSetting", shown));
+}
+
+/** Nobody acts on the bus from the press on; when the run is over, the window of a device that has gone is left. */
+void FirmwareUpdateTest::pulledBeforeTheStart()
+{
+    putImage("4k", 0x0920);
+    open("q1");
+    press("Receive");
+    VirtualMice::tell({"unplug", "q1-4k"});
+    QTRY_VERIFY(!UpdateRunning && !program->isDeviceWindowShown());
+    QVERIFY(!program->isPromptShown("Progress"));
 }
 
 void FirmwareUpdateTest::bothDevices_data()
