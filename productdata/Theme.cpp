@@ -75,7 +75,8 @@ QString Theme::checkBox(const QString &folder)
 {
     return QStringLiteral("QCheckBox{color: rgb(%1;);}QCheckBox::indicator:checked {image: url(%2CheckBoxCheck.png);}"
                           "QCheckBox::indicator:unchecked {image: url(%2CheckBox.png);}"
-                          "QCheckBox::indicator:unchecked:hover{image: url(%2CheckBoxHover.png);}")
+                          "QCheckBox::indicator:unchecked:hover,QCheckBox::indicator:unchecked:focus"
+                          "{image: url(%2CheckBoxHover.png);}")
         .arg(rgb(Colour::LabelColor), folder);
 }
 
@@ -163,7 +164,8 @@ QString Theme::slider(const QString &folder)
                           "margin-top: -20px;margin-left: 0px; margin-bottom: -20px;margin-right: 0px; border-image: "
                           "url(%1HuaKuai.png);} QSlider:sub-page:horizontal{background-color: rgb(%2;);}"
                           "QSlider:add-page:horizontal{background-color: rgb(255, 255, 255);}"
-                          "QSlider:handle:horizontal:hover,QSlider:handle:horizontal:pressed{border-image: "
+                          "QSlider:handle:horizontal:hover,QSlider:handle:horizontal:pressed,"
+                          "QSlider:handle:horizontal:focus{border-image: "
                           "url(%1HuaKuaiHover.png);}")
         .arg(folder, rgb(Colour::SliderColor));
 }
@@ -205,9 +207,10 @@ QString Theme::toolTip()
 QString Theme::switchButton(const QString &folder, const QString &objectName)
 {
     return QStringLiteral("#%1{border:0px;background-position:center;background-repeat:no-repeat;"
-                          "background-image: url(%2Close.png);}#%1:hover{background-image: url(%2CloseHover.png);}"
+                          "background-image: url(%2Close.png);}"
+                          "#%1:hover,#%1:focus{background-image: url(%2CloseHover.png);}"
                           "#%1:checked{background-image: url(%2Open.png);}"
-                          "#%1:checked:hover{background-image: url(%2OpenHover.png);}")
+                          "#%1:checked:hover,#%1:checked:focus{background-image: url(%2OpenHover.png);}")
         .arg(objectName, folder);
 }
 

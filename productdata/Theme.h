@@ -81,7 +81,8 @@ QString focusFrame(const QString &widgetClass);
 QString choiceButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked);
 /** A hint over a control, for the widget below which the hints belong. */
 QString toolTip();
-/** A checkable switch, by object name: "Open.png" when checked and "Close.png" when not, and both with "Hover". */
+/** A checkable switch, by object name: "Open.png" when checked, else "Close.png"; both with "Hover", the keyboard's
+ * too. */
 QString switchButton(const QString &folder, const QString &objectName);
 /** A frame, by object name, with a picture as background. */
 QString frameBackground(const QString &folder, const QString &objectName, const QString &picture);

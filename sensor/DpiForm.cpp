@@ -111,7 +111,8 @@ void DpiForm::makeValueControls()
         button->setObjectName(QLatin1String(name));
         button->setGeometry(place);
         button->setStyleSheet(
-            Theme::toolButton(folder, picture + ".png", picture + "Hover.png", picture + "Click.png"));
+            Theme::toolButton(folder, picture + ".png", picture + "Hover.png", picture + "Click.png") +
+            Theme::toolButtonFocus(folder, picture + "Hover.png"));
     };
     stepButton(ReduceLevelA, "ReduceLevelA", QStringLiteral("Reduce"), {598, 64, 14, 4});
     stepButton(AddLevelA, "AddLevelA", QStringLiteral("Add"), {691, 59, 14, 14});
@@ -173,7 +174,7 @@ void DpiForm::styleBar(int level, bool selected)
         QStringLiteral(
             "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
             "background-color:rgb(%1);background-image: url(%2%3);}"
-            "QToolButton:hover{border:1px solid rgb(%4);}")
+            "QToolButton:hover,QToolButton:focus{border:1px solid rgb(%4);}")
             .arg(colour(level), folder, selected ? QStringLiteral("MaxB.png") : QStringLiteral("MinB.png"),
                  Theme::rgb(Theme::Colour::ComboxTextColor)));
 }
