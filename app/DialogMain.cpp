@@ -189,7 +189,10 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        postMsg()->post(&PostMsg::SigEnterKey);
+        // One that is still down, from a list that it closed say, means nothing here. Under Wayland Qt repeats a key by
+        // its own clock, and takes one for held when the language has just taken its time to change.
+        if (!event->isAutoRepeat())
+            postMsg()->post(&PostMsg::SigEnterKey);
         break;
     default:
         // Not QDialog's, which knows keys of its own. NOLINTNEXTLINE(bugprone-parent-virtual-call)
@@ -223,9 +226,22 @@ void DialogMain::mouseMoveEvent(QMouseEvent *event)
         move(event->globalPos() - dragOffset);
         return;
     }
-    dragOffset = {}; // the compositor takes the mouse from here to the release, which never comes
+    dragOffset = {}; // the window system takes the mouse from here to the release, which never comes
     if (!windowHandle()->startSystemMove())
-        qWarning("the compositor doesn't move the window");
+        qWarning("the window system doesn't move the window");
 }
 
 void DialogMain::mouseReleaseEvent(QMouseEvent *) { dragOffset = {}; }
+
+/**
+ * Not every compositor tells a program of X11 where it has moved its window, but the mouse that comes back from the
+ * move does. Without this lists and prompts would open where the window was.
+ */
+void DialogMain::enterEvent(QEvent *event)
+{
+    QDialog::enterEvent(event);
+    if (platform::windowsRuleThemselves() || !platform::tellsOfMinimising())
+        return;
+    const auto *enter = static_cast<QEnterEvent *>(event);
+    move(enter->globalPos() - enter->windowPos().toPoint());
+}

@@ -45,8 +45,7 @@ void DialogMain::toTray()
     ReportLink::tellProgramStatus();
     if (!QSystemTrayIcon::isSystemTrayAvailable()) {
         showMinimized(); // without a tray a hidden window would be lost
-        if (!platform::windowsRuleThemselves())
-            watchUntilBack();
+        watchUntilBack();
         return;
     }
     hide();
@@ -106,20 +105,26 @@ void DialogMain::changeEvent(QEvent *event)
 }
 
 /**
- * A Wayland compositor tells neither that it minimised a window nor that it brought one back, and some don't minimise
- * at all. But it asks a window for pictures only while somebody can see it, and Qt takes one that isn't asked for
- * hidden.
+ * Some window managers don't minimise at all, and would leave the user with a window that opens no prompt any more. A
+ * Wayland compositor tells neither that it minimised a window nor that it brought one back; but it asks a window for
+ * pictures only while somebody can see it, and Qt takes one that isn't asked for hidden.
  */
 void DialogMain::watchUntilBack()
 {
     isAwayUntold = false;
-    windowHandle()->installEventFilter(this);
     update(); // so that there is a picture to be asked for
     QTimer::singleShot(Wait::scaled(minimiseTime), this, [this] {
-        isAwayUntold = true;
-        if (!windowHandle()->isExposed())
+        if (!WindowAway)
             return;
-        qWarning("the compositor doesn't minimise the window, and there is no tray to put it in: it stays");
+        if (platform::tellsOfMinimising()) {
+            if (platform::isMinimised(winId()))
+                return;
+        } else if (!windowHandle()->isExposed()) {
+            isAwayUntold = true;
+            windowHandle()->installEventFilter(this);
+            return;
+        }
+        qWarning("the window isn't minimised, and there is no tray to put it in: it stays");
         comeBackUntold();
     });
 }
@@ -134,7 +139,7 @@ bool DialogMain::eventFilter(QObject *watched, QEvent *event)
 void DialogMain::comeBackUntold()
 {
     isAwayUntold = false;
-    windowHandle()->removeEventFilter(this);
+    setWindowState(windowState() & ~Qt::WindowMinimized); // what Qt may believe
     setAway(false);
     ReportLink::tellProgramStatus();
 }

@@ -242,21 +242,19 @@ void LampLight::mousePressEvent(QMouseEvent *event)
     leaveNumbers(event->pos());
     // The strip isn't there for an effect without a colour of its own.
     if (form.label_7->isVisible() && form.label_7->geometry().contains(event->pos()))
-        pickFromStrip();
+        pickFromStrip(event->pos());
     else
         event->ignore(); // the window is dragged by what is empty
 }
 
-void LampLight::pickFromStrip()
+void LampLight::pickFromStrip(const QPoint &position)
 {
     if (!mayChange())
         return;
-    const std::optional<QColor> colour = screenColourUnderCursor();
-    if (!colour)
-        return;
-    form.RSpinBox->setValue(colour->red());
-    form.GSpinBox->setValue(colour->green());
-    form.BSpinBox->setValue(colour->blue());
+    const QColor colour = screenColourUnderCursor(this, position);
+    form.RSpinBox->setValue(colour.red());
+    form.GSpinBox->setValue(colour.green());
+    form.BSpinBox->setValue(colour.blue());
     updatePreview();
 }
 

@@ -74,7 +74,7 @@ private:
     bool mayChange() const;
     void step(QSpinBox *value, int by);
     void choosePreset(std::size_t number);
-    void pickFromStrip();
+    void pickFromStrip(const QPoint &position);
     void leaveNumbers(const QPoint &position);
 
     LightForm form;

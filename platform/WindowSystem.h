@@ -1,11 +1,23 @@
 #pragma once
 
+#include <cstdint>
+
 namespace platform {
 
 /**
- * False under Wayland, where the compositor alone decides where a window stands and which one has the keyboard, and
- * tells no program that its window was minimised or brought back. True everywhere else.
+ * False on a Wayland desktop: the compositor decides where a window stands and which one has the keyboard, also for the
+ * programs of X11 that it shows. True everywhere else.
  */
 bool windowsRuleThemselves();
+
+/** False where the window system doesn't tell a program that its window was minimised or brought back: Wayland's own.
+ */
+bool tellsOfMinimising();
+
+/**
+ * Whether the window system did minimise a window that asked for it a moment ago; not every window manager does. The
+ * window is the system's own: an X window id, an HWND. True where that can't be told.
+ */
+bool isMinimised(std::uintptr_t windowId);
 
 } // namespace platform

@@ -42,48 +42,14 @@ ctl dpi q1 4 >/dev/null
 check "the mouse's button changes its level" 2 device_says q1 '.level == 4'
 shot sensor-q1-level-5
 
-echo "The lighting page"
-lighting_page
-shot lighting-q1
-choose_effect 2
-check "the effect is in the mouse's flash" 3 byte_is q1 67 2
-hover 780 650
-shot lighting-q1-colours
-click 640 478
-check "a colour from the strip is in the flash" 3 device_says q1 \
-    '[.light.red, .light.green, .light.blue] | max == 255 and min == 0 and .[0] > 200 and .[1] > 200' # yellow
-hover 780 650
-shot lighting-q1-picked
-choose_effect 0
-check "the light is off, and its effect kept" 3 device_says q1 '.light.on == false and .light.mode == 2'
-shot lighting-q1-off
-sensor_page
-
-echo "A macro from its name to its file"
-macro_page
-shot macro-empty
-click $new_macro
-check "its name is asked for" 3 prompt_shown
-shot macro-name
-xdotool type --delay 60 "tour"
-xdotool key Return
-check "the new macro has a file" 3 test -e "$macros/tour.ini"
-click $record
-for key in w a space; do
-    xdotool keydown "$key" sleep 0.06 keyup "$key"
-    sleep 0.05
-done
-shot macro-recording
-click $record
-click $save_macro
-check "what was typed is in the file" 3 macro_holds tour "0x1A 1 0;0x1A 1 1;0x04 1 0;0x04 1 1;0x2C 1 0;0x2C 1 1"
+. "$root/scripts/tour-pages.sh"
 
 echo "Buttons: a function, a combination, a macro"
 button_page
 click $(row 1)
 check "the last left button has to stay" 3 prompt_shown
 shot button-left-stays
-click 666 280
+click_prompt $prompt_close
 hover $(row 3)
 shot button-hover
 click $(row 5)
@@ -94,11 +60,11 @@ check "the mouse opens the player" 3 press_says q1 3 'any(.type == "consumer" an
 click $(row 3)
 choose_function "$combination"
 check "the keys are asked for" 3 prompt_shown
-click 484 353
+click_prompt 103 88
 xdotool key Escape
 sleep 0.2
 shot button-combination
-click 472 388
+click_prompt 91 123
 check "the mouse presses Ctrl and Esc" 3 press_says q1 2 'map(select(.action == "press").code) == [1, 41]'
 click $(row 6)
 choose_function "$fire_key"
@@ -123,7 +89,7 @@ shot macro-row
 click $amend
 check "the new delay or key is asked for" 3 prompt_shown
 shot macro-amend
-click 666 280
+click_prompt $prompt_close
 hover 860 413
 click 860 413
 shot macro-insert
@@ -223,13 +189,13 @@ check "the repair is ready" 3 prompt_shown
 shot receiver-update
 ctl fault q1-4k powerloss 60 >/dev/null
 ctl latency q1-4k 1 >/dev/null
-click $prompt_confirm
+click_prompt $prompt_confirm
 check "the update goes on, and is noted" 3 unfinished 211,4,18,1
 shot receiver-updating
 check "it loses its power" 20 device_says q1-4k '.plugged == false'
 sleep 11
 shot receiver-failed
-click $prompt_confirm
+click_prompt $prompt_confirm
 sleep 0.5
 shot chooser-repair
 stop_program $chooser_close
@@ -240,7 +206,7 @@ for index in 1 4 0; do
     click $repair
     check "the repair opens" 3 prompt_shown
     shot "repair-language-$index"
-    click $prompt_confirm
+    click_prompt $prompt_confirm
     sleep 0.5
     shot "repair-no-device-language-$index"
     xdotool key Escape
@@ -275,7 +241,7 @@ sed -i 's/^MouseVer.*/&\nUpdateFailInfo=210,4,18,1/' "$registry"
 start_program
 click $repair
 check "the repair opens" 3 prompt_shown
-click $prompt_confirm
+click_prompt $prompt_confirm
 check "the mouse has the new firmware" 30 device_says q1 '.mode == "normal" and .firmware == "9.2"'
 check "and nothing is unfinished any more" 3 finished
 xdotool key Return

@@ -49,6 +49,9 @@ Prompt::Prompt(const PromptDescription &description, const char *element)
       textLabel(new QLabel(pictureFrame))
 {
     setWindowFlags(promptFlags);
+    // A compositor neither hands the keyboard to a window that bypasses it nor lets that take it.
+    if (!platform::windowsRuleThemselves())
+        setWindowFlag(Qt::BypassWindowManagerHint, false);
     // The last prompt to close while the main window is in the tray is no reason to end the program.
     setAttribute(Qt::WA_QuitOnClose, false);
     setFixedSize(description.size);

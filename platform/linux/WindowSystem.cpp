@@ -1,9 +1,35 @@
 #include "platform/WindowSystem.h"
 
-#include <QGuiApplication>
+#include "XConnection.h"
 
 bool platform::windowsRuleThemselves()
 {
-    // The plug-in's name, since a program on a Wayland desktop may well be one of X11; there is "wayland-egl" as well.
-    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    // A compositor that shows programs of X11 lets those of its session know of both ways to it.
+    const bool isX11OfWayland =
+        QGuiApplication::platformName() == QLatin1String("xcb") && qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    return tellsOfMinimising() && !isX11OfWayland;
+}
+
+bool platform::tellsOfMinimising()
+{
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland")); // there is "wayland-egl" as well
+}
+
+bool platform::isMinimised(std::uintptr_t windowId)
+{
+    const XConnection connection;
+    if (!connection)
+        return true;
+    // Qt hears of it in the same way, but takes a window for minimised as soon as it has asked.
+    constexpr char name[] = "WM_STATE"; // two numbers: the state, and the window of the icon
+    constexpr std::uint32_t iconic = 3;
+    const XReply<xcb_intern_atom_reply_t> atom(
+        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 1, sizeof name - 1, name), nullptr));
+    if (!atom)
+        return true;
+    const XReply<xcb_get_property_reply_t> state(xcb_get_property_reply(
+        connection,
+        xcb_get_property(connection, 0, static_cast<xcb_window_t>(windowId), atom->atom, XCB_ATOM_ANY, 0, 1), nullptr));
+    return !state || xcb_get_property_value_length(state.get()) < int(sizeof iconic) ||
+           *static_cast<const std::uint32_t *>(xcb_get_property_value(state.get())) == iconic;
 }
