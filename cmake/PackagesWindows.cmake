@@ -71,6 +71,15 @@ foreach(plugin IN ITEMS platforms/qwindows.dll styles/qwindowsvistastyle.dll)
     get_filename_component(folder "${plugin}" DIRECTORY)
     install(FILES "${HALVARION_QT}/plugins/${plugin}" DESTINATION "${folder}")
 endforeach()
+# Qt's own words, of its file dialogs, in the languages of the program; English is what they are written in. They are
+# the same on every system, so those of the system that builds do.
+set(translations "/usr/share/qt5/translations")
+file(MAKE_DIRECTORY "${HALVARION_DATA_DIR}/translations")
+foreach(language IN ITEMS zh_CN zh_TW ko ru ja)
+    set(file "qtbase_${language}.qm")
+    file(CREATE_LINK "${translations}/${file}" "${HALVARION_DATA_DIR}/translations/${file}" COPY_ON_ERROR SYMBOLIC)
+    install(FILES "${translations}/${file}" DESTINATION translations)
+endforeach()
 # The program's own licence, and those of Qt, which the user may replace beside it.
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION licences RENAME Halvarion.txt)
 install(FILES "${HALVARION_QT}/licences/LICENSE.LGPL3" DESTINATION licences RENAME Qt-LGPL3.txt)

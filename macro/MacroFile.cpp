@@ -234,6 +234,10 @@ bool MacroFile::rename(const QString &from, const QString &to)
 
 bool MacroFile::remove(const QString &name)
 {
-    const QString file = path(name);
-    return !file.isEmpty() && QFile::remove(file);
+    QFile file(path(name));
+    if (file.fileName().isEmpty() || !file.remove()) {
+        qWarning() << "the file of a macro could not be removed:" << name << file.errorString();
+        return false;
+    }
+    return true;
 }

@@ -4,8 +4,7 @@
 import_profile="827 191" export_profile="934 191" factory_reset="880 227"
 settings_page() { click 572 75; hover 600 690; }
 pair_button="280 344" start_with_system="628 342" long_range="212 471" light_battery="212 631"
-answer_file() { xdotool key ctrl+a; xdotool type --delay 20 "$1"; xdotool key Return sleep 0.5; }
-file_dialog_shown() { dialog_shown 860x480; }
+answer_file() { xdotool key ctrl+a; xdotool type --delay 20 "$(path_there "$1")"; xdotool key Return sleep 0.5; }
 pairing_shown() { dialog_shown 458x242; }
 holds() { ctl record "$1" | cmp -s - "$2"; }
 file_holds() { [ "$(stat -c %s "$1")" = 10464 ] && tail -c 10428 "$1" | cmp -s - "$2"; }
@@ -57,7 +56,7 @@ xdotool mousemove 600 500 click --repeat 10 --delay 20 5
 shot settings-4k-scrolled
 xdotool click --repeat 10 --delay 20 4
 click $start_with_system
-check "it starts with the system" 3 desktop-file-validate "$HOME/.config/autostart/halvarion.desktop"
+check "it starts with the system" 3 starts_with_system
 ctl sleep q1 >/dev/null
 click $long_range
 check "the offline prompt comes" 3 prompt_shown

@@ -237,7 +237,7 @@ ctl boot q1 >/dev/null
 sleep 1.5
 stop_program $chooser_close
 # What the program notes when it begins; the buttons of the settings page that begin an update are hidden.
-sed -i 's/^MouseVer.*/&\nUpdateFailInfo=210,4,18,1/' "$registry"
+note_update 210,4,18,1
 start_program
 click $repair
 check "the repair opens" 3 prompt_shown
@@ -286,4 +286,13 @@ check "the notice goes with the cause" 5 no_prompt
 for id in $(ctl devices | jq -r .[].id); do ctl remove "$id" >/dev/null 2>&1 || true; done
 sleep 1.5
 shot chooser-none
+
+echo "A second start"
+"$bin/halvarion" >>"$log" 2>&1 &
+second=$!
+check "it says that one runs" 10 prompt_shown "$second"
+shot second-start
+xdotool key Return
+check "and ends" 5 eval "! kill -0 $second"
+stations_of_the_system
 stop_program $chooser_close

@@ -93,6 +93,7 @@ private Q_SLOTS:
     void languageChangesEverywhere_data();
     void languageChangesEverywhere();
     void keysOfTheWindow();
+    void keysStayWithThePageThatShows();
 };
 
 void ConnectTest::init()
@@ -354,22 +355,23 @@ void ConnectTest::changesMadeOnTheMouse()
 
 // The window away ----------------------------------------------------------------------------------------------------
 
-/** A mouse behaves differently while nobody looks at its page. Offscreen there is no tray; the window is minimised. */
+/** A mouse behaves differently while nobody looks at its page. Where there is no tray the window is minimised. */
 void ConnectTest::mouseIsToldWhetherTheWindowShows()
 {
     const auto isTold = [] { return VirtualMice::device("q1")["program"].toBool(); };
     Program program;
+    const auto isAway = [&program] { return program.window()->isMinimized() || !program.window()->isVisible(); };
     QVERIFY(program.connectMouse("q1"));
     QTRY_VERIFY(isTold());
     program.click("MinButton");
-    QVERIFY(program.window()->isMinimized());
+    QVERIFY(isAway());
     QTRY_VERIFY(!isTold());
-    program.window()->showNormal(); // as the task bar does
+    program.window()->on_activatedSysTrayIcon(QSystemTrayIcon::Trigger);
+    QVERIFY(!isAway());
     QTRY_VERIFY(isTold());
     program.window()->showMinimized();
     QTRY_VERIFY(!isTold());
-    program.window()->on_activatedSysTrayIcon(QSystemTrayIcon::Trigger);
-    QVERIFY(!program.window()->isMinimized());
+    program.window()->showNormal(); // as the task bar does
     QTRY_VERIFY(isTold());
     program.click("UpArrow");
     QTRY_VERIFY(!isTold());
@@ -405,7 +407,7 @@ void ConnectTest::rereadWhileTheWindowIsAway()
         QVERIFY(!VirtualMice::device("q1")["program"].toBool());
     }
     program.whenShown("UpDataParam", [] { VirtualMice::tell({"fault", "q1", "drop", "0"}); });
-    program.window()->showNormal();
+    program.window()->on_activatedSysTrayIcon(QSystemTrayIcon::Trigger);
     const QStringList wanted = isAnswered ? QStringList() : QStringList{"UpDataParam"};
     QTRY_COMPARE(program.shownPrompts(), wanted);
     QTRY_VERIFY(VirtualMice::device("q1")["program"].toBool());
@@ -566,6 +568,24 @@ void ConnectTest::keysOfTheWindow()
     QTest::keyClick(program.window(), Qt::Key_Return);
     QCOMPARE(enter.count(), 2);
     MacroRecording = false;
+}
+
+/** From the lists of pages that are left, however the user leaves them. */
+void ConnectTest::keysStayWithThePageThatShows()
+{
+    Program program;
+    const auto isInSight = [&program] {
+        const QWidget *const holder = program.window()->focusWidget();
+        return !holder || holder->isVisible();
+    };
+    QVERIFY(program.connectMouse("q1"));
+    program.click("LightsButton");
+    program.find("LightMod")->setFocus();
+    program.click("FormSetting");
+    QVERIFY(isInSight());
+    program.find("LightMod")->setFocus(); // as Qt does when it gives a page back what had the keyboard there
+    program.click("SensorButton");
+    QVERIFY(isInSight());
 }
 
 HALVARION_TEST_MAIN(ConnectTest)

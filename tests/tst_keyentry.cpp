@@ -5,6 +5,7 @@
 #include "buttons/KeySequences.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/UserSettings.h"
+#include "support/Keys.h"
 #include "support/PromptDriver.h"
 #include "support/TestHome.h"
 #include "support/TextFit.h"
@@ -150,9 +151,9 @@ void KeyEntryTest::typedKeys()
             QTest::mouseClick(dialog.findChild<QCheckBox *>(box), Qt::LeftButton, {}, {8, 12});
         for (const int key : qAsConst(keys)) {
             if (key == 0)
-                QTest::qWait(60); // the two seconds, as tests have them
+                QTest::qWait(Wait::scaled(3000)); // two seconds are the limit
             else
-                QTest::keyClick(dialog.focusWidget(), Qt::Key(key));
+                Keys::click(&dialog, Qt::Key(key));
         }
         shown = edit->text();
         QTimer::singleShot(20, &dialog, [&] {
@@ -189,13 +190,16 @@ void KeyEntryTest::waysOut()
         for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_F12, Qt::Key_Return})
             QTest::keyClick(&dialog, key); // three entries that are no way out
         QVERIFY(dialog.isVisible());
-        QTest::keyClick(dialog.focusWidget(), Qt::Key_Q);
+        Keys::click(&dialog, Qt::Key_Q);
         QTest::mouseClick(dialog.findChild<QToolButton *>(button), Qt::LeftButton);
     });
     QCOMPARE(dialog.confirmed(), isConfirmed);
     // The hook is gone: what is typed elsewhere is no entry.
     QLineEdit elsewhere;
-    QTest::keyClick(&elsewhere, Qt::Key_W);
+    elsewhere.show();
+    QVERIFY(QTest::qWaitForWindowActive(&elsewhere));
+    Keys::click(&elsewhere, Qt::Key_W);
+    QCOMPARE(elsewhere.text(), QString("w"));
     QCOMPARE(dialog.findChild<QLineEdit *>("lineEdit")->text(), QString("Q"));
 }
 

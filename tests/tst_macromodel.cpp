@@ -200,11 +200,15 @@ void MacroModelTest::lists()
     for (const char *file : {"b.ini", "A.ini", "xml1.ini", "zxml.ini", "c", "b.ini.abcDEF", "d.ini.abcDEF.ini"})
         Files::put(macroFolder(file), "1\n");
     QDir(macroFolder()).mkdir("folder.ini");
+#ifdef Q_OS_WIN // has no links that a program follows by itself
+    QDir(macroFolder()).mkdir("link.ini");
+#else
     QFile::link("/etc/hostname", macroFolder("link.ini"));
+#endif
     QCOMPARE(MacroFile::names(), QStringList({"A", "b", "c", "d.ini.abcDEF"}));
     QCOMPARE(MacroFile::names(MacroFile::XmlRule::SkipFirst), QStringList({"A", "b", "c", "d.ini.abcDEF", "zxml"}));
     QVERIFY(!MacroFile::read("link") && !MacroFile::read("folder") && !MacroFile::read("gone"));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no file can be made"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no file can be made|could not be written"));
     QVERIFY(!MacroFile::write("link", {1, {}}));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("could not be renamed"));
     QVERIFY(!MacroFile::rename("A", "b"));
@@ -219,7 +223,8 @@ void MacroModelTest::image()
     QCOMPARE(int(made.EventCount), 2);
     QCOMPARE(MacroImage::name(made), QStringLiteral("abcdefghijklmnopqrstuvwxyz1234"));
     MacroImage::setName(made, "宏宏宏宏宏宏宏宏宏a宏"); // the last one would be cut
-    QCOMPARE(int(made.NameLength), 28);
+    const int han = QString("宏").toLocal8Bit().size(); // three bytes; in a code page of Windows one or two
+    QCOMPARE(int(made.NameLength), han == 3 ? 28 : 10 * han + 1);
     MacroImage::setName(made, "ab");
     QVERIFY(std::memcmp(made.Name, QByteArray(30, '\0').replace(0, 2, "ab").constData(), 30) == 0);
     QCOMPARE(int(MacroImage::make("x", {}).EventCount), 1);

@@ -134,7 +134,7 @@ void NextDeviceTest::promptsOfTheGraceTime()
     QElapsedTimer time;
     time.start();
     QApplication::exec();
-    Wait::setScale(0.02);
+    Wait::setScale(shortWaits);
     QCOMPARE(program.shownPrompts(), QStringList());
     QVERIFY2(time.elapsed() < 2000, qPrintable(QString::number(time.elapsed())));
 }

@@ -47,6 +47,23 @@ std::map<quint32, QByteArray> streamsOf(const QByteArray &dump)
     return streams;
 }
 
+/** What is wrong with the one minidump in a folder, whose exception has to be this one; empty if it is as it should. */
+QString faultOfDump(const QString &folder, quint32 code)
+{
+    const QStringList names = QDir(folder).entryList({"????_??_??_??_??_??.dmp"}, QDir::Files);
+    QFile file(folder + '/' + names.value(0));
+    if (names.size() != 1 || !file.open(QIODevice::ReadOnly))
+        return QString("%1 dumps").arg(names.size());
+    std::map<quint32, QByteArray> streams = streamsOf(file.readAll());
+    for (const quint32 kind : {3U, 4U, 6U, 7U}) { // threads, modules, exception, system
+        if (streams[kind].isEmpty())
+            return QString("no stream %1").arg(kind);
+    }
+    if (numberAt(streams[6], 8) != code) // behind the thread's id and a gap
+        return QString("exception %1").arg(numberAt(streams[6], 8), 0, 16);
+    return streams[3].contains(streams[6].left(4)) ? QString() : QString("the thread of the exception is unknown");
+}
+
 void type(WORD key, DWORD flags)
 {
     INPUT input{};
@@ -65,6 +82,7 @@ class TestPlatformWindows : public QObject
 private Q_SLOTS:
     void crashLeavesMinidump_data();
     void crashLeavesMinidump();
+    void crashOfTheProgram();
     void registryKeepsText();
     void autoStartEntry();
     void hookHearsKeys();
@@ -78,6 +96,8 @@ void TestPlatformWindows::crashLeavesMinidump_data()
     QTest::newRow("nullCall") << quint32(EXCEPTION_ACCESS_VIOLATION);
     QTest::newRow("thread") << quint32(EXCEPTION_ACCESS_VIOLATION);
     QTest::newRow("overflow") << quint32(EXCEPTION_STACK_OVERFLOW);
+    QTest::newRow("abort") << quint32(0x40000015); // what the system's own library makes of it
+    QTest::newRow("exception") << quint32(0x40000015);
 }
 
 void TestPlatformWindows::crashLeavesMinidump()
@@ -90,15 +110,24 @@ void TestPlatformWindows::crashLeavesMinidump()
     child.start(QCoreApplication::applicationDirPath() + "/crashchild.exe", {QTest::currentDataTag(), "not there yet"});
     QVERIFY(child.waitForFinished());
     const QString folder = child.workingDirectory() + "/not there yet";
-    const QStringList names = QDir(folder).entryList({"????_??_??_??_??_??.dmp"}, QDir::Files);
-    QCOMPARE(names.size(), 1);
-    QFile file(folder + '/' + names[0]);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    std::map<quint32, QByteArray> streams = streamsOf(file.readAll());
-    for (const quint32 kind : {3U, 4U, 6U, 7U}) // threads, modules, exception, system
-        QVERIFY2(!streams[kind].isEmpty(), qPrintable(QString::number(kind)));
-    QCOMPARE(numberAt(streams[6], 8), code); // behind the thread's id and a gap
-    QVERIFY(streams[3].contains(streams[6].left(4)));
+    QCOMPARE(faultOfDump(folder, code), QString());
+}
+
+/** The program itself, whose thread begins at an address that nobody may read. */
+void TestPlatformWindows::crashOfTheProgram()
+{
+    QProcess program;
+    program.start(QCoreApplication::applicationDirPath() + "/halvarion.exe", QStringList());
+    const auto answers = [] {
+        return QProcess::execute(QCoreApplication::applicationDirPath() + "/portwirectl.exe", {"wake", "q1"}) == 0;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(answers(), 60000); // its windows are there before its mice
+    const HANDLE process = OpenProcess(PROCESS_ALL_ACCESS, FALSE, static_cast<DWORD>(program.processId()));
+    CloseHandle(
+        CreateRemoteThread(process, nullptr, 0, reinterpret_cast<LPTHREAD_START_ROUTINE>(16), nullptr, 0, nullptr));
+    CloseHandle(process);
+    QVERIFY(program.waitForFinished(90000));
+    QCOMPARE(faultOfDump(QDir::homePath() + "/AppData/Local/VelkoA/Exception", EXCEPTION_ACCESS_VIOLATION), QString());
 }
 
 void TestPlatformWindows::registryKeepsText()

@@ -127,8 +127,6 @@ void VirtualBusTest::hostileClients()
     endless.write(QByteArray(1 << 16, 'x'));
     QVERIFY(endless.state() == QLocalSocket::UnconnectedState || endless.waitForDisconnected());
 
-    QFileInfo socket(portwire::controlSocket());
-    QVERIFY(!(socket.permissions() & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther)));
     // Another process's socket is left alone, one that was left behind is replaced.
     const auto bus = VirtualBus::create();
     const auto channels = std::make_shared<Channels>(bus);
@@ -137,6 +135,9 @@ void VirtualBusTest::hostileClients()
         ControlServer second(bus, channels, portwire::controlSocket());
     }
     QVERIFY(ControlClient().call({"stats"}).isGood());
+#ifndef Q_OS_WIN // a pipe is no file: there is nothing that could be left behind, and any name will do
+    QFileInfo socket(portwire::controlSocket());
+    QVERIFY(!(socket.permissions() & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther)));
     QTemporaryDir folder;
     const QString stale = folder.filePath("control.sock");
     QVERIFY(QFile(stale).open(QIODevice::WriteOnly));
@@ -146,6 +147,7 @@ void VirtualBusTest::hostileClients()
     QVERIFY(probe.waitForConnected(1000));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("can't listen on"));
     ControlServer fourth(bus, channels, stale + "/none");
+#endif
 }
 
 void VirtualBusTest::controlProgram()

@@ -3,13 +3,14 @@
 #include "WideText.h"
 
 #include <array>
+#include <csignal>
 #include <cwchar>
 #include <dbghelp.h>
 
 namespace {
 
 constexpr ULONG overflowReserve = 64 * 1024; // bytes of stack left for the filter after a stack overflow
-constexpr DWORD patience = 20000;            // ms for the dump; a program that hangs would be worse than one without
+constexpr DWORD patience = 60000;            // ms for the dump; a program that hangs would be worse than one without
 
 constexpr std::size_t longestPath = 32768; // characters, the system's limit
 
@@ -70,6 +71,13 @@ LONG WINAPI onFault(EXCEPTION_POINTERS *exception)
     return EXCEPTION_EXECUTE_HANDLER; // ends the process without the system's own message
 }
 
+/** An exception that nobody catches and a fatal message of Qt end in abort(), which is no fault to the system. */
+void onAbort(int)
+{
+    constexpr DWORD appExit = 0x40000015; // STATUS_FATAL_APP_EXIT, as the system's own runtime library names it
+    RaiseException(appExit, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+}
+
 } // namespace
 
 void platform::installCrashDump(const std::string &folder)
@@ -87,4 +95,5 @@ void platform::installCrashDump(const std::string &folder)
         return; // without it there would be nothing but the wait
     CloseHandle(writer);
     SetUnhandledExceptionFilter(onFault);
+    std::signal(SIGABRT, onAbort);
 }

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#ifndef Q_OS_WIN
 #include <fcntl.h>
 #include <unistd.h>
+#endif
 
 namespace {
 
@@ -25,7 +27,11 @@ double slowness = 1;
 
 } // namespace
 
+#ifdef Q_OS_WIN // tells a thread's time on a processor in steps longer than what is measured here
+Heartbeat::Heartbeat() : statistics(-1)
+#else
 Heartbeat::Heartbeat() : statistics(open("/proc/thread-self/schedstat", O_RDONLY | O_CLOEXEC))
+#endif
 {
     clock.start();
     connect(&timer, &QTimer::timeout, this, &Heartbeat::tick);
@@ -37,17 +43,21 @@ Heartbeat::~Heartbeat()
 {
     ending = true;
     bystander.join();
+#ifndef Q_OS_WIN
     if (statistics >= 0)
         close(statistics);
+#endif
 }
 
 Heartbeat::Times Heartbeat::now() const
 {
-    char text[96]{};
     unsigned long long work = 0;  // ns, as the next one
     unsigned long long queue = 0; // for a processor
+#ifndef Q_OS_WIN
+    char text[96]{};
     if (statistics >= 0 && pread(statistics, text, sizeof text - 1, 0) > 0)
         std::sscanf(text, "%llu %llu", &work, &queue);
+#endif
     const auto milliseconds = [](unsigned long long time) { return static_cast<qint64>(time / 1000000); };
     return {milliseconds(work), clock.elapsed() - milliseconds(work) - milliseconds(queue)};
 }

@@ -25,6 +25,19 @@ void copyTree(const QString &from, const QString &to)
     }
 }
 
+QProcessEnvironment copyEnvironment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(copyMark), QStringLiteral("1"));
+#ifdef Q_OS_WIN // which looks for libraries beside the program, then here, and where nobody debugs loses the log
+    environment.insert(QStringLiteral("QT_FORCE_STDERR_LOGGING"), QStringLiteral("1"));
+    environment.insert(QStringLiteral("QT_PLUGIN_PATH"), QCoreApplication::applicationDirPath());
+    environment.insert(QStringLiteral("PATH"), QDir::toNativeSeparators(QCoreApplication::applicationDirPath()) +
+                                                   QLatin1Char(';') + environment.value(QStringLiteral("PATH")));
+#endif
+    return environment;
+}
+
 } // namespace
 
 ProductCopy::ProductCopy() : program(folder.filePath(QFileInfo(QCoreApplication::applicationFilePath()).fileName()))
@@ -34,11 +47,15 @@ ProductCopy::ProductCopy() : program(folder.filePath(QFileInfo(QCoreApplication:
     QFile::copy(original + QStringLiteral("/driver_sensor.h"), folder.filePath(QStringLiteral("driver_sensor.h")));
     for (const char *name : {"usersetting", "Language"})
         copyTree(original + QLatin1Char('/') + QLatin1String(name), folder.filePath(QLatin1String(name)));
+#ifdef Q_OS_WIN // whose links are for its desktop alone; run() says where the libraries are
+    copyTree(original + QStringLiteral("/Picture"), folder.filePath(QStringLiteral("Picture")));
+#else
     // The pictures are never damaged, and many: a link will do. The library is found beside the executable.
     QFile::link(original + QStringLiteral("/Picture"), folder.filePath(QStringLiteral("Picture")));
     const QStringList libraries = QDir(original).entryList({QStringLiteral("libportwire*")});
     for (const QString &library : libraries)
         QFile::link(original + QLatin1Char('/') + library, folder.filePath(library));
+#endif
 }
 
 void ProductCopy::replace(const QString &name, const QByteArray &content)
@@ -62,14 +79,7 @@ void ProductCopy::change(const QString &name, const std::function<QByteArray(QBy
 ProductCopy::Result ProductCopy::run(const QString &testFunction, int milliseconds)
 {
     QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QLatin1String(copyMark), QStringLiteral("1"));
-#ifdef Q_OS_WIN // which looks for libraries beside the program, then here
-    environment.insert(QStringLiteral("QT_PLUGIN_PATH"), QCoreApplication::applicationDirPath());
-    environment.insert(QStringLiteral("PATH"), QDir::toNativeSeparators(QCoreApplication::applicationDirPath()) +
-                                                   QLatin1Char(';') + environment.value(QStringLiteral("PATH")));
-#endif
-    process.setProcessEnvironment(environment);
+    process.setProcessEnvironment(copyEnvironment());
     process.start(program, {testFunction});
     Result result;
     if (!process.waitForFinished(milliseconds)) {
@@ -83,7 +93,7 @@ ProductCopy::Result ProductCopy::run(const QString &testFunction, int millisecon
     for (const QByteArray &line : lines) {
         if (line.startsWith(tellMark))
             result.told += (result.told.isEmpty() ? QString() : QStringLiteral("\n")) +
-                           QString::fromUtf8(line.mid(tellMark.size()));
+                           QString::fromUtf8(line.mid(tellMark.size())).remove(QLatin1Char('\r')); // of Windows
     }
     if (result.exitCode != 0)
         fprintf(stderr, "%s\n", result.log.constData());
@@ -93,9 +103,7 @@ ProductCopy::Result ProductCopy::run(const QString &testFunction, int millisecon
 int ProductCopy::runInstead()
 {
     QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QLatin1String(copyMark), QStringLiteral("1"));
-    process.setProcessEnvironment(environment);
+    process.setProcessEnvironment(copyEnvironment());
     process.setProcessChannelMode(QProcess::ForwardedChannels);
     process.start(program, QCoreApplication::arguments().mid(1));
     process.waitForFinished(-1);

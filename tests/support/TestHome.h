@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextCodec>
@@ -28,7 +29,13 @@ struct TestHome
         set("TMPDIR", QStringLiteral("tmp"));
 #ifdef Q_OS_WIN
         // The user's folders are the system's to say: who runs a test there gives it a user of its own. The screen,
-        // too: without one there are no fonts.
+        // too: without one there are no fonts. A copy of a test that runs has mice of its own all the same.
+        if (qEnvironmentVariableIsSet("HALVARION_PRODUCT_COPY")) {
+            QStandardPaths::setTestModeEnabled(true);
+            const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+            if (!qEnvironmentVariableIsSet("HALVARION_TEST_HOME"))
+                QDir(data + QStringLiteral("/portwire")).removeRecursively();
+        }
 #else
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -56,13 +63,23 @@ private:
     }
 };
 
-/** Runs a test class in its own home, with every wait of the program cut to a fiftieth. */
+/**
+ * What is left of every wait of the program. On Windows a thread sleeps for a whole millisecond at least, and a mouse
+ * that answers hundreds of reports has to be done within the shortest of the waits.
+ */
+#ifdef Q_OS_WIN
+constexpr double shortWaits = 0.1;
+#else
+constexpr double shortWaits = 0.02;
+#endif
+
+/** Runs a test class in its own home, with every wait of the program cut. */
 #define HALVARION_TEST_MAIN(TestClass)                                                                                 \
     int main(int argc, char *argv[])                                                                                   \
     {                                                                                                                  \
         const TestHome home;                                                                                           \
         QApplication application(argc, argv);                                                                          \
-        Wait::setScale(0.02);                                                                                          \
+        Wait::setScale(shortWaits);                                                                                    \
         TestClass test;                                                                                                \
         return QTest::qExec(&test, argc, argv);                                                                        \
     }
