@@ -1,6 +1,8 @@
 #include "portwire/Library.h"
 #include "portwire/portwire.h"
 
+#include <QThreadStorage>
+
 #include <algorithm>
 #include <cstring>
 
@@ -21,12 +23,19 @@ bool isSameId(const char *wanted, const std::string &id)
            std::equal(id.begin(), id.end(), wanted, [&](char a, char b) { return lower(a) == lower(b); });
 }
 
+struct Found
+{
+    std::vector<std::string> paths;
+    std::vector<const char *> pointers; ///< to the paths, and a null behind them
+};
+
 template<typename Filter>
 const char *const *findPaths(const char *vid, const char *pid, int *count, Filter accepts)
 {
-    // Each thread has its own, so that a scan on one doesn't pull the paths away under another.
-    thread_local std::vector<std::string> paths;
-    thread_local std::vector<const char *> pointers;
+    // Each thread has its own, so that a scan on one doesn't pull the paths away under another. Not thread_local: when
+    // a thread ends on Windows, mingw's runtime gives the memory of such objects back before it destroys them.
+    static QThreadStorage<Found> found;
+    auto &[paths, pointers] = found.localData();
     paths.clear();
     pointers.clear();
     const std::size_t most = count ? static_cast<std::size_t>(std::max(*count, 0)) : 0;
