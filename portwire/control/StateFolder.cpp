@@ -7,7 +7,10 @@ namespace portwire {
 
 QString stateFolder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/portwire");
+    const QString chosen = qEnvironmentVariable("PORTWIRE_FOLDER");
+    return !chosen.isEmpty()
+               ? chosen
+               : QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/portwire");
 }
 
 QString controlSocket()

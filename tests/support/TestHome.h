@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextCodec>
@@ -29,13 +28,8 @@ struct TestHome
         set("TMPDIR", QStringLiteral("tmp"));
 #ifdef Q_OS_WIN
         // The user's folders are the system's to say: who runs a test there gives it a user of its own. The screen,
-        // too: without one there are no fonts. A copy of a test that runs has mice of its own all the same.
-        if (qEnvironmentVariableIsSet("HALVARION_PRODUCT_COPY")) {
-            QStandardPaths::setTestModeEnabled(true);
-            const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-            if (!qEnvironmentVariableIsSet("HALVARION_TEST_HOME"))
-                QDir(data + QStringLiteral("/portwire")).removeRecursively();
-        }
+        // too: without one there are no fonts. The mice are of this process alone all the same.
+        set("PORTWIRE_FOLDER", QStringLiteral("portwire"));
 #else
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
