@@ -8,6 +8,14 @@ find_program(IMAGE_CONVERT NAMES convert-im6.q16 magick REQUIRED)
 add_custom_command(OUTPUT "${HALVARION_ICON}"
     COMMAND "${IMAGE_CONVERT}" ${icons} "${HALVARION_ICON}"
     DEPENDS ${icons} VERBATIM)
+# The left side of the installer's last page, in the colours of the program; the size is the installer's.
+set(installerPicture "${windowsFolder}/installer.bmp")
+list(GET icons -1 largestIcon)
+add_custom_command(OUTPUT "${installerPicture}"
+    COMMAND "${IMAGE_CONVERT}" -size 164x314 "gradient:#1b2229-#0b0d10" "(" "${largestIcon}" -resize 96x96 ")"
+        -gravity center -composite -type TrueColor "BMP3:${installerPicture}"
+    DEPENDS "${largestIcon}" VERBATIM)
+add_custom_target(installer_picture ALL DEPENDS "${installerPicture}")
 set(HALVARION_MANIFEST "${PROJECT_SOURCE_DIR}/product/windows/halvarion.manifest")
 
 # halvarion_resource(target description [ICON]): version, and for what has a window the icon and the manifest.
@@ -89,3 +97,4 @@ install(FILES "${HALVARION_QT}/licences/LICENSE.GPL3" DESTINATION licences RENAM
 set(CPACK_GENERATOR ZIP NSIS)
 set(CPACK_PACKAGE_FILE_NAME "halvarion-${PROJECT_VERSION}-windows-x64")
 set(CPACK_HALVARION_ICON "${HALVARION_ICON}")
+set(CPACK_HALVARION_INSTALLER_PICTURE "${installerPicture}")

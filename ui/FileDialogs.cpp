@@ -33,14 +33,14 @@ const char *const darkStyle =
     "padding: 5px 14px;}QPushButton:hover,QToolButton:hover{background-color: rgb(%6);}"
     "QPushButton:focus,QPushButton:default{border: 1px solid rgb(%3);}"
     "QToolButton{background-color: rgb(%7);border: 1px solid rgb(%7);border-radius: 4px;padding: 2px;}"
-    "QScrollBar:horizontal{height: 8px;border: 0px;background: rgb(%2);}"
+    "QSplitter::handle{background-color: rgb(%4);}QScrollBar:horizontal{height: 8px;border: 0px;background: rgb(%2);}"
     "QScrollBar::handle:horizontal{background: rgb(%7);border-radius: 3px;margin: 1px;min-width: 24px;}"
     "QScrollBar::add-line,QScrollBar::sub-line{width: 0px;}";
 
 constexpr QSize dialogSize(860, 480);
 /** Places, then name, size, kind and date of a file, as wide as their usual texts; in pixels. */
 constexpr int placesWidth = 150;
-constexpr int columnWidths[] = {340, 80, 100, 150};
+constexpr int columnWidths[] = {320, 80, 125, 150};
 
 QString lastFolder; // GUI thread only; empty before the first file
 
