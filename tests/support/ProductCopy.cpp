@@ -89,7 +89,10 @@ ProductCopy::Result ProductCopy::run(const QString &testFunction, int millisecon
         result.exitCode = process.exitCode();
     }
     result.log = process.readAllStandardError();
-    const QList<QByteArray> lines = process.readAllStandardOutput().split('\n');
+    const QByteArray output = process.readAllStandardOutput();
+    if (result.exitCode != 0)
+        result.log += output; // says which check failed
+    const QList<QByteArray> lines = output.split('\n');
     for (const QByteArray &line : lines) {
         if (line.startsWith(tellMark))
             result.told += (result.told.isEmpty() ? QString() : QStringLiteral("\n")) +

@@ -17,7 +17,7 @@ public:
     {
         int exitCode = -1; ///< -1 when it crashed or hung
         QString told;      ///< what the test function gave to tell()
-        QByteArray log;    ///< standard error
+        QByteArray log;    ///< standard error; behind it all output when it failed
     };
 
     ProductCopy();
