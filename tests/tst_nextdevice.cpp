@@ -145,7 +145,7 @@ void NextDeviceTest::aCurveIsNotTheNextMouses()
     ProductCopy copy;
     copy.change("usersetting/Config.ini", [](QByteArray content) {
         const int second = content.indexOf("BatteryParam", content.indexOf("[Drive2]"));
-        return content.replace(second, 1, "b");
+        return content.replace(second, 1, "x");
     });
     const ProductCopy::Result result = copy.run("curveOfTheNextMouse");
     QVERIFY2(result.exitCode == 0, result.log.constData());
