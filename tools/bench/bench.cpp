@@ -1,9 +1,9 @@
 /**
  * bench FILE [PART...]: measures the program beside it, prints the figures as a table and writes them to FILE as JSON,
  * with every sample. Parts are start, inside (parts of the program, each by itself) and use; all without a name. Wants
- * an X display with nobody at its keyboard, and a HOME of its own. HALVARION_PROGRAMS names the folder of a program that
- * isn't beside it, with a reference program: for start alone. Exits with 1 when something could not be measured; an aim
- * that is missed stands in the table.
+ * an X display with nobody at its keyboard, and a HOME of its own. HALVARION_PROGRAMS names the folder of a program
+ * that isn't beside it, with a reference program: for start alone. Exits with 1 when something could not be measured;
+ * an aim that is missed stands in the table.
  */
 #include "bench/Figure.h"
 #include "bench/Screen.h"
