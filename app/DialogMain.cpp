@@ -4,7 +4,6 @@
 #include "app/Dialog.h"
 #include "app/DialogChange.h"
 #include "app/Ending.h"
-#include "app/FocusInSight.h"
 #include "app/hub/PostMsg.h"
 #include "app/hub/Wait.h"
 #include "devicelink/DeviceFlags.h"
@@ -54,7 +53,6 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     givePagesTheFocus(*ui->stackedWidget);
     setWindowFlags(Qt::FramelessWindowHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint);
     setFixedSize(size());
-    keepFocusInSight(this);
 
     connect(postMsg(), &PostMsg::SigChangeMainDialog, this, &DialogMain::SlotChangeMainDialog);
     connect(postMsg(), &PostMsg::SigChangeSize, this, &DialogMain::SlotChangeSize);

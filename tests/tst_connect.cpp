@@ -93,7 +93,6 @@ private Q_SLOTS:
     void languageChangesEverywhere_data();
     void languageChangesEverywhere();
     void keysOfTheWindow();
-    void keysStayWithThePageThatShows();
 };
 
 void ConnectTest::init()
@@ -568,24 +567,6 @@ void ConnectTest::keysOfTheWindow()
     QTest::keyClick(program.window(), Qt::Key_Return);
     QCOMPARE(enter.count(), 2);
     MacroRecording = false;
-}
-
-/** From the lists of pages that are left, however the user leaves them. */
-void ConnectTest::keysStayWithThePageThatShows()
-{
-    Program program;
-    const auto isInSight = [&program] {
-        const QWidget *const holder = program.window()->focusWidget();
-        return !holder || holder->isVisible();
-    };
-    QVERIFY(program.connectMouse("q1"));
-    program.click("LightsButton");
-    program.find("LightMod")->setFocus();
-    program.click("FormSetting");
-    QVERIFY(isInSight());
-    program.find("LightMod")->setFocus(); // as Qt does when it gives a page back what had the keyboard there
-    program.click("SensorButton");
-    QVERIFY(isInSight());
 }
 
 HALVARION_TEST_MAIN(ConnectTest)
