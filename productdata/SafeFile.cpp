@@ -2,6 +2,7 @@
 
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include <cstring>
@@ -55,6 +56,12 @@ QByteArray unescaped(const QByteArray &content)
 
 bool replaceFile(const QString &path, const QByteArray &content)
 {
+    // A pipe or a device would be replaced by a file of its name, for whoever uses it.
+    const QFileInfo place(path);
+    if (place.exists() && !place.isFile()) {
+        qWarning() << "what is no file is not replaced:" << path;
+        return false;
+    }
     QSaveFile file(path);
     // Flushed by hand: commit() would not notice that the last bytes found no room, and rename what there is.
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush() || !file.commit()) {

@@ -100,7 +100,7 @@ private:
 
 void ProfileFileTest::init()
 {
-    file = folder.filePath("a.bin");
+    file = folder.filePath("Мышь 鼠标.bin");
     QFile::remove(file);
     QFile::remove(file + "2"); // a file that exists would be asked about
     UserSettings::instance()->setLanguage(0);
@@ -188,7 +188,9 @@ void ProfileFileTest::noFile()
     FlashDataMap record{};
     for (const QString &path : {folder.filePath("missing"), folder.path(), pipe})
         QCOMPARE(int(ReadProfile(path, record)), 1);
-    WriteProfile(pipe + "/below", record);
+    for (const QString &path : {pipe, pipe + "/below"})
+        WriteProfile(path, record);
+    QVERIFY(!QFileInfo(pipe).isFile()); // what uses it goes on
 }
 
 void ProfileFileTest::roundTrip_data()
