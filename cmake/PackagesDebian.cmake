@@ -47,9 +47,9 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "The Halvarion developers <halvarion@velko.e
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${HALVARION_DATA_DIR}")
-# Without these fonts the program runs and shows boxes for three of its six languages.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-noto-cjk, fonts-noto-core")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "qtwayland5")
+# Without these fonts the program runs and shows boxes for three of its six languages; without the plug-in a Wayland
+# desktop takes it for a program of X11.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-noto-cjk, fonts-noto-core, qtwayland5")
 set(CPACK_PACKAGE_DESCRIPTION "\
 Halvarion shows and changes what a wireless gaming mouse keeps in its own
 memory: the functions of its buttons, macros, DPI levels and their colours,

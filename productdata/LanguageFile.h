@@ -22,7 +22,8 @@ using Apply = std::function<void(const QString &element, const QString &text)>;
 
 /**
  * Reads one section of the file of a language. Unknown sections are skipped; an element inside the section is handed
- * over whatever its name. What was read before a fault in the file stays applied; the fault goes to the log.
+ * over whatever its name. What was read before a fault in the file stays applied; the fault goes to the log. On the GUI
+ * thread alone.
  * \return false if the file can't be opened or holds a fault.
  */
 bool readSection(int index, const QString &section, const Apply &apply);
