@@ -18,6 +18,7 @@
 #include <QCheckBox>
 #include <QKeyEvent>
 #include <QListWidget>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QSignalBlocker>
 #include <QSpinBox>

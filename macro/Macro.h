@@ -11,10 +11,12 @@
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 class Prompt;
 class QListWidgetItem;
+class QMenu;
 class RowList;
 
 /**
@@ -126,6 +128,7 @@ private:
     std::optional<Saved> saved; ///< while the listeners of a save run, and until the user leaves
     int savesUnderWay = 0;      ///< one can begin while the listeners of another wait
 
+    std::unique_ptr<QMenu> menu; ///< of the list of macros, made anew at each right click
     MacroRecorder recorder;
     platform::KeyboardHook hook;
     bool isRecordingShown = false; ///< from start to stop; the event limit ends `MacroRecording` before

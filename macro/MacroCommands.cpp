@@ -91,8 +91,8 @@ void Macro::DeleteMacro()
 
 void Macro::on_listWidgetHong_customContextMenuRequested(const QPoint &position)
 {
-    auto *menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
+    // Stays until the next one: an action's prompt runs an event loop, and Qt looks at the menu once more behind it.
+    menu = std::make_unique<QMenu>(this);
     if (form.listWidgetHong->itemAt(position)) {
         menu->addAction(texts.exportMacro, this, &Macro::ExPortMacro);
         menu->addAction(texts.renameMacro, this, &Macro::RenameMacro);

@@ -14,6 +14,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTimer>
@@ -493,11 +494,12 @@ void MacroPageTest::contextMenu()
     for (const auto &[place, entries] : {std::pair(overRow, 3), std::pair(overRow + QPoint(0, 200), 2)}) {
         for (int entry = 0; entry < entries; ++entry) {
             Q_EMIT macros()->customContextMenuRequested(place);
-            QWidget *const menu = QApplication::activePopupWidget();
+            const QPointer<QWidget> menu = QApplication::activePopupWidget();
             QVERIFY(menu && menu->actions().size() == entries);
             for (int step = 0; step <= entry; ++step)
                 QTest::keyClick(menu, Qt::Key_Down);
             QTest::keyClick(menu, Qt::Key_Return);
+            QVERIFY(menu); // Qt looks at it behind the event loop of the prompt
         }
     }
     QCOMPARE(prompts, QStringList({"export m", "QuestionDialog", "DeleteConfirm", "QuestionDialog", "import"}));
