@@ -11,6 +11,7 @@
 #include "support/VirtualMice.h"
 #include "ui/MouseOffLine.h"
 
+#include <QComboBox>
 #include <QJsonDocument>
 #include <QLabel>
 #include <QPushButton>
@@ -283,9 +284,12 @@ void PairingTest::spaceOnTheChooser()
     QVERIFY(program->connectEntry(0));
 }
 
-/** The list that had the keyboard when the device was left isn't opened over another page; an open menu closes. */
+/** The list that had the keyboard when the device was left isn't opened over another page; open menus and lists close.
+ */
 void PairingTest::spaceAfterAList()
 {
+    for (const Qt::UIEffect effect : {Qt::UI_General, Qt::UI_AnimateCombo, Qt::UI_AnimateMenu})
+        QApplication::setEffectEnabled(effect); // as Windows has them
     open(1);
     program->click("LightsButton");
     program->find("LightMod")->setFocus();
@@ -302,6 +306,10 @@ void PairingTest::spaceAfterAList()
     Q_EMIT program->find("listWidgetHong")->customContextMenuRequested({});
     QVERIFY(QApplication::activePopupWidget());
     program->click("LightsButton");
+    QVERIFY(!QApplication::activePopupWidget());
+    program->find<QComboBox>("LightMod")->showPopup();
+    QVERIFY(QApplication::activePopupWidget()); // at once
+    program->click("FormSetting");
     QVERIFY(!QApplication::activePopupWidget());
 }
 
