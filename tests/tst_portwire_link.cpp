@@ -213,10 +213,14 @@ void tst_portwire_link::refusedBytesAreGivenUpAlone()
         return {{request.refusal()}};
     });
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("refuses a write at address 161"));
+    First::reset();
     FlashDataMap wanted = changedEverywhere(before);
     bench.change(wanted);
     wanted.LightRed = before.LightRed;
     QVERIFY(bench.awaitInFlash(wanted));
+    const auto told = bench.awaitRecord();
+    QVERIFY2(told && isSame(*told, wanted), "the screen goes on showing what the mouse doesn't hold");
+    bench.record = *told;
     bench.record.Lod = 3 - bench.record.Lod;
     bench.change(bench.record);
     wanted.Lod = bench.record.Lod;
@@ -424,6 +428,9 @@ void tst_portwire_link::everythingHasAnEnd()
     isSilent = false;
     QVERIFY(First::await(4));
     QVERIFY(isSame(bench.flash(), before));
+    // What the user sees of it must not stay.
+    const bool isShown = job.request.code == ReportCode::WriteFlash || job.kind == Job::Kind::SelectProfile;
+    QTRY_COMPARE(First::count(8), std::size_t{isShown ? 2U : 1U});
 }
 
 void tst_portwire_link::writesKeepToTheirProfile_data()

@@ -176,6 +176,8 @@ void Work::finish(const Step &step, const Frame *answer)
         begin(job->writesBehind);
         isOutdated = false;
         profile = answer ? std::optional(answer->payload[0]) : std::nullopt;
+        if (!answer)
+            jobs.add(Job::wholeRecord()); // who chose it sees what is active instead
         break;
     case Job::Kind::FactoryReset:
         begin(job->writesBehind);
@@ -207,6 +209,7 @@ void Work::giveUp(const Step &step, const WriteQueue::Write &write)
     const std::lock_guard lock(mutex);
     batchesIgnored = 0;
     step.epoch->giveUp(write, step.batch.serial);
+    jobs.add(Job::wholeRecord()); // as in mayTake()
 }
 
 bool Work::ignored(const Step &step)

@@ -81,7 +81,7 @@ public:
     void finish(const Step &step, const Frame *answer);
     /** The mouse has acknowledged the batch. */
     void written(const Step &step);
-    /** These bytes of the batch are not to be sent again. */
+    /** These bytes of the batch are not to be sent again; the program is told what the mouse holds instead. */
     void giveUp(const Step &step, const WriteQueue::Write &write);
     /**
      * Counts a try that came to nothing while the mouse answered something else.
