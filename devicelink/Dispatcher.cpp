@@ -16,6 +16,8 @@
 #include "productdata/FirmwareImages.h"
 #include "productdata/ModelData.h"
 
+#include <QDebug>
+
 #include <cstring>
 
 namespace {
@@ -93,7 +95,13 @@ void onConfig(const Report &report)
 
 void onVersion(const Report &)
 {
-    const QString version = FirmwareImages::versionText(UsbFinderC_GetVersion(DevicePath().get().constData()));
+    const std::uint16_t told = UsbFinderC_GetVersion(DevicePath().get().constData());
+    if (told == 0) {
+        // It fell asleep since. Whoever looks for newer firmware would take "v0.0" for one that is old.
+        qWarning() << "a mouse that told its version doesn't answer the question for it";
+        return;
+    }
+    const QString version = FirmwareImages::versionText(told);
     SelectInfo().update([&version](DeviceAllInfo &selected) { selected.MouseVersion = version; });
     postMsg()->post(&PostMsg::SigSetver, 0);
     ModelData::storeMouseVersion(SelectInfo().get().ModelIndex, version);

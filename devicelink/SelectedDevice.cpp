@@ -26,4 +26,6 @@ Snapshot<QString> &SaveFileName()
     return *name;
 }
 
+bool isRecordOfSelected() { return !SaveFileName().get().isEmpty(); }
+
 QString selectedSection() { return ModelData::section(SelectInfo().get().ModelIndex); }

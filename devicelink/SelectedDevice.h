@@ -17,5 +17,8 @@ Snapshot<QString> &LoadFileName();
 /** Cache file to write the working record to, made at each whole record. Empty before the first. */
 Snapshot<QString> &SaveFileName();
 
+/** True once the selected mouse has told its record. Until then the working record may be that of another one. */
+bool isRecordOfSelected();
+
 /** Section of the product file for the selected device, such as "Drive1". */
 QString selectedSection();

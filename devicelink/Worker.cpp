@@ -133,15 +133,17 @@ void Worker::run()
     if (!ConnectPending)
         return;
     served = requests.load();
+    // Before the selection itself: one that is made in between is noted for the pass that its request brings.
+    const bool isNew = DeviceWindowOpen && isNewSelection.exchange(false);
     const DeviceAllInfo selected = SelectInfo().get();
-    const QByteArray path = DevicePath().get();
+    // Not `DevicePath`, which the GUI thread sets a moment later: the link would be that of the device before.
+    const QByteArray path = selected.Path.toUtf8();
     if (!DeviceOnline)
         DeviceOnline = isOnline(path);
 
     if (DeviceWindowOpen) {
         const bool isSame = lastConnection == Connection{selected.Path, selected.ReceiverClass};
-        const bool nothingChanged =
-            !isNewSelection.exchange(false) && isSame && PreviousOnline == DeviceOnline && !RereadPending;
+        const bool nothingChanged = !isNew && isSame && PreviousOnline == DeviceOnline && !RereadPending;
         if (!nothingChanged && connectDevice(selected, path))
             PreviousOnline = DeviceOnline.load();
     }

@@ -113,8 +113,11 @@ void SensorDPI::setLevelColor(int level, const QString &hexadecimal)
 
 void SensorDPI::setActiveLevel(int level)
 {
-    if (isLevel(level))
-        activeLevel = level;
+    if (!isLevel(level))
+        return;
+    if (level != activeLevel)
+        closeColourDialog();
+    activeLevel = level;
 }
 
 void SensorDPI::checkLevel(int level)
@@ -222,7 +225,7 @@ void SensorDPI::barClicked(int level)
     colorDialog->raise();
 }
 
-/** What it was opened for has gone: its OK would give the colour to a level of another page, or of another mouse. */
+/** What it was opened for has gone: its OK would give the colour to another level, of another page or mouse even. */
 void SensorDPI::closeColourDialog()
 {
     if (colorDialog)
@@ -317,13 +320,14 @@ void SensorDPI::on_ChooseEvent_currentIndexChanged(int lastLevel)
     showLevels(lastLevel);
     if (!DeviceWritesEnabled)
         return;
-    // One update either way: the mouse never has a count without the levels that belong to it.
-    if (exchange) {
+    // One update either way: the mouse never has a count without the levels that belong to it. One that has yet to tell
+    // its levels keeps them as they are.
+    if (exchange && isRecordOfSelected()) {
         const FlashDataMap record = WorkingRecord::instance().copy();
         SetDpiLevelPair(record.DpiLevels[previousLevel], record.DpiLevels[lastLevel], previousLevel, lastLevel,
                         static_cast<std::uint8_t>(lastLevel));
-    } else {
-        SetDpiLevelCount(static_cast<std::uint8_t>(lastLevel + 1));
+    } else if (SetDpiLevelCount(static_cast<std::uint8_t>(lastLevel + 1)) && exchange) {
+        SetDpiCurrentLevel(static_cast<std::uint8_t>(lastLevel));
     }
 }
 

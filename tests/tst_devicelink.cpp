@@ -7,7 +7,9 @@
 #include "devicelink/ReportLink.h"
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/StatusGate.h"
+#include "devicelink/Worker.h"
 #include "devicelink/WorkingRecord.h"
+#include "productdata/ModelData.h"
 #include "productdata/UserFolders.h"
 #include "support/ConnectedMouse.h"
 #include "support/ProductCopy.h"
@@ -104,6 +106,7 @@ private Q_SLOTS:
     void dispatcherDropsRubbish();
     void aSetterMeetsAReply_data();
     void aSetterMeetsAReply();
+    void passInTheMiddleOfASelection();
     void twoRereadsInThreeSeconds();
     void resetOfOneMouseSparesTheNext();
     void resetSparesCombinationsOfTheProduct();
@@ -276,6 +279,11 @@ void DeviceLinkTest::dispatcherDropsRubbish()
     report(settings, &rate4000, 1);
     QCOMPARE(int{WorkingRecord::instance().copy().ReportRate}, 32);
     QTRY_COMPARE(int{VirtualMice::record("q1").ReportRate}, 32);
+    QTRY_COMPARE(SelectInfo().get().MouseVersion, QString("v1.12"));
+    VirtualMice::tell({"sleep", "q1"});
+    report({0, 18, 0, 0, 0}, nullptr, 0); // and then it can't be asked
+    QCOMPARE(SelectInfo().get().MouseVersion, QString("v1.12"));
+    QCOMPARE(ModelData::mouseVersion(0), QString("v1.12"));
 }
 
 void DeviceLinkTest::aSetterMeetsAReply_data()
@@ -329,6 +337,20 @@ void DeviceLinkTest::aSetterMeetsAReply()
     QTRY_COMPARE(int{VirtualMice::record("q1").DebounceTime}, 20);
     QVERIFY(ConnectedMouse::isWritten("q1"));
     QCOMPARE(held(VirtualMice::record("q1")), rateLevelLod);
+}
+
+/** The GUI thread has set the selection, and not yet the path of the library's calls. */
+void DeviceLinkTest::passInTheMiddleOfASelection()
+{
+    ConnectedMouse::select(1);
+    const QByteArray former = DevicePath().get();
+    ConnectedMouse::select(0);
+    DevicePath().set(former);
+    VirtualMice::tell({"rate", "q1", "4"});
+    const FlagScope open(DeviceWindowOpen);
+    Worker worker;
+    worker.request();
+    QTRY_COMPARE(int{WorkingRecord::instance().copy().ReportRate}, 4);
 }
 
 void DeviceLinkTest::twoRereadsInThreeSeconds()

@@ -123,7 +123,11 @@ void DpiEditorTest::barChoosesALevelAndOpensTheColours()
     QVERIFY(bar(3)->styleSheet().contains("rgb(10,200,30)") && bar(3)->styleSheet().contains("MaxB.png"));
     press(bar(0));
     QCOMPARE(dialog->currentColor(), QColor(0, 0, 0));
-    // With its page or its record gone it would colour a level of another mouse.
+    // With its level, its page or its record gone it would colour another level, or one of another mouse.
+    VirtualMice::tell({"dpi", id, "2"});
+    QTRY_VERIFY(!dialog->isVisible());
+    QTRY_VERIFY(bar(2)->isChecked());
+    press(bar(0));
     show(held());
     QVERIFY(!dialog->isVisible());
     press(bar(0));

@@ -4,12 +4,14 @@
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/SelectedDevice.h"
+#include "devicelink/Worker.h"
 #include "productdata/UserFolders.h"
 #include "support/ProductCopy.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
 #include "support/VirtualMice.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -26,6 +28,7 @@ private Q_SLOTS:
     void clickOnADeviceThatWasJustPulled_data();
     void clickOnADeviceThatWasJustPulled();
     void aRereadIsNotTheNextMouses();
+    void levelsAreNotTheNextMouses();
     void goingBackEndsEverything();
     void promptsOfTheGraceTime();
     void aCurveIsNotTheNextMouses();
@@ -81,6 +84,26 @@ void NextDeviceTest::aRereadIsNotTheNextMouses()
     QCOMPARE(waits.first().first().toInt(), 0);
     QTRY_COMPARE(QFileInfo(UserFolders::path(UserFolders::Folder::DeviceInfo) + '/' + LoadFileName().get()).size(),
                  10432); // the first connect of a model makes its cache
+}
+
+/** The next mouse has been woken and has yet to tell what it holds; the program still has what the last one held. */
+void NextDeviceTest::levelsAreNotTheNextMouses()
+{
+    Program program;
+    QVERIFY(program.connectMouse("q1"));
+    program.click("UpArrow");
+    QTRY_VERIFY(!program.isDeviceWindowShown());
+    FlashDataMap wanted = VirtualMice::record("q2");
+    VirtualMice::tell({"sleep", "q2"});
+    program.click(program.pictureOf("q2"));
+    QTRY_VERIFY(OfflineWaiting && !isConnecting());
+    VirtualMice::tell({"fault", "q2", "drop", "100000"});
+    VirtualMice::tell({"wake", "q2"});
+    program.find<QComboBox>("ChooseEvent")->setCurrentIndex(1);
+    VirtualMice::tell({"fault", "q2", "drop", "0"});
+    wanted.DpiLevelCount = 2;
+    wanted.DpiCurrentLevel = 1;
+    QTRY_VERIFY(VirtualMice::record("q2") == wanted);
 }
 
 /** However far the connect had come: on the chooser no report of the mouse reaches the pages any more. */
