@@ -240,7 +240,7 @@ void DialogMain::mouseReleaseEvent(QMouseEvent *) { dragOffset = {}; }
 void DialogMain::enterEvent(QEvent *event)
 {
     QDialog::enterEvent(event);
-    if (platform::windowsRuleThemselves() || !platform::tellsOfMinimising())
+    if (platform::tellsOfMoving())
         return;
     const auto *enter = static_cast<QEnterEvent *>(event);
     move(enter->globalPos() - enter->windowPos().toPoint());

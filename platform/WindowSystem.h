@@ -15,6 +15,12 @@ bool windowsRuleThemselves();
 bool tellsOfMinimising();
 
 /**
+ * False where a window may be moved while the program still counts the places of the screen from where it was: in one
+ * of X11 on a Wayland desktop. Wayland's own counts them from the window's corner, wherever that is.
+ */
+bool tellsOfMoving();
+
+/**
  * Whether the window system did minimise a window that asked for it a moment ago; not every window manager does. The
  * window is the system's own: an X window id, an HWND. True where that can't be told.
  */

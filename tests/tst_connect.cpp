@@ -19,6 +19,7 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QProgressBar>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QSystemTrayIcon>
 #include <QTimer>
@@ -93,6 +94,7 @@ private Q_SLOTS:
     void languageChangesEverywhere_data();
     void languageChangesEverywhere();
     void keysOfTheWindow();
+    void movedByACompositor();
 };
 
 void ConnectTest::init()
@@ -567,6 +569,24 @@ void ConnectTest::keysOfTheWindow()
     QTest::keyClick(program.window(), Qt::Key_Return);
     QCOMPARE(enter.count(), 2);
     MacroRecording = false;
+}
+
+/** On a Wayland desktop a program of X11 may hear of its window's place from the mouse alone. */
+void ConnectTest::movedByACompositor()
+{
+#ifndef Q_OS_LINUX
+    QSKIP("no Wayland");
+#endif
+    const Program program;
+    const QPoint place = program.window()->pos();
+    const QPoint onScreen = place + QPoint(140, 90);
+    QEnterEvent event({40, 30}, {40, 30}, onScreen);
+    QCoreApplication::sendEvent(program.window(), &event);
+    QCOMPARE(program.window()->pos(), place); // the system of windows tells where they are
+    const auto desktop = qScopeGuard([] { qunsetenv("WAYLAND_DISPLAY"); });
+    qputenv("WAYLAND_DISPLAY", "wayland-0");
+    QCoreApplication::sendEvent(program.window(), &event);
+    QCOMPARE(program.window()->mapToGlobal({40, 30}), onScreen);
 }
 
 HALVARION_TEST_MAIN(ConnectTest)

@@ -10,7 +10,9 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QScreen>
+#include <QWindow>
 #include <QXmlStreamReader>
 
 using namespace AllPrompts;
@@ -96,6 +98,7 @@ private Q_SLOTS:
     void waysOut();
     void programEnds();
     void placement();
+    void placedByACompositor();
 };
 
 void PromptsTest::initTestCase() { QFont::insertSubstitution(QStringLiteral("微软雅黑"), "Noto Sans CJK SC"); }
@@ -309,6 +312,26 @@ void PromptsTest::placement()
     QVERIFY(screen.contains(prompt.geometry()));
     prompt.centreOn(nullptr);
     QVERIFY(screen.contains(prompt.geometry()));
+}
+
+/** It has to know to whom a prompt belongs, and gives the keyboard to no window that bypasses it. */
+void PromptsTest::placedByACompositor()
+{
+#ifndef Q_OS_LINUX
+    QSKIP("no Wayland");
+#endif
+    const auto desktop = qScopeGuard([] { qunsetenv("WAYLAND_DISPLAY"); });
+    qputenv("WAYLAND_DISPLAY", "wayland-0");
+    QWidget caller;
+    caller.show();
+    SameMacro prompt;
+    QVERIFY(!(prompt.windowFlags() & Qt::BypassWindowManagerHint));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("the compositor places"));
+    prompt.centreOn(&caller);
+    QCOMPARE(prompt.windowHandle()->transientParent(), caller.windowHandle());
+    SameMacro onTop;
+    onTop.centreOn(&prompt);
+    QCOMPARE(onTop.windowHandle()->transientParent(), prompt.windowHandle());
 }
 
 HALVARION_TEST_MAIN(PromptsTest)

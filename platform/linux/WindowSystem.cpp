@@ -2,18 +2,23 @@
 
 #include "XConnection.h"
 
-bool platform::windowsRuleThemselves()
+namespace {
+
+bool isOfWayland()
 {
-    // A compositor that shows programs of X11 lets those of its session know of both ways to it.
-    const bool isX11OfWayland =
-        QGuiApplication::platformName() == QLatin1String("xcb") && qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-    return tellsOfMinimising() && !isX11OfWayland;
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland")); // there is "wayland-egl" as well
 }
 
-bool platform::tellsOfMinimising()
-{
-    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland")); // there is "wayland-egl" as well
-}
+/** A compositor that shows programs of X11 lets those of its session know of both ways to it. */
+bool isGuestOfWayland() { return !isOfWayland() && qEnvironmentVariableIsSet("WAYLAND_DISPLAY"); }
+
+} // namespace
+
+bool platform::windowsRuleThemselves() { return !isOfWayland() && !isGuestOfWayland(); }
+
+bool platform::tellsOfMinimising() { return !isOfWayland(); }
+
+bool platform::tellsOfMoving() { return !isGuestOfWayland(); }
 
 bool platform::isMinimised(std::uintptr_t windowId)
 {

@@ -33,6 +33,7 @@ struct TestHome
 #else
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
+        qunsetenv("WAYLAND_DISPLAY"); // the windows are on no one's desktop
         // As the program does at start: with the C locale a file with a Chinese name could not be opened.
         QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 #endif
