@@ -4,7 +4,7 @@
 import_profile="827 191" export_profile="934 191" factory_reset="880 227"
 settings_page() { click 572 75; hover 600 690; }
 pair_button="280 344" start_with_system="628 342" long_range="212 471" light_battery="212 631"
-answer_file() { xdotool key ctrl+a; xdotool type --delay 20 "$(path_there "$1")"; xdotool key Return sleep 0.5; }
+answer_file() { xdotool key ctrl+a; xdotool type --delay 20 "$(path_there "$1")"; xdotool key Return sleep $closing; }
 pairing_shown() { dialog_shown 458x242; }
 holds() { ctl record "$1" | cmp -s - "$2"; }
 file_holds() { [ "$(stat -c %s "$1")" = 10464 ] && tail -c 10428 "$1" | cmp -s - "$2"; }

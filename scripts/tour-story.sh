@@ -210,7 +210,7 @@ for index in 1 4 0; do
     sleep 0.5
     shot "repair-no-device-language-$index"
     xdotool key Escape
-    sleep 0.3
+    sleep $closing
 done
 ctl plug q1-4k >/dev/null
 xdotool key Return
@@ -288,7 +288,7 @@ sleep 1.5
 shot chooser-none
 
 echo "A second start"
-"$bin/halvarion" >>"$log" 2>&1 &
+env "${environment[@]}" "$bin/halvarion" >>"$log" 2>&1 &
 second=$!
 check "it says that one runs" 10 prompt_shown "$second"
 shot second-start

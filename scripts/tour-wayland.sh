@@ -57,6 +57,8 @@ case $HALVARION_TOUR in
 xwayland)
     stories="wayland-story story"
     weston_starts
+    # A window of X11 that is gone stays on weston's screen for more than a second, and gets what is meant for the next.
+    closing=2
     eyes=$(sed -n 's/.*xserver listening on display //p' "$nest/log")
     environment=(QT_QPA_PLATFORM=xcb "DISPLAY=$eyes" "WAYLAND_DISPLAY=$nest/wayland-tour")
     ;;
@@ -65,7 +67,7 @@ sway)
     sway_starts
     environment=(-u DISPLAY QT_QPA_PLATFORM=wayland "WAYLAND_DISPLAY=$(compgen -G "$nest/wayland-?")")
     windows_shown() {
-        swaymsg -t get_tree | jq -r --arg program "$program" '.. | objects |
+        swaymsg -t get_tree | jq -r --arg program "${1:-$program}" '.. | objects |
             select(.app_id? and .pid == ($program | tonumber)) | .rect | "\(.width)x\(.height) \(.x) \(.y)"'
     }
     ;;
