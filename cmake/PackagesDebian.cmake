@@ -20,6 +20,26 @@ foreach(size IN LISTS sizes)
 endforeach()
 install(FILES "${iconDrawing}" DESTINATION share/icons/hicolor/scalable/apps RENAME halvarion.svg)
 
+# The pictures go with the documentation. The metadata names them only by an address from which a software centre can
+# fetch them, the one kind that AppStream allows: one that answers nobody would show as a broken picture.
+set(HALVARION_SCREENSHOTS_ADDRESS "" CACHE STRING "Where the pictures of docs/ are published, https://... with no / behind")
+set(entries)
+set(kind " type=\"default\"")
+foreach(page IN ITEMS button sensor settings)
+    set(picture "${page}-page.png")
+    install(FILES "${PROJECT_SOURCE_DIR}/docs/${picture}" DESTINATION share/doc/halvarion)
+    string(APPEND entries "
+    <screenshot${kind}>
+      <caption>The ${page} page</caption>
+      <image>${HALVARION_SCREENSHOTS_ADDRESS}/${picture}</image>
+    </screenshot>")
+    set(kind)
+endforeach()
+set(HALVARION_SCREENSHOTS)
+if(HALVARION_SCREENSHOTS_ADDRESS)
+    set(HALVARION_SCREENSHOTS "\n  <screenshots>${entries}\n  </screenshots>")
+endif()
+
 # What is read without a program: compressed as Debian wants it, without the time of its making.
 set(metadata "${PROJECT_BINARY_DIR}/linux")
 execute_process(COMMAND date -R -u -d "${HALVARION_RELEASE_DATE}" OUTPUT_VARIABLE HALVARION_RELEASE_TIME
