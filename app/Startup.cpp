@@ -3,6 +3,7 @@
 #include "app/DialogMain.h"
 #include "app/Ending.h"
 #include "app/InstanceGuard.h"
+#include "app/ScreenScale.h"
 #include "app/TextSetup.h"
 #include "productdata/UserFolders.h"
 #include "ui/ExeIsRun.h"
@@ -25,6 +26,7 @@ int runProgram(int &argc, char **argv)
     // rest. None of these does.
     if (!qEnvironmentVariableIsSet(glIntegration))
         qputenv(glIntegration, "none");
+    useScreenScale();
     QApplication application(argc, argv);
     // A prompt that closes while the window sits in the tray is, to Qt, the last window closed. The exit path quits.
     QApplication::setQuitOnLastWindowClosed(false);

@@ -49,5 +49,19 @@ stations_of_the_system() {
     import -window root "$shots/tray-menu.png"
     click $tray_exit
     check "the tray's menu ends the program" 5 eval "! kill -0 $program"
+
+    echo "A scaled screen"
+    local scale=('HKCU\Control Panel\Desktop' /v LogPixels)
+    # The window has to fit above all: of 150 % it takes what the screen of 1280x900 has room for.
+    reg add "${scale[@]}" /t REG_DWORD /d 144 /f >/dev/null
+    wineserver -k # who has the desktop already keeps to what it was
+    "$bin/halvarion" >>"$log" 2>&1 &
+    program=$!
+    check "the window is as large as the screen lets it" 20 eval "windows_shown | grep -qE '^1(2[0-7][0-9]|280)x8'"
+    sleep 1
+    import -window root "$shots/scaled.png"
+    kill "$program" && wait "$program" || true
+    reg delete "${scale[@]}" /f >/dev/null
+    wineserver -k
     start_program
 }
