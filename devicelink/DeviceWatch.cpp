@@ -8,6 +8,7 @@
 #include "devicelink/Worker.h"
 #include "portwire/portwire.h"
 #include "productdata/FirmwareImages.h"
+#include "productdata/ModelData.h"
 
 #include <algorithm>
 
@@ -67,6 +68,19 @@ void deviceWatch()
     const DeviceAllInfo selected = SelectInfo().get();
     if (selected.IsCorded)
         offerReceiverUpdate(pairedReceiverVersion(), selected.ModelIndex, updateClass());
+}
+
+bool lookForCable()
+{
+    if (SelectInfo().get().IsCorded)
+        return false;
+    // By the product id: what doesn't answer tells nothing else of itself.
+    const QStringList cables = ModelData::usbIds().usbPids;
+    const bool isOne = std::any_of(watched.cbegin(), watched.cend(),
+                                   [&cables](const DeviceAllInfo &entry) { return cables.contains(entry.Pid); });
+    if (isOne)
+        deviceWatch();
+    return SelectInfo().get().IsCorded;
 }
 
 const QList<DeviceAllInfo> &watchedDevices() { return watched; }

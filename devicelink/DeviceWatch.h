@@ -13,6 +13,13 @@
  */
 void deviceWatch();
 
+/**
+ * Looks once more if the selected mouse may be on its cable unheard: one that has just been plugged in may not answer
+ * the watch in time, and the bus doesn't change when it does. GUI thread only.
+ * \return true if it is the selected device on its cable now
+ */
+bool lookForCable();
+
 /** What the last look of the watch found on the bus. GUI thread only, as all below. */
 const QList<DeviceAllInfo> &watchedDevices();
 

@@ -4,6 +4,7 @@
 #include "app/hub/Wait.h"
 #include "devicelink/DeviceCache.h"
 #include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceWatch.h"
 #include "devicelink/Dispatcher.h"
 #include "devicelink/ReportLink.h"
 #include "devicelink/SelectedDevice.h"
@@ -116,6 +117,8 @@ void Worker::SlotCheckOnline()
         } else if (HotplugWatchEnabled) {
             DeviceOnline = isOnline(DevicePath().get());
             PreviousOnline = false;
+            if (!DeviceOnline && lookForCable())
+                DeviceOnline = isOnline(DevicePath().get());
             if (!DeviceOnline)
                 return;
             postMsg()->post(&PostMsg::SigCloseOffOnline);

@@ -2,6 +2,7 @@
 #include "app/DialogMain.h"
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
+#include "devicelink/DeviceWatch.h"
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/Worker.h"
 #include "productdata/LanguageFile.h"
@@ -79,6 +80,8 @@ private Q_SLOTS:
     void sleepingMouseShowsTheCache();
     void cableTakesOver_data();
     void cableTakesOver();
+    void cableIsHeardLate_data();
+    void cableIsHeardLate();
     void pulledInMidRead();
     void noAnswerToTheRecord();
     void changesMadeOnTheMouse();
@@ -290,6 +293,33 @@ void ConnectTest::cableTakesOver()
     VirtualMice::tell({"unplug", "q1"});
     QTRY_VERIFY(!program.isDeviceWindowShown());
     QTRY_COMPARE(program.entryCount(), 2);
+}
+
+void ConnectTest::cableIsHeardLate_data()
+{
+    QTest::addColumn<QStringList>("lost"); ///< how many answers, and how many come before
+    QTest::newRow("it tells no ids") << QStringList{"40", "0"};
+    QTest::newRow("it tells no address") << QStringList{"3", "1"};
+    QTest::newRow("it doesn't answer once more") << QStringList{"3", "2"};
+}
+
+/** The watch has looked at the cable when the mouse wasn't ready, and the bus doesn't change any more. */
+void ConnectTest::cableIsHeardLate()
+{
+    QFETCH(QStringList, lost);
+    Program program;
+    QVERIFY(program.connectMouse("q1"));
+    VirtualMice::tell(QStringList{"fault", "q1", "drop"} + lost);
+    VirtualMice::tell({"plug", "q1"});
+    QTRY_COMPARE(watchedDevices().size(), 2);
+    VirtualMice::tell({"fault", "q1", "drop", "0"});
+    program.whenShown("MouseOffLine", [] {
+        if (QWidget *const prompt = QApplication::activeModalWidget())
+            QTimer::singleShot(1000, prompt, &QWidget::close);
+    });
+    program.click("SensorButton");
+    program.click(otherRate());
+    QTRY_VERIFY(SelectInfo().get().IsCorded && program.isConnected());
 }
 
 /** Pulls the receiver at many moments of a connect: the way is always back to the chooser, with no prompt left. */
