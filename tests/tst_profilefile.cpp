@@ -358,6 +358,9 @@ void ProfileFileTest::chosenProfileAndSleep()
     choose();
     QTRY_COMPARE(VirtualMice::device("q1")["profile"].toInt(), 1);
     QTRY_VERIFY(list->currentIndex() == 1 && program().isConnected());
+    list->setCurrentIndex(3);
+    Q_EMIT list->activated(7); // which the mouse doesn't have and refuses
+    QTRY_COMPARE(list->currentIndex(), 1);
     VirtualMice::tell({"sleep", "q1"});
     choose();
     QCOMPARE(list->currentIndex(), 1);
