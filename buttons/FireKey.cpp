@@ -2,6 +2,7 @@
 
 #include "productdata/Theme.h"
 #include "ui/FormParts.h"
+#include "ui/NumberBox.h"
 
 #include <QFrame>
 #include <QLabel>
@@ -59,7 +60,7 @@ FireKey::FireKey()
 
 QSpinBox *FireKey::addNumber(const char *name, const QRect &place, int minimum, int maximum, int value)
 {
-    auto *number = addPlaced<QSpinBox>(frame(), name, place);
+    auto *number = addPlaced<NumberBox>(frame(), name, place);
     number->setFont(label()->font());
     number->setStyleSheet(Theme::spinBox() + Theme::focusFrame(QStringLiteral("QSpinBox")));
     number->setButtonSymbols(QAbstractSpinBox::NoButtons);

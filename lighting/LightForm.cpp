@@ -144,7 +144,7 @@ void LightForm::buildColour(QWidget *page)
 {
     for (const ChannelPlace &entry : channels) {
         auto *reduce = addButton(page, entry.reduceName, {entry.left, channelTop + 2, 20, 20});
-        auto *value = addPlaced<QSpinBox>(page, entry.valueName, {entry.left + 23, channelTop, 34, 24});
+        auto *value = addPlaced<NumberBox>(page, entry.valueName, {entry.left + 23, channelTop, 34, 24});
         styleNumberBox(value);
         value->setFocusPolicy(Qt::ClickFocus);
         value->setRange(0, 255);

@@ -6,6 +6,7 @@
 #include "ui/FittedText.h"
 #include "ui/FormParts.h"
 #include "ui/MyConmboBox.h"
+#include "ui/NumberBox.h"
 #include "ui/PageFont.h"
 
 #include <QButtonGroup>
@@ -83,7 +84,7 @@ constexpr QRect rules[] = {{588, 149, 254, 1}, {588, 297, 254, 1}, {588, 371, 25
 
 QSpinBox *addNumber(QWidget *page, const char *name, const QRect &place, int minimum, int maximum)
 {
-    auto *number = addPlaced<QSpinBox>(page, name, place);
+    auto *number = addPlaced<NumberBox>(page, name, place);
     number->setButtonSymbols(QAbstractSpinBox::NoButtons);
     number->setAlignment(Qt::AlignCenter);
     number->setFocusPolicy(Qt::ClickFocus);

@@ -79,7 +79,6 @@ FormSetting::FormSetting(QWidget *parent)
                 {form.textEdit_4->viewport(), form.lightModes[2]}};
     for (auto caption = captions.keyBegin(); caption != captions.keyEnd(); ++caption)
         (*caption)->installEventFilter(this);
-    form.comboBox->installEventFilter(this);
     connect(form.scrollArea->verticalScrollBar(), &QScrollBar::valueChanged, this, &FormSetting::SlotScroolChange);
     QMetaObject::connectSlotsByName(this);
     connectHub();
@@ -290,12 +289,6 @@ void FormSetting::SlotScroolChange(int value) { form.followScroll(value); }
 
 bool FormSetting::eventFilter(QObject *watched, QEvent *event)
 {
-    // A turn of the wheel that scrolls the page must not stop at the list and change the language.
-    if (watched == form.comboBox && event->type() == QEvent::Wheel &&
-        form.scrollArea->verticalScrollBar()->maximum() > 0) {
-        event->ignore();
-        return true;
-    }
     QAbstractButton *const button = captions.value(watched);
     if (button && event->type() == QEvent::MouseButtonRelease) {
         const auto *const mouse = static_cast<QMouseEvent *>(event);

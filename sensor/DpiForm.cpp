@@ -67,7 +67,7 @@ int firstChecked(const std::array<QToolButton *, DpiForm::levelCount> &buttons)
 
 DpiForm::DpiForm(QWidget *editor)
     : folder(Theme::pictureFolder("Sensor")), label(new QLabel(editor)), ChooseEvent(new MyConmboBox(editor)),
-      horizontalSliderC(new MySlider(editor)), spinBoxA(new QSpinBox(editor)), ReduceLevelA(new QToolButton(editor)),
+      horizontalSliderC(new MySlider(editor)), spinBoxA(new NumberBox(editor)), ReduceLevelA(new QToolButton(editor)),
       AddLevelA(new QToolButton(editor)), levelGroup(new QButtonGroup(editor)), barGroup(new QButtonGroup(editor)),
       label_8(nullptr)
 {

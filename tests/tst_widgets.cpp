@@ -4,8 +4,10 @@
 #include "ui/MyLineEdit.h"
 #include "ui/MySlider.h"
 #include "ui/MyToolButton.h"
+#include "ui/NumberBox.h"
 #include "ui/mytoolButtonEnter.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QEvent>
 #include <QImage>
@@ -45,6 +47,13 @@ void press(QWidget *widget, QPointF place, Qt::MouseButton button = Qt::LeftButt
     QCoreApplication::sendEvent(widget, &event);
 }
 
+/** A step up. */
+void turnWheel(QWidget *widget)
+{
+    QWheelEvent turn({5, 5}, {5, 5}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(widget, &turn);
+}
+
 /** The smallest rectangle round all pixels of the image that are darker than middle grey. */
 QRect inkBox(const QImage &image)
 {
@@ -69,6 +78,7 @@ private Q_SLOTS:
     void sliderJumps_data();
     void sliderJumps();
     void comboBoxRemembersItsIndex();
+    void theWheelNeedsTheKeyboard();
     void comboBoxCentresItsText_data();
     void comboBoxCentresItsText();
     void toolButtonActsAtThePress_data();
@@ -123,6 +133,7 @@ void WidgetsTest::comboBoxRemembersItsIndex()
     box.addItems({"a", "b", "c"});
     box.setCurrentIndex(1);
     box.show();
+    QApplication::setActiveWindow(&box);
     press(&box, QPointF(5, 5));
     box.hidePopup();
     QCOMPARE(box.pressIndex(), 1);
@@ -134,10 +145,30 @@ void WidgetsTest::comboBoxRemembersItsIndex()
     QTest::keyClick(&box, Qt::Key_Up);
     QCOMPARE(box.currentIndex(), 1);
     QCOMPARE(box.pressIndex(), 2);
-    QWheelEvent turn({5, 5}, {5, 5}, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(&box, &turn);
+    turnWheel(&box);
     QCOMPARE(box.currentIndex(), 0);
     QCOMPARE(box.pressIndex(), 1);
+}
+
+void WidgetsTest::theWheelNeedsTheKeyboard()
+{
+    QWidget window;
+    MyConmboBox box(&window);
+    box.addItems({"a", "b"});
+    box.setCurrentIndex(1);
+    NumberBox number(&window);
+    window.show();
+    for (QWidget *widget : {static_cast<QWidget *>(&box), static_cast<QWidget *>(&number)}) {
+        QVERIFY((widget->focusPolicy() & Qt::WheelFocus) != Qt::WheelFocus);
+        turnWheel(widget);
+        QVERIFY(box.currentIndex() == 1 && number.value() == 0);
+    }
+    QApplication::setActiveWindow(&window);
+    box.setFocus();
+    turnWheel(&box);
+    number.setFocus();
+    turnWheel(&number);
+    QVERIFY(box.currentIndex() == 0 && number.value() == 1);
 }
 
 void WidgetsTest::comboBoxCentresItsText_data()

@@ -1,6 +1,7 @@
 #include "ui/AddDelayTime.h"
 
 #include "productdata/Theme.h"
+#include "ui/NumberBox.h"
 
 #include <QFrame>
 #include <QLabel>
@@ -23,7 +24,7 @@ constexpr int maximumDelay = 65535;
 
 } // namespace
 
-AddDelayTime::AddDelayTime() : ConfirmPrompt(description), spinBox(new QSpinBox(frame()))
+AddDelayTime::AddDelayTime() : ConfirmPrompt(description), spinBox(new NumberBox(frame()))
 {
     spinBox->setObjectName(QStringLiteral("spinBox"));
     spinBox->setGeometry(spinBoxPlace);

@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
+#include <QWheelEvent>
 
 void MyConmboBox::mousePressEvent(QMouseEvent *event)
 {
@@ -18,6 +19,10 @@ void MyConmboBox::keyPressEvent(QKeyEvent *event)
 
 void MyConmboBox::wheelEvent(QWheelEvent *event)
 {
+    if (!hasFocus()) {
+        event->ignore(); // what it lies on may scroll
+        return;
+    }
     PressIndex = currentIndex();
     QComboBox::wheelEvent(event);
 }

@@ -2,12 +2,17 @@
 
 #include <QComboBox>
 
-/** A combo box with its text in the middle, which remembers what it showed when the user reached for it. */
+/**
+ * A combo box with its text in the middle, which remembers what it showed when the user reached for it.
+ *
+ * The wheel changes it only while it has the keyboard, and doesn't give it that: who scrolls past it, or lets the hand
+ * rest on the wheel, means no choice. See NumberBox for the same.
+ */
 class MyConmboBox : public QComboBox
 {
     Q_OBJECT
 public:
-    explicit MyConmboBox(QWidget *parent = nullptr) : QComboBox(parent) {}
+    explicit MyConmboBox(QWidget *parent = nullptr) : QComboBox(parent) { setFocusPolicy(Qt::StrongFocus); }
 
     /**
      * The index shown at the last mouse press, so that a choice can be taken back; also at the last key or turn of the

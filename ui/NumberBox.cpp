@@ -2,7 +2,15 @@
 
 #include "productdata/Theme.h"
 
-#include <QSpinBox>
+#include <QWheelEvent>
+
+void NumberBox::wheelEvent(QWheelEvent *event)
+{
+    if (hasFocus())
+        QSpinBox::wheelEvent(event);
+    else
+        event->ignore(); // what it lies on may scroll
+}
 
 void styleNumberBox(QSpinBox *number)
 {
