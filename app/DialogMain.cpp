@@ -21,6 +21,7 @@
 #include "productdata/UserSettings.h"
 #include "ui/MouseOffLine.h"
 #include "ui/PageFocus.h"
+#include "ui/QtTexts.h"
 #include "ui_DialogMain.h"
 
 #include <QCloseEvent>
@@ -45,6 +46,7 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     ui->setupUi(this);
     connect(postMsg(), &PostMsg::SigChangeLanguage, this, &DialogMain::SlotChangeLanguage);
     takeInstallersLanguage();
+    new QtTexts(this);
     chooser = new DialogChange(ui->stackedWidget);
     deviceWindow = new Dialog(ui->stackedWidget);
     ui->stackedWidget->addWidget(chooser);
@@ -66,6 +68,8 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     tray->setToolTip(QStringLiteral("Halvarion"));
     connect(tray.get(), &QSystemTrayIcon::activated, this, &DialogMain::on_activatedSysTrayIcon);
     SlotChangeLanguage(UserSettings::instance()->language());
+    // The pages were built with these words; nobody has to be told that they are new.
+    QCoreApplication::removePostedEvents(this, QEvent::LanguageChange);
 }
 
 DialogMain::~DialogMain() = default;

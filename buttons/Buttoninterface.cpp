@@ -164,7 +164,8 @@ void Buttoninterface::SlotUpDataConfigUI(int ToTalItem, int SelectIndex, bool It
 
 void Buttoninterface::SlotChangeLanguage(int index)
 {
-    readTexts(index);
+    language = index;
+    readTexts();
     if (!isBuilt)
         return;
     // The rows get their words anew. A mouse that doesn't answer was shown from its cache. Nothing is read back from
@@ -179,7 +180,7 @@ void Buttoninterface::SlotChangeLanguage(int index)
         form.ProjectChoose->setItemText(item, ConfigPrefix + QString::number(item + 1));
 }
 
-void Buttoninterface::readTexts(int language)
+void Buttoninterface::readTexts()
 {
     const QFont entryFont(QStringLiteral("微软雅黑"), entryPoints(language));
     for (const Entry &entry : entries)
@@ -220,7 +221,7 @@ void Buttoninterface::readTexts(int language)
 void Buttoninterface::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::LanguageChange && isBuilt)
-        SlotChangeLanguage(UserSettings::instance()->language());
+        SlotChangeLanguage(language);
     QWidget::changeEvent(event);
 }
 

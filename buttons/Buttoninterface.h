@@ -139,7 +139,7 @@ private Q_SLOTS:
 private:
     void makeStyles();
     void connectHub();
-    void readTexts(int language);
+    void readTexts();
     void applyRecord(const FlashDataMap &record);
     void readBackMacros(const FlashDataMap &record);
 
@@ -160,6 +160,7 @@ private:
     ProfileActions profiles{this};
     QString PictureFolder; ///< with a closing slash
     QString ConfigPrefix;
+    int language = 0;
     int FireInterval = 10; ///< ms, as last confirmed
     int FireCount = 3;
     bool isBuilt = false;

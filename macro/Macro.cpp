@@ -81,6 +81,7 @@ void Macro::setAskPaths(AskPath exportPath, AskPath importPath)
 
 void Macro::SlotChangeLanguage(int index)
 {
+    language = index;
     texts.read(index, form);
     form.timeLine->setWarningText(texts.neverReleased);
     rowList->retranslate();
@@ -292,6 +293,7 @@ void Macro::changeEvent(QEvent *event)
         const QSignalBlocker quietDelay(form.DelayTime);
         const QSignalBlocker quietNumber(form.NumberEdit);
         form.setDefaultTexts();
+        SlotChangeLanguage(language); // they are for what the language file lacks
     } else if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
         recorder.forgetHeldKeys();
     }

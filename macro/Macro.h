@@ -121,6 +121,7 @@ private:
 
     MacroForm form;
     MacroTexts texts;
+    int language = 0;
     RowList *rowList = nullptr;
     QString shown;              ///< macro whose rows the list shows, empty for none; a right click selects another one
     bool EventsChanged = false; ///< rows that the file doesn't hold

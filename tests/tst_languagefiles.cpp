@@ -263,6 +263,7 @@ void TestLanguageFiles::everyWidgetSpeaks()
         const Program program;
         postMsg()->post(&PostMsg::SigChangeLanguage, index == korean ? russian : korean);
         postMsg()->post(&PostMsg::SigChangeLanguage, index);
+        QCoreApplication::sendPostedEvents(); // Qt's words have changed too, which every widget is told
         shown = textsOf(program.window());
     }
     qInstallMessageHandler(usual);

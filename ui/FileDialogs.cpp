@@ -1,21 +1,16 @@
 #include "ui/FileDialogs.h"
 
 #include "app/hub/PostMsg.h"
-#include "productdata/LanguageFile.h"
 #include "productdata/Theme.h"
-#include "productdata/UserSettings.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
-#include <QLibraryInfo>
 #include <QListView>
 #include <QPushButton>
 #include <QSplitter>
 #include <QStandardPaths>
-#include <QTranslator>
 #include <QTreeView>
 
 #include <iterator>
@@ -58,29 +53,6 @@ QString startFolder()
     return QDir::homePath();
 }
 
-/** As Qt calls the languages of the program, in their order. */
-constexpr const char *qtLanguages[LanguageFile::languageCount] = {"en", "zh_CN", "zh_TW", "ko", "ru", "ja"};
-
-/**
- * Qt's own words, those of its dialogs, in the language of the program while this lives. They come with Qt and not with
- * the program: beside it where it was installed as a whole, else where the system keeps them, else they are English.
- */
-class QtTexts
-{
-public:
-    QtTexts()
-    {
-        const int language = qBound(0, UserSettings::instance()->language(), LanguageFile::languageCount - 1);
-        const QString name = QStringLiteral("qtbase_") + QLatin1String(qtLanguages[language]);
-        if (translator.load(name, QCoreApplication::applicationDirPath() + QStringLiteral("/translations")) ||
-            translator.load(name, QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
-            QCoreApplication::installTranslator(&translator); // its end takes it away
-    }
-
-private:
-    QTranslator translator;
-};
-
 /** Qt's own widths cut off names and dates, and its pictures come from whatever the desktop has. */
 void arrange(const QFileDialog &dialog)
 {
@@ -122,7 +94,6 @@ QString run(QFileDialog &dialog)
 
 QString FileDialogs::askForSaving(QWidget *page, const QString &filter, const QString &name)
 {
-    const QtTexts texts;
     // The window's, not the page's: style sheets of the page would reach its lists and buttons.
     QFileDialog dialog(page->window(), QStringLiteral("FileSave"), startFolder(), filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
@@ -133,7 +104,6 @@ QString FileDialogs::askForSaving(QWidget *page, const QString &filter, const QS
 
 QString FileDialogs::askForOpening(QWidget *page, const QString &filter)
 {
-    const QtTexts texts;
     QFileDialog dialog(page->window(), QStringLiteral("SelectFile"), startFolder(), filter);
     dialog.setFileMode(QFileDialog::ExistingFile);
     return run(dialog);
