@@ -3,6 +3,7 @@
 #include "productdata/Theme.h"
 #include "ui/FormParts.h"
 #include "ui/NumberBox.h"
+#include "ui/WordLabel.h"
 
 #include <QFrame>
 #include <QLabel>
@@ -30,7 +31,7 @@ constexpr PromptDescription description{
 
 QLabel *addLabel(QFrame *frame, const char *name, const char *text, const QRect &place)
 {
-    auto *label = addPlaced<QLabel>(frame, name, place);
+    auto *label = addPlaced<WordLabel>(frame, name, place);
     label->setText(QString::fromUtf8(text));
     label->setFont(QFont(QStringLiteral("微软雅黑"), points));
     label->setStyleSheet(Theme::label());

@@ -8,6 +8,7 @@
 #include "ui/MyConmboBox.h"
 #include "ui/NumberBox.h"
 #include "ui/PageFont.h"
+#include "ui/WordLabel.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -133,7 +134,7 @@ void MacroForm::buildLists(QWidget *page)
     listWidgetHong = addList(page, "listWidgetHong", macrosPlace);
     listWidgetHong->setContextMenuPolicy(Qt::CustomContextMenu);
     listWidgetKey = addList(page, "listWidgetKey", rowsPlace);
-    hint = addPlaced<QLabel>(listWidgetKey, "hint", QRect(QPoint(), rowsPlace.size()).adjusted(24, 24, -24, -24));
+    hint = addPlaced<WordLabel>(listWidgetKey, "hint", QRect(QPoint(), rowsPlace.size()).adjusted(24, 24, -24, -24));
     hint->setWordWrap(true);
     hint->setAlignment(Qt::AlignCenter);
     hint->setAttribute(Qt::WA_TransparentForMouseEvents);

@@ -1,4 +1,5 @@
 #include "support/TestHome.h"
+#include "ui/LineBreaks.h"
 #include "ui/MyButton.h"
 #include "ui/MyConmboBox.h"
 #include "ui/MyLineEdit.h"
@@ -79,6 +80,8 @@ private Q_SLOTS:
     void sliderJumps();
     void comboBoxRemembersItsIndex();
     void theWheelNeedsTheKeyboard();
+    void linesEndBehindWords_data();
+    void linesEndBehindWords();
     void comboBoxCentresItsText_data();
     void comboBoxCentresItsText();
     void toolButtonActsAtThePress_data();
@@ -169,6 +172,29 @@ void WidgetsTest::theWheelNeedsTheKeyboard()
     number.setFocus();
     turnWheel(&number);
     QVERIFY(box.currentIndex() == 0 && number.value() == 1);
+}
+
+void WidgetsTest::linesEndBehindWords_data()
+{
+    QTest::addColumn<QString>("lines");
+    const char *const rows[] = {"请只插入需要修复的设备，|然后点击“确定”。",
+                                "一個巨集最多 70 個按鍵事件，|已達上限。",
+                                "プロファイルを|インポートしています。|お待ちください…",
+                                "デバイスが見つかりません。|接続し直して「OK」を|クリックしてください。",
+                                "마우스 설정을 읽는 중입니다. |잠시 기다려 주세요…",
+                                "A line of Latin letters is left to Qt, however long it is."};
+    for (const char *row : rows)
+        QTest::newRow(row) << row;
+}
+
+/** Neither inside a word nor with more lines than that takes; nothing is lost but blanks that end a line. */
+void WidgetsTest::linesEndBehindWords()
+{
+    QFETCH(QString, lines);
+    const QFontMetrics metrics(QApplication::font());
+    const int width = metrics.horizontalAdvance(QString(17, QChar(0x3042)));
+    const QString text = QString(lines).remove('|');
+    QCOMPARE(LineBreaks::inWords(text, metrics, width), lines.replace(" |", "|").replace('|', '\n'));
 }
 
 void WidgetsTest::comboBoxCentresItsText_data()

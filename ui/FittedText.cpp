@@ -1,5 +1,8 @@
 #include "ui/FittedText.h"
 
+#include "ui/LineBreaks.h"
+#include "ui/WordLabel.h"
+
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QFontMetrics>
@@ -42,11 +45,22 @@ void FittedText::set(QLabel *label, const QString &text, qreal points, int margi
 {
     QRect room = label->rect().adjusted(margin, 0, -margin, 0);
     const int flags = int(label->alignment()) | (label->wordWrap() ? Qt::TextWordWrap : 0);
-    const auto needs = [&](const QFontMetrics &metrics) { return metrics.boundingRect(room, flags, text); };
+    auto *const wordLabel = label->wordWrap() ? qobject_cast<WordLabel *>(label) : nullptr;
+    const int width = room.width();
+    const auto lines = [&](const QFontMetrics &metrics) {
+        return wordLabel ? LineBreaks::inWords(text, metrics, width) : text;
+    };
+    const auto needs = [&](const QFontMetrics &metrics) { return metrics.boundingRect(room, flags, lines(metrics)); };
     label->setFont(fittingFont(label->font(), points, [&](const QFontMetrics &metrics) {
         const QRect needed = needs(metrics);
         return needed.width() <= room.width() && needed.height() <= room.height();
     }));
+    const QString divided = lines(label->fontMetrics());
+    if (divided != text) {
+        label->setContentsMargins(room.left(), 0, label->width() - 1 - room.right(), 0);
+        wordLabel->setLines(text, divided);
+        return;
+    }
     label->setText(text);
 
     const QFontMetrics metrics = label->fontMetrics();

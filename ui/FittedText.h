@@ -11,7 +11,8 @@ namespace FittedText {
 
 /**
  * Sets the text in the largest font size that fits between margins of `margin` pixels, from `points` down. In a label
- * that wraps words the margins then grow until the lines are of like length.
+ * that wraps words the margins then grow until the lines are of like length; a WordLabel keeps words of Chinese,
+ * Japanese and Korean whole.
  */
 void set(QLabel *label, const QString &text, qreal points, int margin);
 /** Sets the text of a button, which stands in one line; one too long even when small ends in an ellipsis. */

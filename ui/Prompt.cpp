@@ -8,6 +8,7 @@
 #include "productdata/UserSettings.h"
 #include "ui/FittedText.h"
 #include "ui/PromptShade.h"
+#include "ui/WordLabel.h"
 
 #include <QApplication>
 #include <QFrame>
@@ -46,7 +47,7 @@ bool isReturn(const QKeyEvent *event) { return event->key() == Qt::Key_Return ||
 
 Prompt::Prompt(const PromptDescription &description, const char *element)
     : section(QLatin1String(description.section)), labelElement(QLatin1String(element)), pictureFrame(new QFrame(this)),
-      textLabel(new QLabel(pictureFrame))
+      textLabel(new WordLabel(pictureFrame))
 {
     setWindowFlags(promptFlags);
     // A compositor neither hands the keyboard to a window that bypasses it nor lets that take it.
@@ -117,6 +118,8 @@ QToolButton *Prompt::button(const char *objectName) const
 {
     return pictureFrame->findChild<QToolButton *>(QLatin1String(objectName));
 }
+
+void Prompt::offerClosing(bool isOffered) { closeButton->setVisible(isOffered); }
 
 void Prompt::centreOn(const QWidget *caller, QPoint offset)
 {

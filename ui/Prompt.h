@@ -90,6 +90,8 @@ protected:
 
     /** One of the described buttons; null if there is none of that name. */
     QToolButton *button(const char *objectName) const;
+    /** Takes the close button away while it would do nothing, and brings it back. */
+    void offerClosing(bool isOffered);
     QFrame *frame() const { return pictureFrame; }
     QLabel *label() const { return textLabel; }
 
