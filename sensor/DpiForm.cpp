@@ -147,6 +147,9 @@ void DpiForm::makeMarker(QWidget *editor)
     label_8->setObjectName(QStringLiteral("label_8"));
     label_8->setGeometry(QRect(QPoint(103, 154), MarkerDrag::markerSize));
     label_8->setCursor(Qt::SizeHorCursor);
+    // Its place reaches over the foot of the bars, but its picture doesn't: a click there is for the colour.
+    for (QToolButton *bar : bars)
+        bar->raise();
     label_8->setStyleSheet(
         QStringLiteral("#label_8{image: url(%1Level.png);}#label_8:hover{image: url(%1LevelHover.png);}").arg(folder));
 }
