@@ -8,6 +8,7 @@
 #include "productdata/ModelData.h"
 #include "productdata/Theme.h"
 #include "ui/FittedText.h"
+#include "ui/LineBreaks.h"
 #include "ui/MyButton.h"
 #include "ui/PageFont.h"
 
@@ -26,6 +27,7 @@ constexpr PromptDescription description{"MatchA",           "Match",    "无线�
 
 constexpr QRect closePlace(430, 8, 20, 20);
 constexpr QRect textPlace(32, 40, 394, 136);
+constexpr int textMargin = 5; // a little more than what a text edit keeps free on each side
 constexpr QRect buttonPlace(139, 188, 180, 36);
 constexpr QRect ornamentPlaces[] = {{75, 182, 48, 48}, {335, 182, 48, 48}};
 
@@ -135,7 +137,8 @@ void Match::applyText(const QString &element, const QString &text)
 {
     if (element == QLatin1String("textEdit")) {
         if (textEdit)
-            textEdit->setPlainText(text);
+            textEdit->setPlainText(
+                LineBreaks::inWords(text, textEdit->fontMetrics(), textPlace.width() - 2 * textMargin));
         return;
     }
     for (const StateText &each : stateTexts) {

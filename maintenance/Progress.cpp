@@ -2,7 +2,7 @@
 
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
-#include "productdata/Theme.h"
+#include "maintenance/TransferBar.h"
 
 #include <QFrame>
 #include <QProgressBar>
@@ -14,19 +14,11 @@ constexpr PromptDescription description{
     "ProgressA", "Progress", "", {{"NewHong", "确定", PromptPlace::single}}, {0, 26, 301, 52}};
 
 constexpr QRect barPlace{30, 86, 240, 8};
-const char *const barStyle = "QProgressBar{border: 0px;border-radius: 4px;background: rgb(%1);}"
-                             "QProgressBar::chunk{border-radius: 4px;background: rgb(%2);}";
 
 } // namespace
 
-Progress::Progress() : ConfirmPrompt(description), bar(new QProgressBar(frame()))
+Progress::Progress() : ConfirmPrompt(description), bar(addTransferBar(frame(), barPlace))
 {
-    bar->setObjectName(QStringLiteral("progressBar"));
-    bar->setGeometry(barPlace);
-    bar->setRange(0, 100);
-    bar->setTextVisible(false);
-    bar->setStyleSheet(
-        QString::fromLatin1(barStyle).arg(Theme::rgb(Theme::Tone::Hairline), Theme::rgb(Theme::Colour::SliderColor)));
     connect(postMsg(), &PostMsg::SigProgress, this, &Progress::SlotProgress);
     connect(postMsg(), &PostMsg::SigCloseProgress, this, &Progress::SlotCloseProgress);
     loadLanguage();
@@ -64,6 +56,8 @@ void Progress::showPercent(int value)
 void Progress::SlotProgress(int value, int code)
 {
     QToolButton *const confirm = button("NewHong");
+    // While a run goes on there is no way out; its last step comes a moment behind the end that is told here.
+    offerClosing(!UpdateRunning || code == 1 || code == 2);
     bar->setValue(code == 2 ? bar->maximum() : code == 4 ? 0 : value);
     switch (code) {
     case 0:

@@ -3,6 +3,7 @@
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceIdentity.h"
 #include "devicelink/DeviceScan.h"
+#include "maintenance/TransferBar.h"
 #include "productdata/FirmwareImages.h"
 #include "productdata/ModelData.h"
 #include "ui/NumberBox.h"
@@ -10,6 +11,7 @@
 #include <QDebug>
 #include <QFrame>
 #include <QLabel>
+#include <QProgressBar>
 #include <QSpinBox>
 #include <QToolButton>
 
@@ -19,6 +21,9 @@ namespace {
 
 constexpr PromptDescription description{
     "AutoRepairA", "AutoRepair", "请只插入需要修复的设备，然后点击“确定”", {{"NewHong", "确定", PromptPlace::single}}};
+
+/** Between the text and the number. */
+constexpr QRect barPlace{30, 98, 240, 6};
 
 /** The device is on the bus as one that runs its firmware. A mouse shows that by its receiver, too. */
 bool isWorking(const FirmwareTransfer::Subject &subject)
@@ -58,6 +63,8 @@ void UpDateRepair::build()
     spinBox->setSuffix(QStringLiteral("%"));
     styleNumberDisplay(spinBox);
     spinBox->hide();
+    bar = addTransferBar(frame(), barPlace);
+    bar->hide();
     connect(postMsg(), &PostMsg::SigAutoRepair, this, &UpDateRepair::SlotAutoRepair);
     connect(postMsg(), &PostMsg::SigAutoRepairProgress, this, &UpDateRepair::SlotAutoRepairProgress);
 }
@@ -120,8 +127,10 @@ void UpDateRepair::start()
     isBusy = true;
     isOver = true;
     showElement("UpdateNotMove");
-    spinBox->setValue(0);
+    SlotAutoRepairProgress(0);
     spinBox->show();
+    bar->show();
+    offerClosing(false);
     button("NewHong")->hide();
     FirmwareTransfer::startRepair(SelectedImages.first(), *subject);
 }
@@ -132,13 +141,19 @@ void UpDateRepair::dropEntry()
     postMsg()->post(&PostMsg::SigUpDateButton, true);
 }
 
-void UpDateRepair::SlotAutoRepairProgress(int index) { spinBox->setValue(index); }
+void UpDateRepair::SlotAutoRepairProgress(int index)
+{
+    spinBox->setValue(index);
+    bar->setValue(index);
+}
 
 void UpDateRepair::SlotAutoRepair(int index)
 {
     isBusy = false;
     showElement(index == 0 ? "UpdateSuccess" : "UpdateFail");
     spinBox->hide();
+    bar->hide();
+    offerClosing(true);
     button("NewHong")->show();
     button("NewHong")->setFocus(); // Enter and Return press it
 }

@@ -5,6 +5,7 @@
 
 #include <optional>
 
+class QProgressBar;
 class QSpinBox;
 
 /** Finishes a firmware update that broke off. One start for each dialog; it can't be closed while the device is
@@ -41,4 +42,5 @@ private:
     bool isOver = false; ///< there is nothing more to start
     bool isBusy = false;
     QSpinBox *spinBox = nullptr;
+    QProgressBar *bar = nullptr; ///< the same, to be seen from afar
 };
