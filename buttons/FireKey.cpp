@@ -1,6 +1,8 @@
 #include "buttons/FireKey.h"
 
+#include "productdata/LanguageFile.h"
 #include "productdata/Theme.h"
+#include "productdata/UserSettings.h"
 #include "ui/FormParts.h"
 #include "ui/NumberBox.h"
 #include "ui/WordLabel.h"
@@ -57,6 +59,12 @@ FireKey::FireKey()
     setTabOrder(Time, Count);
     setTabOrder(Count, button("NewHong"));
     loadLanguage();
+    // The page has the unit for its debounce times, in the words of the language.
+    LanguageFile::readSection(UserSettings::instance()->language(), QStringLiteral("Buttoninterface"),
+                              [this](const QString &element, const QString &text) {
+                                  if (element == QLatin1String("S1"))
+                                      Time->setSuffix(QLatin1Char(' ') + text);
+                              });
 }
 
 QSpinBox *FireKey::addNumber(const char *name, const QRect &place, int minimum, int maximum, int value)

@@ -38,11 +38,7 @@ const char *const recordButton = "#%3{border: 0px;color: rgb(%2);padding-left: 2
 const char *const numbers = "QSpinBox{background: black;color: rgb(%1);border: 0px;border-radius: 4px;}"
                             "QSpinBox:focus{border: 1px solid rgb(%2);}";
 
-const char *const rest = "#rule{border: 0px;background: rgb(%4);}"
-                         "#hint{color: rgb(127,127,127);}"
-                         "QMenu{background: rgb(%2);color: rgb(%1);border: 1px solid rgb(%5);padding: 4px;}"
-                         "QMenu::item{padding: 6px 24px;border-radius: 4px;}"
-                         "QMenu::item:selected{background: rgb(%3);}";
+const char *const rest = "#rule{border: 0px;background: rgb(%1);}#hint{color: rgb(127,127,127);}";
 
 } // namespace
 
@@ -57,16 +53,14 @@ void Macro::setStyles()
             .arg(pictures, rgb(Colour::ButtonColor), QLatin1String(name), QLatin1String(picture));
     };
     setAttribute(Qt::WA_StyledBackground);
-    new LateStyle(
-        this, Theme::frameBackground(pictures, objectName(), QStringLiteral("BackGround.png")) + Theme::label() +
-                  Theme::checkBox(pictures) +
-                  QString::fromLatin1(lists).arg(pictures, rgb(Tone::Hairline), rgb(Tone::Faint)) +
-                  QString::fromLatin1(buttons).arg(pictures, rgb(Colour::ButtonColor)) +
-                  record("StartRecord", "Record") + record("StopRecord", "Stop") +
-                  QString::fromLatin1(numbers).arg(rgb(Colour::LinEditColorSecond), rgb(Colour::SliderColor)) +
-                  QString::fromLatin1(rest).arg(rgb(Colour::ComboxTextColor), rgb(Colour::ComboxBackGroundColor),
-                                                rgb(Colour::ComboxSelectColor), rgb(Tone::Hairline), rgb(Tone::Edge)) +
-                  Theme::toolTip());
+    new LateStyle(this,
+                  Theme::frameBackground(pictures, objectName(), QStringLiteral("BackGround.png")) + Theme::label() +
+                      Theme::checkBox(pictures) +
+                      QString::fromLatin1(lists).arg(pictures, rgb(Tone::Hairline), rgb(Tone::Faint)) +
+                      QString::fromLatin1(buttons).arg(pictures, rgb(Colour::ButtonColor)) +
+                      record("StartRecord", "Record") + record("StopRecord", "Stop") +
+                      QString::fromLatin1(numbers).arg(rgb(Colour::LinEditColorSecond), rgb(Colour::SliderColor)) +
+                      QString::fromLatin1(rest).arg(rgb(Tone::Hairline)) + Theme::toolTip());
     styleCombo(form.ChooseEvent, "Macro");
     for (QListWidget *list : {form.listWidgetHong, form.listWidgetKey})
         list->setItemDelegate(new RowPainter(list));

@@ -198,6 +198,16 @@ QString Theme::choiceButton(const QString &folder, const QString &plain, const Q
         .arg(rgb(Colour::ButtonColor), folder, plain, hover, checked, rgb(Colour::SliderColor));
 }
 
+QString Theme::menu()
+{
+    return QStringLiteral("QMenu{background: rgb(%2);color: rgb(%1);border: 1px solid rgb(%5);padding: 4px;}"
+                          "QMenu::item{padding: 6px 24px;border-radius: 4px;}QMenu::item:selected{background: rgb(%3);}"
+                          "QMenu::item:disabled{color: rgb(%4);background: transparent;}"
+                          "QMenu::separator{height: 1px;margin: 4px 8px;background: rgb(%5);}")
+        .arg(rgb(Colour::ComboxTextColor), rgb(Colour::ComboxBackGroundColor), rgb(Colour::ComboxSelectColor),
+             rgb(Tone::Faint), rgb(Tone::Edge));
+}
+
 QString Theme::toolTip()
 {
     return QStringLiteral("QToolTip{color: rgb(%1);background-color: rgb(%2);border: 1px solid gray;padding: 4px;}")
