@@ -4,6 +4,7 @@
 #include "app/Dialog.h"
 #include "app/DialogChange.h"
 #include "app/Ending.h"
+#include "app/WindowPlace.h"
 #include "app/hub/PostMsg.h"
 #include "app/hub/Wait.h"
 #include "devicelink/DeviceFlags.h"
@@ -56,6 +57,7 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     givePagesTheFocus(*ui->stackedWidget);
     setWindowFlags(Qt::FramelessWindowHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint);
     setFixedSize(size());
+    WindowPlace::restore(*this);
 
     connect(postMsg(), &PostMsg::SigChangeMainDialog, this, &DialogMain::SlotChangeMainDialog);
     connect(postMsg(), &PostMsg::SigChangeSize, this, &DialogMain::SlotChangeSize);
@@ -132,6 +134,7 @@ void DialogMain::leaveFromHere()
 void DialogMain::leave()
 {
     DeviceEntered = false;
+    WindowPlace::keep(*this);
     ReportLink::tellProgramStatus();
     Ending::begin(this);
 }

@@ -32,6 +32,7 @@ private Q_SLOTS:
     }
     void atEachMoment_data();
     void atEachMoment();
+    void thePlaceIsKept();
     void atRandomMoments();
 
 private:
@@ -126,6 +127,22 @@ void EndingTest::runOnce(QRandomGenerator &random, int round)
         leave(program, round % 3);
     });
     QApplication::exec();
+}
+
+/** The next start shows the window where it was, unless nobody could see it there. */
+void EndingTest::thePlaceIsKept()
+{
+    const auto runAt = [](QPoint place) {
+        const Program program;
+        const QPoint before = program.window()->pos();
+        program.window()->move(place);
+        QTimer::singleShot(0, [&program] { leave(program, 0); });
+        QApplication::exec();
+        return before;
+    };
+    const QPoint usual = runAt({40, 60});
+    QCOMPARE(runAt({5000, 60}), QPoint(40, 60));
+    QCOMPARE(runAt(usual), usual);
 }
 
 void EndingTest::atRandomMoments()
