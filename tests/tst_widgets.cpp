@@ -8,6 +8,7 @@
 #include "ui/NumberBox.h"
 #include "ui/mytoolButtonEnter.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QClipboard>
 #include <QEvent>
@@ -16,6 +17,7 @@
 #include <QMouseEvent>
 #include <QSignalSpy>
 #include <QWheelEvent>
+#include <QWindow>
 
 Q_DECLARE_METATYPE(Qt::MouseButton)
 
@@ -82,6 +84,7 @@ private Q_SLOTS:
     void theWheelNeedsTheKeyboard();
     void linesEndBehindWords_data();
     void linesEndBehindWords();
+    void keyOfAListIsNoneOfTheWindow();
     void comboBoxCentresItsText_data();
     void comboBoxCentresItsText();
     void toolButtonActsAtThePress_data();
@@ -195,6 +198,30 @@ void WidgetsTest::linesEndBehindWords()
     const int width = metrics.horizontalAdvance(QString(17, QChar(0x3042)));
     const QString text = QString(lines).remove('|');
     QCOMPARE(LineBreaks::inWords(text, metrics, width), lines.replace(" |", "|").replace('|', '\n'));
+}
+
+/** The keys come to the window below the list, as on a desktop that gives lists no keyboard. */
+void WidgetsTest::keyOfAListIsNoneOfTheWindow()
+{
+    struct : QWidget
+    {
+        void keyPressEvent(QKeyEvent *event) override { keys << event->key(); }
+        QList<int> keys;
+    } window;
+    MyConmboBox box(&window);
+    box.addItems({"a", "b"});
+    box.setFocusPolicy(Qt::NoFocus);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    box.showPopup();
+    QTest::keyClick(window.windowHandle(), Qt::Key_Down);
+    QTest::keyClick(window.windowHandle(), Qt::Key_Return);
+    QVERIFY(!box.view()->isVisible());
+    QCOMPARE(box.currentIndex(), 1);
+    QCOMPARE(window.keys, QList<int>());
+    QTest::keyClick(window.windowHandle(), Qt::Key_Return); // this one is
+    QCOMPARE(window.keys, QList<int>{Qt::Key_Return});
 }
 
 void WidgetsTest::comboBoxCentresItsText_data()

@@ -1,14 +1,42 @@
 #include "ui/MyConmboBox.h"
 
+#include <QAbstractItemView>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
 #include <QWheelEvent>
+#include <QWindow>
+
+#include <utility>
 
 void MyConmboBox::mousePressEvent(QMouseEvent *event)
 {
     PressIndex = currentIndex();
     QComboBox::mousePressEvent(event);
+}
+
+void MyConmboBox::showPopup()
+{
+    QComboBox::showPopup();
+    view()->installEventFilter(this);
+}
+
+/**
+ * A list closes before the press of the key that chose from it is on its way. Where it is no window of its own to the
+ * keyboard (Wayland), the press then goes to the window below, which would take it for one of its own keys.
+ */
+bool MyConmboBox::eventFilter(QObject *watched, QEvent *event)
+{
+    const auto time = [event] { return static_cast<QKeyEvent *>(event)->timestamp(); };
+    if (watched == view() && event->type() == QEvent::ShortcutOverride) {
+        listKeyTime = time();
+        window()->windowHandle()->installEventFilter(this);
+    } else if (watched != view() && event->type() == QEvent::KeyPress && !view()->isVisible()) {
+        if (std::exchange(listKeyTime, std::nullopt) == time())
+            return true;
+    }
+    return QComboBox::eventFilter(watched, event);
 }
 
 void MyConmboBox::keyPressEvent(QKeyEvent *event)

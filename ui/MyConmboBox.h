@@ -2,6 +2,8 @@
 
 #include <QComboBox>
 
+#include <optional>
+
 /**
  * A combo box with its text in the middle, which remembers what it showed when the user reached for it.
  *
@@ -20,6 +22,9 @@ public:
      */
     int pressIndex() const { return PressIndex; }
 
+    void showPopup() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -28,4 +33,5 @@ protected:
 
 private:
     int PressIndex = -1;
+    std::optional<ulong> listKeyTime; ///< timestamp of the last key that the open list has had
 };
