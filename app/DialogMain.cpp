@@ -240,16 +240,3 @@ void DialogMain::mouseMoveEvent(QMouseEvent *event)
 }
 
 void DialogMain::mouseReleaseEvent(QMouseEvent *) { dragOffset = {}; }
-
-/**
- * Not every compositor tells a program of X11 where it has moved its window, but the mouse that comes back from the
- * move does. Without this lists and prompts would open where the window was.
- */
-void DialogMain::enterEvent(QEvent *event)
-{
-    QDialog::enterEvent(event);
-    if (platform::tellsOfMoving())
-        return;
-    const auto *enter = static_cast<QEnterEvent *>(event);
-    move(enter->globalPos() - enter->windowPos().toPoint());
-}

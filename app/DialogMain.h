@@ -41,7 +41,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
-    void enterEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -55,6 +55,7 @@ private:
     void toTray();
     void fromTray();
     void watchUntilBack();
+    void takePlaceOf(const QEvent *event);
     void comeBackUntold();
     void leaveFromHere();
     void leave();

@@ -9,6 +9,7 @@
 
 #include <QCursor>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QTimer>
 #include <QWindow>
 #include <QWindowStateChangeEvent>
@@ -121,7 +122,6 @@ void DialogMain::watchUntilBack()
                 return;
         } else if (!windowHandle()->isExposed()) {
             isAwayUntold = true;
-            windowHandle()->installEventFilter(this);
             return;
         }
         qWarning("the window isn't minimised, and there is no tray to put it in: it stays");
@@ -129,11 +129,43 @@ void DialogMain::watchUntilBack()
     });
 }
 
+void DialogMain::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    windowHandle()->installEventFilter(this);
+}
+
 bool DialogMain::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == windowHandle() && event->type() == QEvent::Expose && windowHandle()->isExposed() && isAwayUntold)
-        comeBackUntold();
+    if (watched == windowHandle()) {
+        if (event->type() == QEvent::Expose && windowHandle()->isExposed() && isAwayUntold)
+            comeBackUntold();
+        if (!platform::tellsOfMoving())
+            takePlaceOf(event);
+    }
     return QDialog::eventFilter(watched, event);
+}
+
+/**
+ * Not every compositor tells a program of X11 where it has moved its window, but the mouse comes with its place in the
+ * window and on the screen, both from the display. What a widget gets is counted by Qt from where it thinks the window
+ * is. Without this, lists would open where the window was.
+ */
+void DialogMain::takePlaceOf(const QEvent *event)
+{
+    QPoint place;
+    if (event->type() == QEvent::Enter) {
+        const auto *const enter = static_cast<const QEnterEvent *>(event);
+        place = enter->globalPos() - enter->pos();
+    } else if (event->type() == QEvent::MouseButtonPress) {
+        const auto *const press = static_cast<const QMouseEvent *>(event);
+        place = press->globalPos() - press->pos();
+    } else {
+        return;
+    }
+    // Not move(), which leaves room for a frame, and some compositors tell of one that nobody sees.
+    if (place != geometry().topLeft())
+        setGeometry(QRect(place, size()));
 }
 
 void DialogMain::comeBackUntold()

@@ -19,12 +19,14 @@
 #include <QComboBox>
 #include <QFileInfo>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QProgressBar>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QToolButton>
+#include <QWindow>
 
 namespace {
 
@@ -97,6 +99,7 @@ private Q_SLOTS:
     void languageChangesEverywhere_data();
     void languageChangesEverywhere();
     void keysOfTheWindow();
+    void movedByACompositor_data();
     void movedByACompositor();
 };
 
@@ -601,21 +604,33 @@ void ConnectTest::keysOfTheWindow()
     MacroRecording = false;
 }
 
+void ConnectTest::movedByACompositor_data()
+{
+    QTest::addColumn<bool>("isPress");
+    QTest::newRow("the mouse comes") << false;
+    QTest::newRow("the mouse presses") << true;
+}
+
 /** On a Wayland desktop a program of X11 may hear of its window's place from the mouse alone. */
 void ConnectTest::movedByACompositor()
 {
 #ifndef Q_OS_LINUX
     QSKIP("no Wayland");
 #endif
+    QFETCH(bool, isPress);
     const Program program;
     const QPoint place = program.window()->pos();
     const QPoint onScreen = place + QPoint(140, 90);
-    QEnterEvent event({40, 30}, {40, 30}, onScreen);
-    QCoreApplication::sendEvent(program.window(), &event);
+    const auto comes = [&] {
+        QEnterEvent enter({40, 30}, {40, 30}, onScreen);
+        QMouseEvent press(QEvent::MouseButtonPress, {40, 30}, onScreen, Qt::RightButton, Qt::RightButton, {});
+        QCoreApplication::sendEvent(program.window()->windowHandle(), isPress ? static_cast<QEvent *>(&press) : &enter);
+    };
+    comes();
     QCOMPARE(program.window()->pos(), place); // the system of windows tells where they are
     const auto desktop = qScopeGuard([] { qunsetenv("WAYLAND_DISPLAY"); });
     qputenv("WAYLAND_DISPLAY", "wayland-0");
-    QCoreApplication::sendEvent(program.window(), &event);
+    comes();
     QCOMPARE(program.window()->mapToGlobal({40, 30}), onScreen);
 }
 
