@@ -19,6 +19,7 @@
 #include "productdata/UserFolders.h"
 #include "productdata/UserSettings.h"
 #include "sensor/Sensor.h"
+#include "ui/ChangeSheet.h"
 #include "ui/LateStyle.h"
 #include "ui/PageFocus.h"
 #include "ui/UpDataParam.h"
@@ -214,7 +215,7 @@ void Dialog::SlotBattery(bool IsCharg, int Number, bool IsText)
     ui->label->setVisible(IsCharg);
     ui->progressBar->setValue(Number);
     ui->label_2->setText(QString::number(Number) + (IsText ? QStringLiteral("%") : QString()));
-    ui->progressBar->setStyleSheet(batteryStyle(Number));
+    changeSheet(ui->progressBar, batteryStyle(Number));
 }
 
 void Dialog::SlotMouseIndex(int index)

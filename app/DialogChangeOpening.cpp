@@ -10,7 +10,10 @@
 #include "maintenance/UpDateRepair.h"
 #include "ui_DialogChange.h"
 
+#include <QCoreApplication>
 #include <QDebug>
+#include <QElapsedTimer>
+#include <QEvent>
 
 // What leads on from the chooser: a click on a device, and the repair.
 
@@ -54,7 +57,12 @@ void DialogChange::openEntry(int index)
     postMsg()->post(&PostMsg::SigChangeMainDialog, 1);
     if (isVisible())
         return; // the device watch looks at once: the device had just been pulled, and the watch has led back here
-    Wait::standing(workerStart);
+    // The page is painted within the time that stands still, not behind it: the user sees at once what the click did.
+    QElapsedTimer painting;
+    painting.start();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateLater); // what Qt has a widget that is shown ask for
+    QCoreApplication::sendPostedEvents(window(), QEvent::UpdateRequest);
+    Wait::standing(workerStart - static_cast<int>(painting.elapsed()));
     DeviceWindowOpen = true;
     requestConnect();
 }

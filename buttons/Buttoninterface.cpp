@@ -16,6 +16,7 @@
 #include "productdata/UserFolders.h"
 #include "productdata/UserSettings.h"
 #include "sensor/DebounceTime.h"
+#include "ui/ChangeSheet.h"
 #include "ui/MyConmboBox.h"
 #include "ui/Prompt.h"
 
@@ -132,10 +133,10 @@ void Buttoninterface::SlotMouseIndex(int index)
 {
     if (index != 0 && index != 1)
         return;
-    form.widget->setStyleSheet(QStringLiteral("#widget{border:0px;background-position:center;"
-                                              "background-repeat:no-repeat;background-image: url(%1mouse%2.png);}")
-                                   .arg(PictureFolder)
-                                   .arg(index));
+    changeSheet(form.widget, QStringLiteral("#widget{border:0px;background-position:center;"
+                                            "background-repeat:no-repeat;background-image: url(%1mouse%2.png);}")
+                                 .arg(PictureFolder)
+                                 .arg(index));
 }
 
 void Buttoninterface::SlotAddMacroButton()

@@ -1,6 +1,7 @@
 #include "buttons/FunctionMenu.h"
 
 #include "buttons/ButtonForm.h"
+#include "ui/ChangeSheet.h"
 
 #include <QButtonGroup>
 #include <QFrame>
@@ -107,7 +108,5 @@ void FunctionMenu::pressBeside(const QPoint &position)
 
 void FunctionMenu::setRowBar(int pixels)
 {
-    const QString sheet = QStringLiteral("QScrollBar {width:%1px;}").arg(pixels);
-    if (form.rowArea->verticalScrollBar()->styleSheet() != sheet)
-        form.rowArea->verticalScrollBar()->setStyleSheet(sheet);
+    changeSheet(form.rowArea->verticalScrollBar(), QStringLiteral("QScrollBar {width:%1px;}").arg(pixels));
 }

@@ -25,7 +25,6 @@ void PlainTextButton::setPlainText(const QString &given)
 {
     setText(given);
     setShortcut({});
-    updateToolTip();
 }
 
 QString PlainTextButton::fittingText() const
@@ -52,17 +51,12 @@ void PlainTextButton::leaveEvent(QEvent *event)
     Q_EMIT hovered(false);
 }
 
-void PlainTextButton::resizeEvent(QResizeEvent *event)
+bool PlainTextButton::event(QEvent *event)
 {
-    QToolButton::resizeEvent(event);
-    updateToolTip();
-}
-
-void PlainTextButton::changeEvent(QEvent *event)
-{
-    QToolButton::changeEvent(event);
-    if (event->type() == QEvent::FontChange)
+    // Only now: measuring a text loads the font that has its letters, and few texts are ever pointed at.
+    if (event->type() == QEvent::ToolTip)
         updateToolTip();
+    return QToolButton::event(event);
 }
 
 void PlainTextButton::paintEvent(QPaintEvent *)

@@ -3,6 +3,7 @@
 #include "macro/MacroTables.h"
 #include "macro/MacroTimeLine.h"
 #include "macro/RepeatCode.h"
+#include "ui/ComboStyle.h"
 #include "ui/FittedText.h"
 #include "ui/FormParts.h"
 #include "ui/MyConmboBox.h"
@@ -142,6 +143,7 @@ void MacroForm::buildLists(QWidget *page)
     timeLine = addPlaced<MacroTimeLine>(page, "timeLine", timeLinePlace);
     ChooseEvent = addPlaced<MyConmboBox>(page, "ChooseEvent", choosePlace);
     ChooseEvent->setFocusPolicy(Qt::NoFocus);
+    styleCombo(ChooseEvent, "Macro");
     ChooseEvent->addItem(QString());
     for (const MacroTables::EventChoice &choice : MacroTables::eventChoices)
         ChooseEvent->addItem(QString::fromUtf8(choice.defaultText));

@@ -2,7 +2,6 @@
 #include "macro/MacroTimeLine.h"
 #include "macro/RowPainter.h"
 #include "productdata/Theme.h"
-#include "ui/ComboStyle.h"
 #include "ui/LateStyle.h"
 #include "ui/MyConmboBox.h"
 
@@ -61,7 +60,6 @@ void Macro::setStyles()
                       record("StartRecord", "Record") + record("StopRecord", "Stop") +
                       QString::fromLatin1(numbers).arg(rgb(Colour::LinEditColorSecond), rgb(Colour::SliderColor)) +
                       QString::fromLatin1(rest).arg(rgb(Tone::Hairline)) + Theme::toolTip());
-    styleCombo(form.ChooseEvent, "Macro");
     for (QListWidget *list : {form.listWidgetHong, form.listWidgetKey})
         list->setItemDelegate(new RowPainter(list));
     form.timeLine->setWarningPicture(QPixmap(pictures + QStringLiteral("Warning.png")));

@@ -79,6 +79,7 @@ FormSetting::FormSetting(QWidget *parent)
                 {form.textEdit_4->viewport(), form.lightModes[2]}};
     for (auto caption = captions.keyBegin(); caption != captions.keyEnd(); ++caption)
         (*caption)->installEventFilter(this);
+    form.pushButton_3->installEventFilter(this);
     connect(form.scrollArea->verticalScrollBar(), &QScrollBar::valueChanged, this, &FormSetting::SlotScroolChange);
     QMetaObject::connectSlotsByName(this);
     connectHub();
@@ -289,6 +290,9 @@ void FormSetting::SlotScroolChange(int value) { form.followScroll(value); }
 
 bool FormSetting::eventFilter(QObject *watched, QEvent *event)
 {
+    // The hint says what the button could not.
+    if (watched == form.pushButton_3 && event->type() == QEvent::ToolTip)
+        form.pushButton_3->setToolTip(form.pushButton_3->text() == companyAddress ? QString() : companyAddress);
     QAbstractButton *const button = captions.value(watched);
     if (button && event->type() == QEvent::MouseButtonRelease) {
         const auto *const mouse = static_cast<QMouseEvent *>(event);

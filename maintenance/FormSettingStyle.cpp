@@ -1,6 +1,6 @@
 #include "maintenance/FormSetting.h"
 #include "productdata/Theme.h"
-#include "ui/ComboStyle.h"
+#include "ui/ChangeSheet.h"
 #include "ui/LateStyle.h"
 #include "ui/MyConmboBox.h"
 
@@ -28,7 +28,9 @@ const char *const scrollPlace = "QScrollBar:vertical{margin: 8px 2px 28px 2px;wi
 /** The address ends as far from the right edge of the panel as from the lower one. */
 const char *const link = "QPushButton{border: 0px;padding-right: 10px;color: rgb(%1);text-align: right;}"
                          "QPushButton:hover{text-decoration: underline;}";
-const char *const icon = "QToolButton{border: 0px;background: url(%1%2.png) no-repeat center;}";
+const char *const icons = "QToolButton{border: 0px;background: url(%1Title.png) no-repeat center;}"
+                          "#toolButton{background: url(%1Mouse.png) no-repeat center;}"
+                          "#toolButton_2,#toolButton_3{background: url(%1Info.png) no-repeat center;}";
 
 } // namespace
 
@@ -40,15 +42,14 @@ void FormSetting::setStyles()
     const QString accent = Theme::rgb(Colour::SliderColor);
     const QString grey = Theme::rgb(Colour::LabelColor);
     const QString hairline = Theme::rgb(Tone::Hairline);
-    new LateStyle(form.content,
+    new LateStyle(form.scrollArea,
                   Theme::label() + QString::fromLatin1(lines).arg(hairline) + QLatin1String(clear) +
-                      QString::fromLatin1(panel).arg(pictures) + QString::fromLatin1(description).arg(grey) +
+                      QString::fromLatin1(panel).arg(pictures) + QString::fromLatin1(icons).arg(pictures) +
+                      QString::fromLatin1(description).arg(grey) +
                       QString::fromLatin1(versionLine).arg(grey, Theme::rgb(Tone::Window), hairline) +
                       Theme::indicator(pictures, QStringLiteral("QCheckBox"), QStringLiteral("CheckBox")) +
                       Theme::indicator(pictures, QStringLiteral("QRadioButton"), QStringLiteral("Radio")));
-    form.scrollArea->setStyleSheet(QLatin1String(clear));
     form.scrollArea->verticalScrollBar()->setStyleSheet(Theme::scrollBar() + QLatin1String(scrollPlace));
-    styleCombo(form.comboBox, "FormSetting");
     for (QPushButton *button : {form.pushButton, form.pushButton_2})
         button->setStyleSheet(Theme::pushButton(pictures, QStringLiteral("Button.png"),
                                                 QStringLiteral("ButtonHover.png"), QStringLiteral("ButtonClick.png")));
@@ -56,11 +57,6 @@ void FormSetting::setStyles()
         button->setStyleSheet(QString::fromLatin1(link).arg(accent) + Theme::toolTip());
     for (QPushButton *button : {form.Receive, form.Mouse})
         showUpdateButton(button, false);
-    for (QToolButton *title : qAsConst(form.titles))
-        title->setStyleSheet(QString::fromLatin1(icon).arg(pictures, QStringLiteral("Title")));
-    form.toolButton->setStyleSheet(QString::fromLatin1(icon).arg(pictures, QStringLiteral("Mouse")));
-    for (QToolButton *message : {form.toolButton_2, form.toolButton_3})
-        message->setStyleSheet(QString::fromLatin1(icon).arg(pictures, QStringLiteral("Info")));
     // None of them does anything; under the mouse they would look as if.
     for (QToolButton *still :
          form.titles + QVector<QToolButton *>{form.toolButton, form.toolButton_2, form.toolButton_3})
@@ -72,5 +68,5 @@ void FormSetting::showUpdateButton(QPushButton *button, bool isOffered)
     const QString pictures = Theme::pictureFolder("FormSetting");
     const QString plain = isOffered ? QStringLiteral("WaitUpdate.png") : QStringLiteral("Confirm.png");
     const QString hover = isOffered ? QStringLiteral("WaitUpdateHover.png") : QStringLiteral("ConfirmHover.png");
-    button->setStyleSheet(Theme::pushButton(pictures, plain, hover, QStringLiteral("ConfirmClick.png")));
+    changeSheet(button, Theme::pushButton(pictures, plain, hover, QStringLiteral("ConfirmClick.png")));
 }

@@ -89,6 +89,5 @@ void FormSetting::showCompanyPage(int language)
     companyAddress = page.address;
     FittedText::set(form.pushButton_4, page.name, textSize);
     FittedText::set(form.pushButton_3, page.address, textSize);
-    form.pushButton_3->setToolTip(form.pushButton_3->text() == page.address ? QString() : page.address);
     form.pushButton_3->setVisible(!page.address.isEmpty());
 }

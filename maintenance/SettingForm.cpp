@@ -1,5 +1,6 @@
 #include "maintenance/SettingForm.h"
 
+#include "ui/ComboStyle.h"
 #include "ui/FormParts.h"
 #include "ui/LanguageList.h"
 #include "ui/MyButton.h"
@@ -224,6 +225,7 @@ void SettingForm::buildChoices()
 {
     comboBox = addPlaced<MyConmboBox>(content, "comboBox", languagePlace);
     comboBox->setFocusPolicy(Qt::NoFocus); // as the buttons
+    styleCombo(comboBox, "FormSetting");
     fillLanguageList(*comboBox);
     checkBox = addButton<QCheckBox>(content, "checkBox", startPlace);
     checkBox_2 = addButton<QCheckBox>(content, "checkBox_2", longRangePlace);

@@ -2,6 +2,7 @@
 
 #include "productdata/Theme.h"
 #include "sensor/MarkerDrag.h"
+#include "ui/ChangeSheet.h"
 #include "ui/ComboStyle.h"
 #include "ui/MyConmboBox.h"
 #include "ui/MySlider.h"
@@ -173,13 +174,13 @@ void DpiForm::setColour(int level, const QString &rgb)
 
 void DpiForm::styleBar(int level, bool selected)
 {
-    bar(level)->setStyleSheet(
-        QStringLiteral(
-            "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
-            "background-color:rgb(%1);background-image: url(%2%3);}"
-            "QToolButton:hover,QToolButton:focus{border:1px solid rgb(%4);}")
-            .arg(colour(level), folder, selected ? QStringLiteral("MaxB.png") : QStringLiteral("MinB.png"),
-                 Theme::rgb(Theme::Colour::ComboxTextColor)));
+    changeSheet(bar(level),
+                QStringLiteral(
+                    "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
+                    "background-color:rgb(%1);background-image: url(%2%3);}"
+                    "QToolButton:hover,QToolButton:focus{border:1px solid rgb(%4);}")
+                    .arg(colour(level), folder, selected ? QStringLiteral("MaxB.png") : QStringLiteral("MinB.png"),
+                         Theme::rgb(Theme::Colour::ComboxTextColor)));
 }
 
 int DpiForm::checkedCard() const { return firstChecked(cards); }

@@ -49,6 +49,7 @@ void promptOffline() { postMsg()->post(&PostMsg::SigMouseOffLineo, 0); }
 SensorDPI::SensorDPI(QWidget *parent) : QFrame(parent), form(this)
 {
     resize(dragArea.size());
+    form.label->setIndent(titleIndent);
     setTitle(QStringLiteral("DPI级数"));
     connectLevels();
     QMetaObject::connectSlotsByName(this);
@@ -66,11 +67,7 @@ void SensorDPI::connectLevels()
 
 // What the page sets -------------------------------------------------------------------------------------------------
 
-void SensorDPI::setTitle(const QString &text)
-{
-    FittedText::set(form.label, text, PageFont::points, titleIndent / 2);
-    form.label->setContentsMargins(titleIndent, 0, 0, 0);
-}
+void SensorDPI::setTitle(const QString &text) { FittedText::set(form.label, text, PageFont::points, 0); }
 
 void SensorDPI::clearLevels()
 {

@@ -44,7 +44,8 @@ SensorEffect::SensorEffect(QWidget *parent)
       brightness(makeGauge("LightH", "LightSpinBox", "line_2", int(brightnessValues.size()), brightnessTop))
 {
     resize(439, 96);
-    setStyleSheet(Theme::label());
+    for (QLabel *each : {label, speed.title, brightness.title})
+        each->setStyleSheet(Theme::label());
     label->setObjectName(QStringLiteral("label_4"));
     label->setGeometry(titlePlace);
     combo->setObjectName(QStringLiteral("Model"));

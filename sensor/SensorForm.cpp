@@ -9,6 +9,7 @@
 #include "sensor/SensorRate.h"
 #include "sensor/StraightLine.h"
 #include "sensor/TenSecondTimes.h"
+#include "ui/ChangeSheet.h"
 #include "ui/ComboStyle.h"
 #include "ui/LateStyle.h"
 #include "ui/MyConmboBox.h"
@@ -46,7 +47,6 @@ SensorForm::SensorForm(QWidget *page)
       TitleButton_3(new QToolButton(SenSorPage)), TitleButton_4(new QToolButton(SenSorPage))
 {
     page->setFixedSize(pageSize);
-    page->setStyleSheet(Theme::toolTip());
     place(SenSorPage, "SenSorPage", QRect(QPoint(0, 0), pageSize));
     new LateStyle(SenSorPage, backgroundStyle(false));
     makeFrames();
@@ -113,7 +113,8 @@ void SensorForm::makeTitles()
 QString SensorForm::backgroundStyle(bool simple) const
 {
     return Theme::frameBackground(Theme::pictureFolder("Sensor"), SenSorPage->objectName(),
-                                  simple ? QStringLiteral("BackGroundSimple.png") : QStringLiteral("BackGround.png"));
+                                  simple ? QStringLiteral("BackGroundSimple.png") : QStringLiteral("BackGround.png")) +
+           Theme::toolTip();
 }
 
 void SensorForm::setSimple(bool simple)
@@ -128,8 +129,5 @@ void SensorForm::setSimple(bool simple)
     }
     frameEffect->move(simple ? simpleEffectPlace : effectPlace);
     TitleButton_3->move(simple ? simpleEffectTitlePlace : effectTitlePlace);
-    const QString style = backgroundStyle(simple);
-    // Every child is styled anew by a new sheet, so only where the layout changes.
-    if (SenSorPage->styleSheet() != style)
-        SenSorPage->setStyleSheet(style);
+    changeSheet(SenSorPage, backgroundStyle(simple));
 }

@@ -156,12 +156,13 @@ void PromptsTest::languages()
     QCOMPARE(labelText(*rows[row].make()), fileTexts(4, section).value("label"));
 }
 
-/** Letters shrink for a text that needs it, and only then. */
+/** Letters shrink for a text that needs it, and only then; also for one that was set before it came into sight. */
 void PromptsTest::longTexts()
 {
     ContainReset prompt;
     const auto *label = prompt.findChild<QLabel *>("label");
     prompt.setLabelText(QStringLiteral("Restore everything to what it was when you unpacked it? ").repeated(3));
+    prompt.show();
     QVERIFY(label->font().pointSizeF() < 11);
     QVERIFY(label->rect().contains(textRect(prompt)));
     // Two lines of like length rather than a last word alone.
@@ -174,6 +175,7 @@ void PromptsTest::longTexts()
     button.resize(90, 24);
     for (const QString &text : {QStringLiteral("Réinitialiser"), QString(60, 'W')}) {
         FittedText::set(&button, text, 11);
+        button.show();
         QVERIFY(button.fontMetrics().horizontalAdvance(button.text()) <= 82);
         QCOMPARE(button.text().endsWith(QChar(0x2026)), text.startsWith('W'));
     }

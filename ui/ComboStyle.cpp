@@ -4,7 +4,6 @@
 #include "ui/MyConmboBox.h"
 
 #include <QListView>
-#include <QScrollBar>
 
 namespace {
 
@@ -35,8 +34,7 @@ QListView *styleCombo(MyConmboBox *combo, const char *folder)
     combo->setView(list);
     combo->setMaxVisibleItems(visibleRows);
     combo->setStyleSheet(Theme::comboBox(Theme::pictureFolder(folder)) + QLatin1String(listPopup) + states());
-    list->setStyleSheet(Theme::comboBoxList() + QLatin1String(listRow));
-    list->verticalScrollBar()->setStyleSheet(Theme::scrollBar());
+    list->setStyleSheet(Theme::comboBoxList() + QLatin1String(listRow) + Theme::scrollBar());
     // The list has an edge of its own; the style takes the frame round it away only when a page gets a sheet later on.
     if (auto *const frame = qobject_cast<QFrame *>(list->parentWidget()))
         frame->setFrameShape(QFrame::NoFrame);

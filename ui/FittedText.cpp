@@ -5,9 +5,14 @@
 
 #include <QAbstractButton>
 #include <QCheckBox>
+#include <QEvent>
 #include <QFontMetrics>
 #include <QLabel>
 #include <QStyle>
+
+#include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace {
 
@@ -39,11 +44,12 @@ QFont fittingFont(QFont font, qreal points, Fits fits)
     return font;
 }
 
-} // namespace
-
-void FittedText::set(QLabel *label, const QString &text, qreal points, int margin)
+/** Gives a label its letters and margins for the text that it holds. */
+void fit(QLabel *label, qreal points, int margin)
 {
-    QRect room = label->rect().adjusted(margin, 0, -margin, 0);
+    const QString text = label->text();
+    const int indent = std::max(0, label->indent());
+    QRect room = label->rect().adjusted(margin + indent, 0, -margin, 0);
     const int flags = int(label->alignment()) | (label->wordWrap() ? Qt::TextWordWrap : 0);
     auto *const wordLabel = label->wordWrap() ? qobject_cast<WordLabel *>(label) : nullptr;
     const int width = room.width();
@@ -57,11 +63,10 @@ void FittedText::set(QLabel *label, const QString &text, qreal points, int margi
     }));
     const QString divided = lines(label->fontMetrics());
     if (divided != text) {
-        label->setContentsMargins(room.left(), 0, label->width() - 1 - room.right(), 0);
+        label->setContentsMargins(room.left() - indent, 0, label->width() - 1 - room.right(), 0);
         wordLabel->setLines(text, divided);
         return;
     }
-    label->setText(text);
 
     const QFontMetrics metrics = label->fontMetrics();
     const int height = needs(metrics).height();
@@ -73,14 +78,70 @@ void FittedText::set(QLabel *label, const QString &text, qreal points, int margi
             break;
         balanced = room;
     }
-    label->setContentsMargins(balanced.left(), 0, label->width() - 1 - balanced.right(), 0);
+    label->setContentsMargins(balanced.left() - indent, 0, label->width() - 1 - balanced.right(), 0);
 }
 
-void FittedText::set(QAbstractButton *button, const QString &text, qreal points)
+/** The same for a button, whose text is cut where even small letters are too wide. */
+void fit(QAbstractButton *button, qreal points)
 {
+    const QString text = button->text();
     const int room = button->width() - besideText(button);
     // An ampersand marks the key of the next letter and takes no room itself; measured, it costs a little, no more.
     button->setFont(fittingFont(button->font(), points,
                                 [&](const QFontMetrics &metrics) { return metrics.horizontalAdvance(text) <= room; }));
     button->setText(QFontMetrics(button->font()).elidedText(text, Qt::ElideRight, room, Qt::TextShowMnemonic));
+}
+
+/**
+ * Fits a text when its widget comes into sight. Measuring takes most of a change of language, and at the start loads a
+ * font for each size; most texts stand on pages that don't show.
+ */
+class FitAtShow : public QObject
+{
+public:
+    static void fit(QWidget *widget, std::function<void()> operation)
+    {
+        FitAtShow *const later = of(widget);
+        later->due = std::move(operation);
+        if (widget->isVisible())
+            later->fitNow();
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show && due)
+            fitNow();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    explicit FitAtShow(QWidget *widget) : QObject(widget) { widget->installEventFilter(this); }
+
+    static FitAtShow *of(QWidget *widget)
+    {
+        for (QObject *child : widget->children()) {
+            if (auto *const found = dynamic_cast<FitAtShow *>(child))
+                return found;
+        }
+        return new FitAtShow(widget);
+    }
+
+    void fitNow() { std::exchange(due, nullptr)(); }
+
+    std::function<void()> due;
+};
+
+} // namespace
+
+void FittedText::set(QLabel *label, const QString &text, qreal points, int margin)
+{
+    label->setText(text);
+    FitAtShow::fit(label, [=] { fit(label, points, margin); });
+}
+
+void FittedText::set(QAbstractButton *button, const QString &text, qreal points)
+{
+    button->setText(text);
+    FitAtShow::fit(button, [=] { fit(button, points); });
 }

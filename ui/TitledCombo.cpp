@@ -40,8 +40,8 @@ void TitledCombo::resizeEvent(QResizeEvent *event)
 void TitledCombo::layOut()
 {
     const bool hasTitle = height() >= titledHeight;
+    label->setGeometry(0, 0, width(), titleHeight); // first: one that shows without a size measures its text for one
     label->setVisible(hasTitle);
-    label->setGeometry(0, 0, width(), titleHeight);
     combo->setGeometry(0, hasTitle ? boxTop : 0, qMin(width(), boxSize.width()),
                        hasTitle ? boxSize.height() : qMin(height(), boxSize.height()));
     FittedText::set(label, title, PageFont::points, 0);

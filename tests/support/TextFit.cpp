@@ -3,8 +3,10 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QFontMetrics>
 #include <QLabel>
+#include <QShowEvent>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QTextEdit>
@@ -44,6 +46,9 @@ QStringList textsThatDoNotFit(const QWidget *window)
         if (widget->window() != window->window())
             continue;             // a dialog of the toolkit
         widget->ensurePolished(); // style sheets set fonts
+        QShowEvent inSight;       // letters are fitted when a text comes into sight
+        if (qobject_cast<QLabel *>(widget) || qobject_cast<QAbstractButton *>(widget))
+            QCoreApplication::sendEvent(widget, &inSight);
         if (const auto *label = qobject_cast<const QLabel *>(widget)) {
             const int wrap = label->wordWrap() ? int{Qt::TextWordWrap} : 0;
             const int margin = 2 * label->margin();
