@@ -1,12 +1,8 @@
 #include "app/ChooserList.h"
-#include "app/DialogMain.h"
 #include "support/ProductCopy.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
 
-#include <QComboBox>
-#include <QFile>
 #include <QSlider>
 
 /** The whole program over other data: a copy of it starts, connects what it can, and a setting reaches the mouse. */
@@ -113,15 +109,12 @@ void BadProductTest::damaged()
     QFETCH(QString, from);
     QFETCH(QByteArray, to);
     ProductCopy copy;
-    if (!from.isEmpty()) {
-        QFile whole(copy.path(file));
-        QVERIFY(whole.open(QIODevice::ReadOnly));
-        QByteArray content = whole.readAll();
+    copy.change(file, [&](QByteArray content) {
         const int place = content.indexOf(from.toUtf8());
-        QVERIFY2(place >= 0, "the product file doesn't hold what is to be damaged");
-        to = content.replace(place, from.toUtf8().size(), to); // of the Q1, which comes first
-    }
-    copy.replace(file, to);
+        if (place < 0)
+            qFatal("the product file doesn't hold what is to be damaged");
+        return from.isEmpty() ? to : content.replace(place, from.toUtf8().size(), to); // of the Q1, which comes first
+    });
     const ProductCopy::Result result = copy.run("probe");
     QCOMPARE(result.exitCode, 0);
     QTEST(result.told, "told");

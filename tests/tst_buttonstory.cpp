@@ -1,16 +1,9 @@
-#include "app/DialogMain.h"
-#include "devicelink/DeviceFlags.h"
 #include "macro/MacroFile.h"
-#include "productdata/UserFolders.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
+#include "ui/Prompt.h"
 
-#include <QComboBox>
-#include <QLineEdit>
 #include <QListWidget>
-#include <QTest>
-#include <QToolButton>
 
 #include <memory>
 
@@ -19,7 +12,6 @@ class ButtonStoryTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
     void macroFromPageToMouseAndBack();
 
 private:
@@ -45,14 +37,6 @@ private:
     std::unique_ptr<Program> program;
 };
 
-void ButtonStoryTest::init()
-{
-    program.reset();
-    VirtualMice::restoreScene();
-    Program::forgetDevice();
-    QVERIFY(startAndConnect());
-}
-
 /** Starts the program and opens the Q1. A busy machine can keep a device from answering the scan in its time. */
 bool ButtonStoryTest::startAndConnect()
 {
@@ -69,15 +53,10 @@ bool ButtonStoryTest::startAndConnect()
 void ButtonStoryTest::answer(const char *prompt, const QString &text)
 {
     program->whenShown(prompt, [prompt, text] {
-        // A mouse that was slow to answer on a busy machine can have opened another one over it.
-        const QWidgetList windows = QApplication::topLevelWidgets();
-        for (QWidget *shown : windows) {
-            if (!shown->isVisible() || !shown->inherits(prompt))
-                continue;
-            if (!text.isEmpty())
-                shown->findChild<QLineEdit *>()->setText(text);
-            shown->findChild<QToolButton *>("NewHong")->click();
-        }
+        Prompt *const shown = Program::prompt(prompt);
+        if (shown && !text.isEmpty())
+            shown->findChild<QLineEdit *>()->setText(text);
+        Program::clickIn(prompt, "NewHong");
     });
 }
 
@@ -91,6 +70,8 @@ void ButtonStoryTest::selectMacro(const QString &name)
 
 void ButtonStoryTest::macroFromPageToMouseAndBack()
 {
+    VirtualMice::restoreScene();
+    QVERIFY(startAndConnect());
     // Made and saved on its page, and chosen on the button page: the mouse plays it.
     program->click("MacroButton");
     answer("QuestionDialog", "Jump");

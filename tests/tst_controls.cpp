@@ -1,14 +1,7 @@
-#include "app/hub/PostMsg.h"
-#include "devicelink/DeviceFlags.h"
 #include "support/Controls.h"
 #include "support/PageBench.h"
 #include "support/Screen.h"
 #include "support/TestHome.h"
-
-#include <QComboBox>
-#include <QSignalSpy>
-#include <QSlider>
-#include <QToolButton>
 
 /** Every control of the two pages, before a virtual mouse whose flash tells what a change did. */
 class ControlsTest : public PageBench

@@ -1,48 +1,15 @@
-#include "app/hub/PostMsg.h"
-#include "devicelink/DeviceCache.h"
-#include "devicelink/DeviceFlags.h"
-#include "devicelink/DeviceIdentity.h"
 #include "devicelink/DeviceSetters.h"
-#include "devicelink/Dispatcher.h"
-#include "devicelink/ReportLink.h"
-#include "devicelink/SelectedDevice.h"
 #include "devicelink/StatusGate.h"
 #include "devicelink/Worker.h"
-#include "devicelink/WorkingRecord.h"
 #include "productdata/ModelData.h"
 #include "productdata/UserFolders.h"
 #include "support/ConnectedMouse.h"
 #include "support/ProductCopy.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
-
-#include <QFile>
-#include <QJsonDocument>
-#include <QSignalSpy>
-#include <QThread>
-
-#include <functional>
-#include <memory>
 
 namespace {
 
 using Setter = std::function<bool()>;
-
-QByteArray bytesOf(const FlashDataMap &record)
-{
-    return QByteArray(reinterpret_cast<const char *>(&record), static_cast<int>(flashDataMapSize));
-}
-
-/** Runs something on a thread of its own, as the library does with a report, while this one serves events. */
-void runOnThread(const std::function<void()> &work)
-{
-    const std::unique_ptr<QThread> thread(QThread::create(work));
-    thread->start();
-    while (!thread->wait(1))
-        QCoreApplication::processEvents();
-}
-
-int written() { return QJsonDocument::fromJson(VirtualMice::tell({"stats"})).object()["written"].toInt(); }
 
 /** A setter refuses when the mouse doesn't answer in time, as it may on a busy machine; a user would click again. */
 bool insist(const Setter &set)
@@ -52,6 +19,13 @@ bool insist(const Setter &set)
             return true;
     }
     return false;
+}
+
+/** The mouse says that it has its factory settings. */
+void dispatchReset()
+{
+    const std::array<std::uint8_t, 5> reset{0, 9, 0, 0, 0};
+    ConnectedMouse::runOnThread([&reset] { dispatchReport(reset.data(), 5, nullptr, 0); });
 }
 
 /** Between the library and the dispatcher: lets something happen when a settings reply has left the one for the other.
@@ -90,7 +64,7 @@ private:
 
 Q_DECLARE_METATYPE(Setter)
 
-/** Between the pages and the library: setters, the report dispatcher, identification, cache files. */
+/** Between the pages and the library: setters and the report dispatcher. */
 class DeviceLinkTest : public QObject
 {
     Q_OBJECT
@@ -100,10 +74,7 @@ private Q_SLOTS:
     void setter_data();
     void setter();
     void settersRefuseWhatIsOutOfRange();
-    void offlineSetterPromptsOnceAndChangesNothing();
-    void identify_data();
-    void identify();
-    void dispatcherDropsRubbish();
+    void dispatcherDropsWhatCannotBe();
     void aSetterMeetsAReply_data();
     void aSetterMeetsAReply();
     void passInTheMiddleOfASelection();
@@ -113,7 +84,6 @@ private Q_SLOTS:
     void combinationsAfterAReset();
     void aBlockingSignalOnTheGuiThread();
     void blockingSignal();
-    void cacheFile();
 
 private:
     static void connectMouse(PortwireReportCallback callback = dispatchReport);
@@ -154,17 +124,11 @@ void DeviceLinkTest::setter_data()
     row("DpiLevelPair", 15, "010203040506", [] {
         return SetDpiLevelPair({9, 9, 9, 9, 9, 9}, {1, 2, 3, 4, 5, 6}, 0, 2, 2);
     });
-    row("DpiLevelPair, count and level", 1, "0302", [] {
-        return SetDpiLevelPair({9, 9, 9, 9, 9, 9}, {1, 2, 3, 4, 5, 6}, 0, 2, 2);
-    });
     row("DpiLevelPair of one level with itself", 15, "010203040506", [] {
         return SetDpiLevelPair({9, 9, 9, 9, 9, 9}, {1, 2, 3, 4, 5, 6}, 0, 0, 0);
     });
     row("DpiLedMode off keeps the effect", 63, "02", [] { return SetDpiLedMode(2) && SetDpiLedMode(0); });
     row("DpiLedMode off", 66, "00", [] { return SetDpiLedMode(2) && SetDpiLedMode(0); });
-    row("DpiLedMode on", 66, "01", [] { return SetDpiLedMode(1); });
-    row("DpiLedBrightness", 64, "d2", [] { return SetDpiLedBrightness(210); });
-    row("DpiLedSpeed", 65, "05", [] { return SetDpiLedSpeed(5); });
     row("LightMode off keeps the effect", 67, "05", [] { return SetLightMode(5) && SetLightMode(0); });
     row("LightMode off", 73, "00", [] { return SetLightMode(5) && SetLightMode(0); });
     row("KeyFunction of the last slot", 119, "0a0102", [] { return SetKeyFunction(15, 10, 1, 2); });
@@ -205,83 +169,28 @@ void DeviceLinkTest::settersRefuseWhatIsOutOfRange()
     QCOMPARE(bytesOf(WorkingRecord::instance().copy()), before);
 }
 
-void DeviceLinkTest::offlineSetterPromptsOnceAndChangesNothing()
-{
-    connectMouse();
-    VirtualMice::tell({"sleep", "q1"});
-    QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
-    const QByteArray before = bytesOf(WorkingRecord::instance().copy());
-    QVERIFY(!SetLod(before[5] == 1 ? 2 : 1));
-    QCOMPARE(prompts.count(), 1);
-    SensorUiUpdating = true;
-    QVERIFY(!SetLod(before[5] == 1 ? 2 : 1));
-    QVERIFY(!TestDeviceOnline());
-    QCOMPARE(prompts.count(), 1);
-    QCOMPARE(bytesOf(WorkingRecord::instance().copy()), before);
-    QCOMPARE(bytesOf(VirtualMice::record("q1")), before);
-}
-
-// Identification -----------------------------------------------------------------------------------------------------
-
-void DeviceLinkTest::identify_data()
-{
-    QTest::addColumn<QString>("model");
-    QTest::addColumn<QString>("link");
-    QTest::addColumn<int>("identity");
-    QTest::addColumn<bool>("corded");
-    const auto row = [](const char *name, const char *model, const char *link, Identity identity, bool corded) {
-        QTest::newRow(name) << QString(model) << QString(link) << int(identity) << corded;
-    };
-    row("Q1 on its cable", "q1", "cable", Identity::Known, true);
-    row("Q2 on a 2K receiver", "q2", "2k", Identity::Known, false);
-    row("an unknown mouse on its cable", "unknown", "cable", Identity::OtherModel, true);
-}
-
-void DeviceLinkTest::identify()
-{
-    QFETCH(QString, model);
-    QFETCH(QString, link);
-    const QString id = VirtualMice::add(model, link);
-    const QString carrier = link == "cable" ? id : VirtualMice::receiverOf(id);
-    DeviceAllInfo info;
-    info.Path = VirtualMice::device(carrier)["path"].toString();
-    QVERIFY(!info.Path.isEmpty());
-    QTEST(static_cast<int>(identifyDevice(info)), "identity");
-    QTEST(info.IsCorded, "corded");
-    // Zeros in every answer: it stays an unknown device, and the time is bounded.
-    VirtualMice::tell({"unplug", carrier});
-    QCOMPARE(identifyDevice(info), Identity::NoAnswer);
-    QCOMPARE(info.ModelIndex, 2);
-}
-
 // Reports ------------------------------------------------------------------------------------------------------------
 
-/** What the dispatcher takes is told by others; this is what it must not take. */
-void DeviceLinkTest::dispatcherDropsRubbish()
+/** No cable carries 4000 Hz, whatever a report says, and a report of nothing forgets nothing. */
+void DeviceLinkTest::dispatcherDropsWhatCannotBe()
 {
     connectMouse();
     const QByteArray before = bytesOf(WorkingRecord::instance().copy());
-    using Header = std::array<std::uint8_t, 5>;
-    const auto report = [](const Header &header, const std::uint8_t *payload, std::uint32_t length) {
-        runOnThread([&] { dispatchReport(header.data(), int(header.size()), payload, length); });
+    const auto reportRate4000 = [](bool isCorded) {
+        SelectInfo().update([isCorded](DeviceAllInfo &info) { info.IsCorded = isCorded; });
+        const std::array<std::uint8_t, 5> settings{0, 8, 0, 0, 0};
+        const std::uint8_t rate = 32;
+        ConnectedMouse::runOnThread([&] { dispatchReport(settings.data(), 5, &rate, 1); });
     };
-    const Header settings{0, 8, 0, 0, 0};
-    const std::uint8_t rate4000 = 32;
-    report(settings, nullptr, 6912);
-    report(settings, &rate4000, 0);
-    report({0, 8, 0, 1, 0}, &rate4000, 1);
-    report({0, 8, 0, 0, 1}, &rate4000, 1);
-    runOnThread([] { dispatchReport(nullptr, 0, nullptr, 0); });
-    SelectInfo().update([](DeviceAllInfo &info) { info.IsCorded = true; });
-    report(settings, &rate4000, 1); // no cable carries that
+    reportRate4000(true);
     QCOMPARE(bytesOf(WorkingRecord::instance().copy()), before);
-    SelectInfo().update([](DeviceAllInfo &info) { info.IsCorded = false; });
-    report(settings, &rate4000, 1);
+    reportRate4000(false);
     QCOMPARE(int{WorkingRecord::instance().copy().ReportRate}, 32);
     QTRY_COMPARE(int{VirtualMice::record("q1").ReportRate}, 32);
     QTRY_COMPARE(SelectInfo().get().MouseVersion, QString("v1.12"));
     VirtualMice::tell({"sleep", "q1"});
-    report({0, 18, 0, 0, 0}, nullptr, 0); // and then it can't be asked
+    const std::array<std::uint8_t, 5> version{0, 18, 0, 0, 0};
+    ConnectedMouse::runOnThread([&] { dispatchReport(version.data(), 5, nullptr, 0); }); // and then it can't be asked
     QCOMPARE(SelectInfo().get().MouseVersion, QString("v1.12"));
     QCOMPARE(ModelData::mouseVersion(0), QString("v1.12"));
 }
@@ -319,7 +228,7 @@ void DeviceLinkTest::aSetterMeetsAReply()
     QVERIFY(insist([] { return SetReportRate(8) && SetDpiCurrentLevel(5) && SetLod(2); }));
     QVERIFY(insist([] { return SetReportRate(1) && SetDpiCurrentLevel(0) && SetLod(1); }));
     QVERIFY(ConnectedMouse::isWritten("q1"));
-    const int before = written();
+    const int before = VirtualMice::count("written");
     if (click)
         WorkingRecord::instance().settle(); // some report has come since
 
@@ -331,7 +240,7 @@ void DeviceLinkTest::aSetterMeetsAReply()
     QTRY_COMPARE(held(WorkingRecord::instance().copy()), rateLevelLod);
     QVERIFY(ConnectedMouse::isWritten("q1"));
     if (!click)
-        QCOMPARE(written(), before);
+        QCOMPARE(VirtualMice::count("written"), before);
     // The next change takes along whatever the program has wrong.
     QVERIFY(insist([] { return SetDebounceTime(19) && SetDebounceTime(20); }));
     QTRY_COMPARE(int{VirtualMice::record("q1").DebounceTime}, 20);
@@ -381,8 +290,7 @@ void DeviceLinkTest::resetOfOneMouseSparesTheNext()
 
     QVERIFY(connectTo(0));
     VirtualMice::tell({"fault", "q1", "drop", "1000000"});
-    const std::array<std::uint8_t, 5> reset{0, 9, 0, 0, 0};
-    runOnThread([&reset] { dispatchReport(reset.data(), 5, nullptr, 0); });
+    dispatchReset();
     ReportLink::end();
 
     QVERIFY(connectTo(1));
@@ -413,8 +321,7 @@ void DeviceLinkTest::combinationsAfterAReset()
         QVERIFY(insist([slot] { return SetKeySequence(slot, {5, 0, 0}, {2, {}, {{0, 1, 4, 10}, {1, 1, 4, 10}}}); }));
     QTRY_COMPARE(int{VirtualMice::record("q1").KeySequences[15].EventCount}, 2);
     LinkUp = false;
-    const std::array<std::uint8_t, 5> reset{0, 9, 0, 0, 0};
-    runOnThread([&reset] { dispatchReport(reset.data(), 5, nullptr, 0); });
+    dispatchReset();
     QTRY_VERIFY(LinkUp);
     QStringList counts;
     for (const int slot : slots)
@@ -442,29 +349,6 @@ void DeviceLinkTest::blockingSignal()
     connect(
         postMsg(), &PostMsg::SigForm, this, [] {}, Qt::BlockingQueuedConnection);
     postMsg()->postBlocking(&PostMsg::SigForm);
-}
-
-// Cache files --------------------------------------------------------------------------------------------------------
-
-void DeviceLinkTest::cacheFile()
-{
-    const QString name = deviceCacheName(18, 1);
-    QCOMPARE(name, QStringLiteral("Device_CID12_MID01.bin"));
-    FlashDataMap record{};
-    for (std::size_t byte = 0; byte < flashDataMapSize; ++byte)
-        reinterpret_cast<unsigned char *>(&record)[byte] = static_cast<unsigned char>(byte * 31);
-    SaveDeviceCache(name, record);
-    QFile file(UserFolders::path(UserFolders::Folder::DeviceInfo) + "/" + name);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray content = file.readAll();
-    QCOMPARE(content.size(), 10432);
-    QCOMPARE(content.left(4).toHex(), QByteArray("000028bc"));
-    QCOMPARE(content.mid(4), bytesOf(record));
-    FlashDataMap read{};
-    QVERIFY(LoadDeviceCache(name, read));
-    QCOMPARE(bytesOf(read), bytesOf(record));
-    SaveDeviceCache(QString(), record);
-    QVERIFY(!LoadDeviceCache(QString(), read));
 }
 
 HALVARION_TEST_MAIN(DeviceLinkTest)

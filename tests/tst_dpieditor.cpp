@@ -1,5 +1,3 @@
-#include "app/hub/PostMsg.h"
-#include "devicelink/DeviceFlags.h"
 #include "sensor/DpiCoding.h"
 #include "sensor/MarkerDrag.h"
 #include "sensor/SensorDPI.h"
@@ -10,14 +8,9 @@
 #include "support/TestHome.h"
 
 #include <QColorDialog>
-#include <QComboBox>
 #include <QDeadlineTimer>
 #include <QMouseEvent>
 #include <QSet>
-#include <QSignalSpy>
-#include <QSlider>
-#include <QSpinBox>
-#include <QToolButton>
 
 /** The DPI editor on the page, driven with the mouse; what the virtual mouse then does is what counts. */
 class DpiEditorTest : public PageBench
@@ -96,6 +89,7 @@ void DpiEditorTest::barChoosesALevelAndOpensTheColours()
     press(bar(3));
     expected.DpiCurrentLevel = 3;
     QTRY_COMPARE(held(), expected);
+    QCOMPARE(card(3)->size() - card(1)->size(), QSize(14, 14));
     auto *const dialog = find<QColorDialog>("");
     QVERIFY(dialog->isVisible());
     QCOMPARE(dialog->currentColor(), QColor(3, 6, 9));
@@ -144,6 +138,11 @@ void DpiEditorTest::firstChangeAfterChoosing()
     QCOMPARE(dpiOfTheMouse(), 1250);
     slider()->setValue(2050);
     QTRY_COMPARE(dpiOfTheMouse(), 2050);
+    // While all settings are replaced the page sends nothing of its own.
+    const FlashDataMap before = working();
+    const FlagScope bulk(BulkUpdateActive);
+    slider()->setValue(2100);
+    QCOMPARE(working(), before);
 }
 
 // The marker ---------------------------------------------------------------------------------------------------------

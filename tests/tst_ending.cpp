@@ -1,17 +1,11 @@
-#include "app/DialogMain.h"
-#include "app/hub/PostMsg.h"
-#include "devicelink/DeviceFlags.h"
 #include "devicelink/Dispatcher.h"
 #include "devicelink/Worker.h"
 #include "productdata/UserFolders.h"
 #include "support/Program.h"
+#include "support/Seed.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QRandomGenerator>
-#include <QTimer>
 
 #include <utility>
 
@@ -147,14 +141,9 @@ void EndingTest::thePlaceIsKept()
 
 void EndingTest::atRandomMoments()
 {
-    bool isNumber = false;
-    const uint given = qEnvironmentVariableIntValue("HALVARION_SEED", &isNumber);
-    const uint seed = isNumber ? given : QRandomGenerator::global()->generate() & 0x7fffffffU;
-    const int rounds = qMax(200, qEnvironmentVariableIntValue("HALVARION_ROUNDS"));
-    qInfo("seed %u (HALVARION_SEED), %d exits", seed, rounds);
-    QRandomGenerator random(seed);
+    QRandomGenerator random(testSeed());
     qint64 longest = 0;
-    for (int round = 0; round < rounds; ++round) {
+    for (int round = 0; round < testRounds(200); ++round) {
         QElapsedTimer time;
         time.start();
         runOnce(random, round);

@@ -1,12 +1,8 @@
-#include "app/DialogMain.h"
 #include "support/ButtonControls.h"
 #include "support/Controls.h"
 #include "support/FaultBench.h"
 #include "support/ProfileControls.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
-
-#include <array>
 
 namespace {
 

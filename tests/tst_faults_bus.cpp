@@ -1,59 +1,31 @@
 #include "app/ChooserList.h"
-#include "app/DialogMain.h"
-#include "app/hub/PostMsg.h"
-#include "devicelink/DeviceFlags.h"
-#include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"
 #include "portwire/control/ControlClient.h"
 #include "portwire/portwire.h"
 #include "support/FaultBench.h"
 #include "support/Screen.h"
+#include "support/Seed.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
 
 #include <QAbstractButton>
 #include <QAbstractSlider>
-#include <QElapsedTimer>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QProgressBar>
-#include <QRandomGenerator>
-
-#include <array>
-#include <atomic>
-#include <thread>
 
 namespace {
 
 /** What a hand does to the bus, in words of portwirectl. */
 QStringList randomHand(QRandomGenerator &random)
 {
-    static const std::array<const char *, 4> rates = {"1", "2", "4", "32"};
-    const QString digit = QString::number(random.bounded(4));
-    switch (random.bounded(12)) {
-    case 0:
-    case 1:
-        return {"unplug", "q1-4k"};
-    case 2:
-        return {"plug", "q1-4k"};
-    case 3:
-        return {"plug", "q1"};
-    case 4:
-        return {"unplug", "q1"};
-    case 5:
-        return {"sleep", "q1"};
-    case 6:
-        return {"wake", "q1"};
-    case 7:
-        return {"dpi", "q1", digit};
-    case 8:
-        return {"rate", "q1", rates[random.bounded(4U)]};
-    case 9:
-        return {"profile", "q1", digit};
-    default:
-        return {"fault", random.bounded(2) == 0 ? "q1" : "q1-4k", faultKinds[random.bounded(4U)],
-                QString::number(random.bounded(1, 9))};
-    }
+    static const QStringList hands = {"unplug q1-4k", "unplug q1-4k",  "plug q1-4k",     "plug q1",
+                                      "unplug q1",    "sleep q1",      "wake q1",        "dpi q1 %1",
+                                      "rate q1 %2",   "profile q1 %1", "fault q1 %3 %4", "fault q1-4k %3 %4"};
+    static const std::array<int, 4> rates = {1, 2, 4, 32};
+    QString hand = hands[random.bounded(hands.size())];
+    hand.replace("%1", QString::number(random.bounded(4)));
+    hand.replace("%2", QString::number(rates[random.bounded(4U)]));
+    hand.replace("%3", faultKinds[random.bounded(4U)]);
+    hand.replace("%4", QString::number(random.bounded(1, 9)));
+    return hand.split(' ');
 }
 
 /** What a user does, as far as the program lets him: a prompt takes everything but its own buttons. */
@@ -139,8 +111,8 @@ void FaultsBusTest::deadReceiverOnTheChooser()
 
 void FaultsBusTest::handsAtRandomMoments()
 {
-    const int rounds = qMax(40, qEnvironmentVariableIntValue("HALVARION_ROUNDS"));
-    QRandomGenerator random(faultSeed());
+    const int rounds = testRounds(40);
+    QRandomGenerator random(testSeed());
     FaultBench bench;
     constexpr int roundTime = 80;
     int hands = 0;
@@ -387,10 +359,7 @@ void FaultsBusTest::reportStorm()
             changes += 3;
         }
     });
-    const auto reports = [] {
-        return QJsonDocument::fromJson(VirtualMice::tell({"stats"})).object()["received"].toInt();
-    };
-    const int before = reports();
+    const int before = VirtualMice::count("received");
     QElapsedTimer time;
     time.start();
     bench.heartbeat().restart();
@@ -409,7 +378,7 @@ void FaultsBusTest::reportStorm()
     isOver = true;
     storm.join();
     const qint64 milliseconds = time.elapsed();
-    const qint64 pace = qint64{1000} * (reports() - before) / milliseconds;
+    const qint64 pace = qint64{1000} * (VirtualMice::count("received") - before) / milliseconds;
     qInfo("%d changes, %lld reports a second; %d clicks", changes.load(), pace, clicks);
     QCOMPARE(bench.heartbeat().complaint(), QString());
     // No backlog: what is shown a moment after the last change is what the mouse holds.

@@ -1,15 +1,11 @@
-#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceCache.h"
-#include "devicelink/SelectedDevice.h"
 #include "productdata/UserFolders.h"
 #include "productdata/UserSettings.h"
 #include "support/FaultBench.h"
 #include "support/Files.h"
 #include "support/Screen.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
 
-#include <QComboBox>
 #include <QProcess>
 #include <QStandardPaths>
 

@@ -1,27 +1,17 @@
-#include "app/DialogMain.h"
-#include "app/hub/PostMsg.h"
-#include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
 #include "maintenance/Progress.h"
 #include "maintenance/UpDateRepair.h"
 #include "productdata/FirmwareImages.h"
-#include "productdata/LanguageFile.h"
 #include "productdata/ModelData.h"
 #include "support/Files.h"
 #include "support/ProductCopy.h"
 #include "support/Program.h"
 #include "support/PromptDriver.h"
+#include "support/Seed.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
 #include "tools/FirmwareFile.h"
 
-#include <QDir>
-#include <QLabel>
 #include <QProcess>
-#include <QPushButton>
-#include <QRandomGenerator>
-#include <QTemporaryDir>
-#include <QToolButton>
 
 #include <chrono>
 #include <cstdlib>
@@ -69,31 +59,12 @@ void addRows(std::initializer_list<const char *> columns, const QStringList &row
     }
 }
 
-QString englishText(const char *section, const QString &element)
-{
-    QString found;
-    LanguageFile::readSection(0, section, [&](const QString &each, const QString &text) {
-        if (each == element)
-            found = text;
-    });
-    return found;
-}
+const auto englishText = Program::englishText;
 
-/** The prompt of this class that shows; null if there is none. */
-Prompt *shownPrompt(const char *className)
+QString labelOf(const char *promptClass)
 {
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (QWidget *window : windows) {
-        if (window->isVisible() && window->inherits(className))
-            return static_cast<Prompt *>(window);
-    }
-    return nullptr;
-}
-
-QString labelOf(const Prompt *prompt) { return PromptDriver::labelText(*prompt); }
-void clickOn(Prompt *prompt, const char *button)
-{
-    QTest::mouseClick(PromptDriver::button(*prompt, button), Qt::LeftButton);
+    const Prompt *const shown = Program::prompt(promptClass);
+    return shown ? PromptDriver::labelText(*shown) : QString();
 }
 
 } // namespace
@@ -160,14 +131,13 @@ void FirmwareUpdateTest::open(const QString &mouse)
 QString FirmwareUpdateTest::confirmProgress()
 {
     const auto isOver = [] {
-        const Prompt *const progress = shownPrompt("Progress");
+        const Prompt *const progress = Program::prompt("Progress");
         return progress && PromptDriver::button(*progress, "NewHong")->isVisible();
     };
     if (!QTest::qWaitFor(isOver, 20000))
         return "no end";
-    Prompt *const progress = shownPrompt("Progress");
-    const QString said = labelOf(progress);
-    clickOn(progress, "NewHong");
+    const QString said = labelOf("Progress");
+    Program::clickIn("Progress", "NewHong");
     return said;
 }
 
@@ -175,19 +145,20 @@ QStringList FirmwareUpdateTest::repairByClicks()
 {
     QStringList said;
     program->whenShown("UpDateRepair", [&said] {
-        QPointer<Prompt> prompt = shownPrompt("UpDateRepair");
-        said << labelOf(prompt);
-        clickOn(prompt, "NewHong");
-        if (prompt && prompt->findChild<QWidget *>("spinBox")->isVisible()) {
+        const char *const repair = "UpDateRepair";
+        said << labelOf(repair);
+        Program::clickIn(repair, "NewHong");
+        Prompt *const prompt = Program::prompt(repair);
+        if (!prompt)
+            return;
+        if (prompt->findChild<QWidget *>("spinBox")->isVisible()) {
             QTest::keyClick(prompt, Qt::Key_Escape); // there is no way out meanwhile
             QTest::keyClick(prompt, Qt::Key_Return);
-            QVERIFY(prompt && prompt->isVisible());
+            QVERIFY(Program::isPromptShown(repair));
             QTRY_VERIFY_WITH_TIMEOUT(prompt->findChild<QWidget *>("NewHong")->isVisible(), 20000);
         }
-        if (!prompt || !prompt->isVisible())
-            return;
-        said << labelOf(prompt);
-        clickOn(prompt, "CloseButton");
+        said << labelOf(repair);
+        Program::clickIn(repair, "CloseButton");
     });
     program->click("Repair");
     return said;
@@ -239,16 +210,15 @@ void FirmwareUpdateTest::fitting()
                                       imageFile({211, 18, 1, name, 1, 1}),
                                       imageFile({211, 18, 2, "NNNN", 1, 1}),
                                       good.left(727),
-                                      QByteArray()};
+                                      QByteArray(),
+                                      good + QByteArray(int(FirmwareImages::largestFile), '\0')};
     for (const QByteArray &other : others)
         Files::put(folder.filePath(QStringLiteral("%1.bin").arg(others.indexOf(other))), other);
-    QVERIFY(QDir(folder.path()).mkdir("7.bin"));
-    Files::put(folder.filePath("9.bin"), good);
-    QVERIFY(QFile::resize(folder.filePath("9.bin"), FirmwareImages::largestFile + 1));
+    QVERIFY(QDir(folder.path()).mkdir("8.bin"));
     QList<QByteArray> found;
     FirmwareImages::Request request{211, QString::fromStdString(name), 18, 2};
     QVERIFY(!FirmwareImages::FindImage(request, {}, found, folder.path()));
-    Files::put(folder.filePath("6.bin"), good);
+    Files::put(folder.filePath("9.bin"), good);
     QVERIFY(FirmwareImages::FindImage(request, {}, found, folder.path()) && found.first() == good);
     request.modelName.clear();
     QVERIFY(!FirmwareImages::FindImage(request, {}, found, folder.path()) && found.isEmpty());
@@ -265,20 +235,21 @@ void FirmwareUpdateTest::update()
     QFETCH(QString, mouse);
     QFETCH(QString, link);
     const bool isMouse = link == "cable";
+    const char *const button = isMouse ? "Mouse" : "Receive";
+    const auto setLod = [&mouse](int lod) { return SetLod(lod) && VirtualMice::record(mouse).Lod == lod; };
     VirtualMice::tell({"remove", mouse});
     QCOMPARE(VirtualMice::add(mouse, link), mouse);
     putImage(isMouse ? mouse : link, 0x0920, mouse);
     open(mouse);
-    QVERIFY(SetLod(2));
-    QTRY_COMPARE(int(VirtualMice::record(mouse).Lod), 2);
+    QTRY_VERIFY(setLod(2));
     const FlashDataMap before = VirtualMice::record(mouse);
     QTRY_VERIFY(isMouse ? MouseUpdateAvailable : DongleUpdateAvailable);
     program->forgetPrompts();
-    press(isMouse ? "Mouse" : "Receive");
-    QTRY_VERIFY(shownPrompt("Progress"));
+    press(button);
+    QTRY_VERIFY(Program::prompt("Progress"));
     QVERIFY(!ModelData::updateFailInfo().isEmpty());
-    QTest::keyClick(shownPrompt("Progress"), Qt::Key_Escape);
-    QTest::keyClick(shownPrompt("Progress"), Qt::Key_Return);
+    QTest::keyClick(Program::prompt("Progress"), Qt::Key_Escape);
+    QTest::keyClick(Program::prompt("Progress"), Qt::Key_Return);
     QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
     QCOMPARE(firmwareOf(isMouse ? mouse : mouse + '-' + link), QString("9.20"));
     QCOMPARE(ModelData::updateFailInfo(), QString());
@@ -287,17 +258,15 @@ void FirmwareUpdateTest::update()
     QCOMPARE(ModelData::mouseVersion(mouse == "q1" ? 0 : 1) == "v9.20", isMouse);
     QVERIFY(VirtualMice::record(mouse) == before);
     QCOMPARE(program->shownPrompts(), QStringList("Progress")); // none over it that tells of a silent mouse
-    QTRY_VERIFY(program->isConnected() && SetLod(1));
-    QTRY_COMPARE(int(VirtualMice::record(mouse).Lod), 1);
-    press(isMouse ? "Mouse" : "Receive");
+    QTRY_VERIFY(program->isConnected() && setLod(1));
+    press(button);
     QTRY_VERIFY(!UpdateRunning);
-    QCOMPARE(program->find<QPushButton>(isMouse ? "Mouse" : "Receive")->text(), englishText("FormSetting", "VerNew"));
+    QCOMPARE(program->find<QPushButton>(button)->text(), englishText("FormSetting", "VerNew"));
 }
 
 void FirmwareUpdateTest::powerLoss_data()
 {
-    addRows({"device", "percent"},
-            {"at 0|q1|0", "at 1|q1|1", "at 50|q1|50", "at 99|q1|99", "at 100|q1|100", "receiver|q1-4k|50"});
+    addRows({"device", "percent"}, {"at 1|q1|1", "at 100|q1|100", "receiver|q1-4k|50"});
 }
 
 /** The user is led back to the chooser, which offers the repair; that brings the device back with all it held. */
@@ -348,13 +317,11 @@ void FirmwareUpdateTest::notBegun()
     QVERIFY(UpdateRunning && !HotplugWatchEnabled);
     press(button == "Mouse" ? "Receive" : "Mouse"); // does nothing
     QTRY_VERIFY(!UpdateRunning);
-    QVERIFY(HotplugWatchEnabled && !shownPrompt("Progress") && ModelData::updateFailInfo().isEmpty());
-    const bool isMessage = shown == "WiredMode";
-    const QWidget *const message = program->find("label_13");
-    QCOMPARE(message->isVisibleTo(message->parentWidget()), isMessage);
-    const QString text =
-        isMessage ? program->find<QLabel>("label_13")->text() : program->find<QPushButton>(button)->text();
-    QCOMPARE(text, englishText("FormSetting", shown));
+    QVERIFY(HotplugWatchEnabled && !Program::prompt("Progress") && ModelData::updateFailInfo().isEmpty());
+    const auto *const message = program->find<QLabel>("label_13");
+    QCOMPARE(message->isVisibleTo(message->parentWidget()), shown == "WiredMode");
+    QCOMPARE(shown == "WiredMode" ? message->text() : program->find<QPushButton>(button)->text(),
+             englishText("FormSetting", shown));
 }
 
 /** Nobody acts on the bus from the press on; when the run is over, the window of a device that has gone is left. */
@@ -383,14 +350,14 @@ void FirmwareUpdateTest::bothDevices()
     putImage("4k", 0x0930);
     open("q1");
     QTRY_VERIFY(MouseUpdateAvailable && DongleUpdateAvailable);
-    program->whenShown("UpDateWarning", [] { clickOn(shownPrompt("UpDateWarning"), "NewHong"); });
+    program->whenShown("UpDateWarning", [] { Program::clickIn("UpDateWarning", "NewHong"); });
     press("Receive");
     QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
     if (hand == "plug")
         QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
     QTRY_VERIFY(!UpdateRunning);
     QTest::qWait(200);
-    QVERIFY(!UpdateRunning && !shownPrompt("Progress")); // and not in a circle
+    QVERIFY(!UpdateRunning && !Program::prompt("Progress")); // and not in a circle
     QCOMPARE(firmwareOf("q1-4k") + ' ' + firmwareOf("q1"), versions);
     QCOMPARE(program->shownPrompts().contains("UpDateWarning"), hand != "plug");
     QVERIFY(program->find("label_13")->isHidden()); // the prompt has said it
@@ -454,21 +421,20 @@ void FirmwareUpdateTest::mismatch()
     ModelData::storeMouseVersion(0, version);
     program = std::make_unique<Program>();
     QTRY_COMPARE(program->entryCount(), 1);
-    program->whenShown("RePair", [] { clickOn(shownPrompt("RePair"), "OK"); });
-    program->whenShown("Match", [] { QTest::keyClick(shownPrompt("Match"), Qt::Key_Escape); });
+    program->whenShown("RePair", [] { Program::clickIn("RePair", "OK"); });
+    program->whenShown("Match", [] { QTest::keyClick(Program::prompt("Match"), Qt::Key_Escape); });
     program->whenShown("UpDateWarning", [] {
-        QCOMPARE(labelOf(shownPrompt("UpDateWarning")), englishText("FormSetting", "WiredMode"));
-        QTest::keyClick(shownPrompt("UpDateWarning"), Qt::Key_Return);
+        QCOMPARE(labelOf("UpDateWarning"), englishText("FormSetting", "WiredMode"));
+        Program::clickIn("UpDateWarning", "NewHong");
     });
     program->whenShown("ContainReset", [] {
-        QCOMPARE(labelOf(shownPrompt("ContainReset")), englishText("DialogChange", "MouseIsNewTips"));
-        clickOn(shownPrompt("ContainReset"), "OK");
+        QCOMPARE(labelOf("ContainReset"), englishText("DialogChange", "MouseIsNewTips"));
+        Program::clickIn("ContainReset", "OK");
     });
     program->whenShown("UpDateRepair", [] {
-        Prompt *const repair = shownPrompt("UpDateRepair");
-        clickOn(repair, "NewHong");
-        QTRY_COMPARE_WITH_TIMEOUT(labelOf(repair), englishText("AutoRepair", "UpdateSuccess"), 20000);
-        clickOn(repair, "NewHong");
+        Program::clickIn("UpDateRepair", "NewHong");
+        QTRY_COMPARE_WITH_TIMEOUT(labelOf("UpDateRepair"), englishText("AutoRepair", "UpdateSuccess"), 20000);
+        Program::clickIn("UpDateRepair", "NewHong");
     });
     QTest::keyClick(program->window(), Qt::Key_Space);
     QCOMPARE(program->shownPrompts().join(' '), prompts);
@@ -489,13 +455,8 @@ void FirmwareUpdateTest::mismatch()
 /** Killed in the middle of an update: the next start, in the same home, offers the repair, and that works. */
 void FirmwareUpdateTest::killed()
 {
-    bool isGiven = false;
-    const int rounds = qMax(2, qEnvironmentVariableIntValue("HALVARION_ROUNDS"));
-    const int given = qEnvironmentVariableIntValue("HALVARION_SEED", &isGiven);
-    const quint32 seed = isGiven ? quint32(given) : QRandomGenerator::global()->generate();
-    qInfo("HALVARION_SEED=%u", seed);
-    QRandomGenerator random(seed);
-    for (int round = 0; round < rounds; ++round) {
+    QRandomGenerator random(testSeed());
+    for (int round = 0; round < testRounds(2); ++round) {
         const QTemporaryDir home;
         const int moment = random.bounded(102 * momentsPerStep);
         for (const bool isFirst : {true, false}) {
@@ -505,12 +466,13 @@ void FirmwareUpdateTest::killed()
             if (isFirst)
                 environment.insert("HALVARION_KILL_AT", QString::number(moment));
             process.setProcessEnvironment(environment);
+            process.setProcessChannelMode(QProcess::MergedChannels);
             process.start(QCoreApplication::applicationFilePath(), {"killedProcess"});
             QVERIFY(process.waitForFinished(60000));
-            const QByteArray said = process.readAllStandardOutput() + process.readAllStandardError();
+            const QByteArray said = QByteArray::number(moment) + process.readAll();
             QVERIFY2(process.exitStatus() == QProcess::NormalExit, said.constData());
             const bool wasAlone = isFirst && process.exitCode() == killedCode;
-            QVERIFY2(wasAlone || process.exitCode() == 0, (QByteArray::number(moment) + said).constData());
+            QVERIFY2(wasAlone || process.exitCode() == 0, said.constData());
         }
     }
 }

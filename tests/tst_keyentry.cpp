@@ -1,14 +1,10 @@
 #include "app/TextSetup.h"
-#include "buttons/DpiLockCode.h"
 #include "buttons/FireKey.h"
 #include "buttons/GroupKey.h"
 #include "buttons/KeySequences.h"
-#include "productdata/LanguageFile.h"
-#include "productdata/UserSettings.h"
 #include "support/Keys.h"
 #include "support/PromptDriver.h"
 #include "support/TestHome.h"
-#include "support/TextFit.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -26,14 +22,11 @@ private Q_SLOTS:
     void initTestCase() { setUpFonts(); }
     void combination_data();
     void combination();
-    void storedKeyNames();
-    void dpiLockCodes();
     void typedKeys_data();
     void typedKeys();
     void waysOut_data();
     void waysOut();
     void fireKey();
-    void textsFit();
 };
 
 void KeyEntryTest::combination_data()
@@ -55,6 +48,7 @@ void KeyEntryTest::combination_data()
     row("A+B+C+D", "000104 000105 000106 010106 010105 010104", "A+B+C");
     row("LCtrl+none", "000100 000100 010100 010100", "+");
     row("F7", "000140 010140", "Alt"); // the mouse's code 64 is the right Alt key
+    row("Enter+M", "000128 000110 010110 010128");
 }
 
 void KeyEntryTest::combination()
@@ -74,44 +68,6 @@ void KeyEntryTest::combination()
     }
     QCOMPARE(made.toHex(' '), events.toHex(' '));
     QCOMPARE(KeySequences::combinationText(sequence), readBack);
-}
-
-void KeyEntryTest::storedKeyNames()
-{
-    QStringList names;
-    for (const auto &[code, kind] : {std::pair(4, 1),
-                                     {4, 0},
-                                     {4, 2},
-                                     {8, 1},
-                                     {8, 0},
-                                     {8, 4},
-                                     {32, 1},
-                                     {32, 0},
-                                     {32, 3},
-                                     {1, 7},
-                                     {2, 1},
-                                     {64, 1},
-                                     {128, 1},
-                                     {16, 0},
-                                     {40, 0},
-                                     {88, 5},
-                                     {0x1129, 9},
-                                     {200, 1}})
-        names << KeySequences::EventKeyName(code, kind);
-    QCOMPARE(names.join(','), QString("A,Alt,,E,Win,,3,Shift,,Ctrl,Shift,Alt,Win,M,Enter,Enter,Esc,"));
-}
-
-void KeyEntryTest::dpiLockCodes()
-{
-    DriverSensor driver;
-    driver.DriverKeys = QStringList{"SENSOR_9_DPI_800", "SENSOR_9_DPI_900"};
-    driver.DriverValues = {11, 12};
-    QCOMPARE(DpiLockCode::DpiToCode(800, driver, "9"), 11);
-    QCOMPARE(DpiLockCode::DpiToCode(700, driver, "9"), 14);
-    QCOMPARE(DpiLockCode::CodeToDpi(12, driver, "9"), 900);
-    QCOMPARE(DpiLockCode::CodeToDpi(13, driver, "9"), 0);
-    QCOMPARE(DpiLockCode::DpiToCode(800, driver, "Q"), 15);
-    QCOMPARE(DpiLockCode::CodeToDpi(23, driver, "Q"), 1200);
 }
 
 void KeyEntryTest::typedKeys_data()
@@ -225,21 +181,6 @@ void KeyEntryTest::fireKey()
     QCOMPARE(refused.findChild<QSpinBox *>("Count")->value(), 3);
     QCOMPARE(PromptDriver::execAnd(refused, [&] { QTest::keyClick(&refused, Qt::Key_Escape); }), 0);
     QVERIFY(!refused.confirmed());
-}
-
-void KeyEntryTest::textsFit()
-{
-    QStringList complaints;
-    for (int language = 0; language < LanguageFile::languageCount; ++language) {
-        UserSettings::instance()->setLanguage(language);
-        GroupKey combination;
-        FireKey fire;
-        for (QWidget *dialog : std::initializer_list<QWidget *>{&combination, &fire}) {
-            dialog->show();
-            complaints << textsThatDoNotFit(dialog);
-        }
-    }
-    QVERIFY2(complaints.isEmpty(), qPrintable(complaints.join('\n')));
 }
 
 HALVARION_TEST_MAIN(KeyEntryTest)

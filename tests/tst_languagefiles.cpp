@@ -1,18 +1,11 @@
-#include "app/DialogMain.h"
-#include "app/hub/PostMsg.h"
 #include "productdata/LanguageFile.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
 
 #include <QAbstractButton>
-#include <QComboBox>
 #include <QFile>
 #include <QHash>
-#include <QLabel>
-#include <QRegularExpression>
 #include <QSet>
-#include <QUrl>
 #include <QXmlStreamReader>
 
 namespace {
@@ -117,7 +110,6 @@ private Q_SLOTS:
     void wording();
     void everyWidgetSpeaks_data() { languages(); }
     void everyWidgetSpeaks();
-    void companyLinks();
 
 private:
     static void languages();
@@ -270,20 +262,6 @@ void TestLanguageFiles::everyWidgetSpeaks()
     QCOMPARE(warnings, QStringList());
     QVERIFY(shown.size() > 100);
     QCOMPARE(shown.filter(QRegularExpression(foreign)), QStringList());
-}
-
-/** The maker's name in English and Chinese, and the two addresses that the settings page opens in the browser. */
-void TestLanguageFiles::companyLinks()
-{
-    const Document document = read(QStringLiteral("Language/Net.xml"));
-    QCOMPARE(document.error, QString());
-    QCOMPARE(document.root, QStringLiteral("Profile"));
-    for (const char *name : {"English/CompanyName", "Chinese/CompanyName"})
-        QVERIFY2(!document.text.value(QLatin1String(name)).trimmed().isEmpty(), name);
-    for (const char *address : {"Web/CompanyWebcn", "Web/CompanyWeben"}) {
-        const QUrl url(document.text.value(QLatin1String(address)), QUrl::StrictMode);
-        QVERIFY2(url.isValid() && url.scheme() == QLatin1String("https") && !url.host().isEmpty(), address);
-    }
 }
 
 HALVARION_TEST_MAIN(TestLanguageFiles)

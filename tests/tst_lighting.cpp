@@ -1,5 +1,3 @@
-#include "app/hub/PostMsg.h"
-#include "devicelink/DeviceFlags.h"
 #include "lighting/LightStage.h"
 #include "lighting/ScreenColour.h"
 #include "support/Controls.h"
@@ -7,13 +5,7 @@
 #include "support/Screen.h"
 #include "support/TestHome.h"
 
-#include <QComboBox>
-#include <QLabel>
 #include <QMouseEvent>
-#include <QSignalSpy>
-#include <QSlider>
-#include <QSpinBox>
-#include <QToolButton>
 
 /** The lighting page before a virtual mouse: the mouse's flash tells what a change did. */
 class LightingTest : public PageBench

@@ -1,6 +1,5 @@
 #include "support/Program.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
 
 #include <windows.h>
 #include <winternl.h>

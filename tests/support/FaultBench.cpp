@@ -1,20 +1,12 @@
 #include "support/FaultBench.h"
 
 #include "app/ChooserList.h"
-#include "app/DialogMain.h"
-#include "app/hub/PostMsg.h"
-#include "devicelink/DeviceFlags.h"
 #include "devicelink/Dispatcher.h"
-#include "devicelink/SelectedDevice.h"
 #include "devicelink/Worker.h"
 #include "devicelink/WorkingRecord.h"
 #include "support/Screen.h"
-#include "support/VirtualMice.h"
 
-#include <QApplication>
 #include <QDeadlineTimer>
-#include <QRandomGenerator>
-#include <QTest>
 
 #include <algorithm>
 
@@ -137,13 +129,4 @@ void FaultBench::measureHealthyTurn()
     qInfo("longest turn without a fault: %lld ms, allowed with one: %lld ms", beat.longest(), beat.allowed());
     goBack();
     beat.restart();
-}
-
-quint32 faultSeed()
-{
-    bool isNumber = false;
-    const int given = qEnvironmentVariableIntValue("HALVARION_SEED", &isNumber);
-    const quint32 seed = isNumber ? static_cast<quint32>(given) : QRandomGenerator::global()->generate() & 0x7fffffffU;
-    qInfo("seed %u (HALVARION_SEED)", seed);
-    return seed;
 }

@@ -61,6 +61,3 @@ private:
     std::unique_ptr<Program> shown;
     Heartbeat beat;
 };
-
-/** The seed of this run: HALVARION_SEED or a new one. It is printed. */
-quint32 faultSeed();

@@ -1,10 +1,5 @@
 #include "support/PageBench.h"
 
-#include "app/hub/PostMsg.h"
-#include "support/ConnectedMouse.h"
-
-#include <QThread>
-
 void PageBench::init()
 {
     VirtualMice::restoreScene();
@@ -39,7 +34,7 @@ void PageBench::hold(const FlashDataMap &record)
 
 void PageBench::show(const FlashDataMap &record)
 {
-    runOnThread([&record] {
+    ConnectedMouse::runOnThread([&record] {
         postMsg()->postBlocking(&PostMsg::SigUpDataLightSensor, record);
         postMsg()->postBlocking(&PostMsg::SigUpDataLightLight, record);
     });
@@ -48,14 +43,6 @@ void PageBench::show(const FlashDataMap &record)
 bool PageBench::isWritten() const { return ConnectedMouse::isWritten(id); }
 
 FlashDataMap PageBench::working() { return WorkingRecord::instance().copy(); }
-
-void PageBench::runOnThread(const std::function<void()> &work)
-{
-    const std::unique_ptr<QThread> thread(QThread::create(work));
-    thread->start();
-    while (!thread->wait(1))
-        QCoreApplication::processEvents();
-}
 
 FlashDataMap PageBench::someRecord() const
 {

@@ -1,12 +1,18 @@
 #pragma once
 
+#include "app/hub/PostMsg.h"
 #include "lighting/LampLight.h"
 #include "sensor/Sensor.h"
-#include "support/VirtualMice.h"
+#include "support/ConnectedMouse.h"
 
+#include <QComboBox>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QSpinBox>
 #include <QTest>
+#include <QToolButton>
 
-#include <functional>
 #include <memory>
 
 /**
@@ -51,9 +57,6 @@ protected:
     /** True once the mouse holds exactly what the program believes that it holds. */
     bool isWritten() const;
     static FlashDataMap working();
-
-    /** Runs something on a thread of its own, as the library does with a report, while this one serves events. */
-    static void runOnThread(const std::function<void()> &work);
 
     const QString page;              ///< object name
     std::unique_ptr<QWidget> window; ///< one for all tests of a class, as the program keeps its pages for all devices

@@ -1,22 +1,16 @@
 #include "support/Program.h"
 
 #include "app/ChooserList.h"
-#include "app/DialogMain.h"
 #include "app/Ending.h"
 #include "app/TextSetup.h"
 #include "app/hub/Wait.h"
-#include "devicelink/DeviceFlags.h"
-#include "devicelink/SelectedDevice.h"
+#include "productdata/LanguageFile.h"
 #include "productdata/UserFolders.h"
 #include "ui/Prompt.h"
 
-#include <QApplication>
 #include <QEvent>
 #include <QRegularExpression>
 #include <QStackedWidget>
-#include <QTest>
-#include <QTimer>
-#include <QToolButton>
 
 #include <algorithm>
 
@@ -126,13 +120,31 @@ QString Program::pictureOf(const QString &mouse) const
 
 bool Program::connectMouse(const QString &mouse) { return connectEntry(pictureOf(mouse).mid(3).toInt()); }
 
-bool Program::isPromptShown(const QString &className) const
+Prompt *Program::prompt(const QString &className)
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
-    return std::any_of(windows.begin(), windows.end(), [&className](const QWidget *window) {
-        return window->isVisible() && qobject_cast<const Prompt *>(window) &&
-               (className.isEmpty() || window->metaObject()->className() == className);
+    for (QWidget *window : windows) {
+        auto *const shown = qobject_cast<Prompt *>(window);
+        if (shown && shown->isVisible() && (className.isEmpty() || className == shown->metaObject()->className()))
+            return shown;
+    }
+    return nullptr;
+}
+
+void Program::clickIn(const QString &promptClass, const QString &button)
+{
+    if (Prompt *const shown = prompt(promptClass))
+        QTest::mouseClick(shown->findChild<QToolButton *>(button), Qt::LeftButton);
+}
+
+QString Program::englishText(const char *section, const QString &element)
+{
+    QString found;
+    LanguageFile::readSection(0, section, [&](const QString &each, const QString &text) {
+        if (each == element)
+            found = text;
     });
+    return found;
 }
 
 void Program::whenShown(const QString &className, std::function<void()> action)

@@ -1,13 +1,26 @@
 #pragma once
 
+#include "app/DialogMain.h"
+#include "app/hub/PostMsg.h"
+#include "devicelink/DeviceFlags.h"
+#include "devicelink/SelectedDevice.h"
+#include "support/VirtualMice.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
 #include <QObject>
+#include <QPushButton>
 #include <QStringList>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
 
 #include <functional>
 #include <map>
 
-class DialogMain;
-class QWidget;
+class Prompt;
 
 /**
  * The program's windows in the test's process, and an eye on its prompts: which ones were shown, and what to do the
@@ -48,10 +61,16 @@ public:
     /** Class names of the prompts shown since forgetPrompts(), in order. */
     const QStringList &shownPrompts() const { return prompts; }
     void forgetPrompts() { prompts.clear(); }
-    /** True while a prompt of this class shows; any prompt with an empty name. */
-    bool isPromptShown(const QString &className = QString()) const;
+    /** The prompt of this class that shows, any with an empty name; null if there is none. */
+    static Prompt *prompt(const QString &className = QString());
+    static bool isPromptShown(const QString &className = QString()) { return prompt(className) != nullptr; }
+    /** Clicks a button of the prompt of this class, if it shows still. */
+    static void clickIn(const QString &promptClass, const QString &button);
     /** Does something each time a prompt of this class has come up, some milliseconds after it. */
     void whenShown(const QString &className, std::function<void()> action);
+
+    /** What the English file says in an element of a section. */
+    static QString englishText(const char *section, const QString &element);
 
     /** Process-wide state as at the start of the process; for the next Program of the same test. */
     static void forgetDevice();

@@ -4,9 +4,12 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextCodec>
+#include <QTimer>
 
 /**
  * A home folder of the test's own, so that nothing of the user's is read or written and tests can run side by side.

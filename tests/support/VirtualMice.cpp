@@ -7,7 +7,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <cstring>
 #include <random>
 
 QByteArray VirtualMice::tell(const QStringList &words)
@@ -19,6 +18,11 @@ QByteArray VirtualMice::tell(const QStringList &words)
     if (!reply.isGood())
         qFatal("%s: %s", qPrintable(words.join(' ')), qPrintable(reply.error));
     return reply.output;
+}
+
+int VirtualMice::count(const char *what)
+{
+    return QJsonDocument::fromJson(tell({"stats"})).object()[QLatin1String(what)].toInt();
 }
 
 QList<QJsonObject> VirtualMice::devices()
@@ -54,8 +58,7 @@ FlashDataMap VirtualMice::record(const QString &id)
 
 void VirtualMice::flash(const QString &id, const FlashDataMap &record)
 {
-    const QByteArray bytes(reinterpret_cast<const char *>(&record), static_cast<int>(flashDataMapSize));
-    tell({"flash", id, QString::fromLatin1(bytes.toBase64())});
+    tell({"flash", id, QString::fromLatin1(bytesOf(record).toBase64())});
 }
 
 QList<QJsonObject> VirtualMice::press(const QString &id, int slot, int milliseconds)

@@ -14,6 +14,8 @@ namespace VirtualMice {
 
 /** Runs a command of portwirectl, such as {"sleep", "q1"}; a failure ends the test program. \return what it prints. */
 QByteArray tell(const QStringList &words);
+/** What `portwirectl stats` counts under this name. */
+int count(const char *what);
 /** All devices on the bus. */
 QList<QJsonObject> devices();
 /** One device; empty if there is none of this id. */
@@ -35,6 +37,13 @@ QString add(const QString &model, const QString &link);
 void restoreScene();
 
 } // namespace VirtualMice
+
+/** A record or a part of it. */
+template<typename Part>
+QByteArray bytesOf(const Part &part)
+{
+    return QByteArray(reinterpret_cast<const char *>(&part), sizeof part);
+}
 
 inline bool operator==(const FlashDataMap &one, const FlashDataMap &other)
 {
