@@ -192,7 +192,7 @@ ctl latency q1-4k 1 >/dev/null
 click_prompt $prompt_confirm
 check "the update goes on, and is noted" 3 unfinished 211,4,18,1
 shot receiver-updating
-check "it loses its power" 20 device_says q1-4k '.plugged == false'
+check "it loses its power" 40 device_says q1-4k '.plugged == false'
 sleep 11
 shot receiver-failed
 click_prompt $prompt_confirm
