@@ -46,7 +46,6 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
 {
     ui->setupUi(this);
     connect(postMsg(), &PostMsg::SigChangeLanguage, this, &DialogMain::SlotChangeLanguage);
-    setStyleSheet(Theme::menu());
     takeInstallersLanguage();
     new QtTexts(this);
     chooser = new DialogChange(ui->stackedWidget);

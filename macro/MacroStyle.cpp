@@ -59,7 +59,7 @@ void Macro::setStyles()
                       QString::fromLatin1(buttons).arg(pictures, rgb(Colour::ButtonColor)) +
                       record("StartRecord", "Record") + record("StopRecord", "Stop") +
                       QString::fromLatin1(numbers).arg(rgb(Colour::LinEditColorSecond), rgb(Colour::SliderColor)) +
-                      QString::fromLatin1(rest).arg(rgb(Tone::Hairline)) + Theme::toolTip());
+                      QString::fromLatin1(rest).arg(rgb(Tone::Hairline)) + Theme::toolTip() + Theme::menu());
     for (QListWidget *list : {form.listWidgetHong, form.listWidgetKey})
         list->setItemDelegate(new RowPainter(list));
     form.timeLine->setWarningPicture(QPixmap(pictures + QStringLiteral("Warning.png")));

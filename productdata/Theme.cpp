@@ -174,14 +174,16 @@ QString Theme::spinBox()
 {
     return QStringLiteral("QSpinBox{background-color: transparent;color: rgb(%1;);border: 1px  solid gray;}"
                           "QSpinBox:hover{background-color: transparent;color: rgb(%1;);border: 1px  solid gray;}")
-        .arg(rgb(Colour::LinEditColorSecond));
+               .arg(rgb(Colour::LinEditColorSecond)) +
+           menu();
 }
 
 QString Theme::lineEdit()
 {
     return QStringLiteral(
                "QLineEdit{background-color: transparent;color: rgb(%1);border: 1px solid gray;padding: 0 6px;}")
-        .arg(rgb(Colour::LinEditColor));
+               .arg(rgb(Colour::LinEditColor)) +
+           menu();
 }
 
 QString Theme::focusFrame(const QString &widgetClass)

@@ -79,7 +79,7 @@ QString lineEdit();
 QString focusFrame(const QString &widgetClass);
 /** A checkable button with text, one of a row of choices: pictures for plain, hover and checked. */
 QString choiceButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked);
-/** Menus, those that entry fields open as well; for the sheet of a window. */
+/** Menus; entry fields have it in their own sheets. */
 QString menu();
 /** A hint over a control, for the widget below which the hints belong. */
 QString toolTip();

@@ -99,7 +99,6 @@ void Prompt::addButtons(const PromptDescription &description)
 void Prompt::setStyles(const PromptDescription &description)
 {
     const QString folder = Theme::pictureFolder("WarningDialog");
-    setStyleSheet(Theme::menu());
     pictureFrame->setStyleSheet(
         Theme::frameBackground(folder, pictureFrame->objectName(), QLatin1String(description.background)));
     textLabel->setStyleSheet(Theme::label());
