@@ -31,9 +31,9 @@ QListView *styleCombo(MyConmboBox *combo, const char *folder)
 {
     // In this order: a list that had its sheet before it belonged to the box would never get the sheet of the box.
     auto *const list = new QListView;
+    combo->setStyleSheet(Theme::comboBox(Theme::pictureFolder(folder)) + QLatin1String(listPopup) + states());
     combo->setView(list);
     combo->setMaxVisibleItems(visibleRows);
-    combo->setStyleSheet(Theme::comboBox(Theme::pictureFolder(folder)) + QLatin1String(listPopup) + states());
     list->setStyleSheet(Theme::comboBoxList() + QLatin1String(listRow) + Theme::scrollBar());
     // The list has an edge of its own; the style takes the frame round it away only when a page gets a sheet later on.
     if (auto *const frame = qobject_cast<QFrame *>(list->parentWidget()))
