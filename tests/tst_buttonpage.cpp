@@ -104,7 +104,7 @@ private Q_SLOTS:
     void storedFunctionIsShown();
     void lastLeftButtonStays();
     void combinationAndFireKey();
-    void sleepingMouseIsAskedNothing();
+    void sleepingMouseKeepsItsRows();
     void pressBesideTheMenus();
     void languageGivesRowsNewWords();
     void macroOnButtons();
@@ -306,18 +306,29 @@ void ButtonPageTest::combinationAndFireKey()
     QVERIFY(!QApplication::activeModalWidget());
 }
 
-/** Nothing is asked for a mouse that wouldn't take the answer; a row may be looked at. */
-void ButtonPageTest::sleepingMouseIsAskedNothing()
+void ButtonPageTest::sleepingMouseKeepsItsRows()
 {
     ButtonBench bench(0);
+    QVERIFY(MacroFile::write("Jump", {}));
+    postMsg()->post(&PostMsg::SigAddMacroButton);
     bench.click("BackKey");
     VirtualMice::tell({"sleep", "q1"});
     QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
-    bench.click("DPI_6"); // no dialog: it would stand here for ever
-    QCOMPARE(bench.menu(), QString("page page_9"));
-    QCOMPARE(prompts.size(), 1);
+    const auto refused = [&](const char *list, const QString &entry) {
+        bench.click("BackKey");
+        if (list)
+            bench.click(list);
+        if (entry == "Jump")
+            bench.find<QWidget>("MacroListWidget")->findChild<QToolButton *>()->click();
+        else
+            bench.click(entry);
+        return bench.button("BackKey")->text() == "Middle button" && bench.menu() == "page page_9" &&
+               prompts.takeFirst() == QVariantList{0} && prompts.isEmpty();
+    };
+    QVERIFY(refused(nullptr, "RightKey_3") && refused("DPI_12", "Mute") && refused("DPI_10", "Jump"));
+    QVERIFY(refused(nullptr, "DPI_6")); // without its dialog, which would stand here for ever
     bench.click("Number4");
-    QCOMPARE(prompts.size(), 2);
+    QCOMPARE(prompts.size(), 1);
     QVERIFY(bench.button("StartPause")->isChecked());
 }
 
