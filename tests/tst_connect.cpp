@@ -10,11 +10,16 @@
 #include "ui/UpDataParam.h"
 
 #include <QAbstractItemView>
+#include <QComboBox>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QProgressBar>
 #include <QScopeGuard>
+#include <QSignalSpy>
 #include <QSystemTrayIcon>
+#include <QTimer>
+#include <QToolButton>
 #include <QWindow>
 
 namespace {

@@ -13,6 +13,7 @@
 #include <QImage>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QSignalSpy>
 #include <QWheelEvent>
 #include <QWindow>
 
