@@ -9,9 +9,9 @@
 namespace {
 
 const char *const lines = "#rule{border: 0px;background: rgb(%1);}";
-const char *const presetButton = "QToolButton{border: 0px;image: url(%1Color%2.png);}"
-                                 "QToolButton:hover{border: 1px solid rgb(%4);border-radius: 5px;}"
-                                 "QToolButton:pressed{border: 1px solid rgb(%3);border-radius: 5px;}";
+const char *const presetButton = "#%2{border: 0px;image: url(%1Color%3.png);}"
+                                 "#%2:hover{border: 1px solid rgb(%5);border-radius: 5px;}"
+                                 "#%2:pressed{border: 1px solid rgb(%4);border-radius: 5px;}";
 
 } // namespace
 
@@ -20,8 +20,14 @@ void LampLight::setStyles()
     using Theme::Colour;
     const QString accent = Theme::rgb(Colour::SliderColor);
     setAttribute(Qt::WA_StyledBackground);
+    QString presetButtons; // late as well: each has a picture of its own
+    for (std::size_t number = 0; number < form.presets.size(); ++number)
+        presetButtons += QString::fromLatin1(presetButton)
+                             .arg(pictures, form.presets[number]->objectName(), QString(QChar(char('A' + number))),
+                                  accent, Theme::rgb(Colour::ComboxTextColor));
     new LateStyle(this, Theme::frameBackground(pictures, objectName(), QStringLiteral("BackGround.png")) +
-                            Theme::label() + QString::fromLatin1(lines).arg(Theme::rgb(Theme::Tone::Hairline)));
+                            Theme::label() + QString::fromLatin1(lines).arg(Theme::rgb(Theme::Tone::Hairline)) +
+                            presetButtons);
 
     form.RippeControl->setStyleSheet(Theme::switchButton(pictures, form.RippeControl->objectName()));
 
@@ -36,9 +42,4 @@ void LampLight::setStyles()
     for (QToolButton *button : {form.ReduceR, form.ReduceG, form.ReduceB})
         button->setStyleSheet(Theme::toolButton(pictures, QStringLiteral("Reduce.png"),
                                                 QStringLiteral("ReduceHover.png"), QStringLiteral("ReduceClick.png")));
-    for (std::size_t number = 0; number < form.presets.size(); ++number) {
-        form.presets[number]->setStyleSheet(
-            QString::fromLatin1(presetButton)
-                .arg(pictures, QString(QChar(char('A' + number))), accent, Theme::rgb(Colour::ComboxTextColor)));
-    }
 }
