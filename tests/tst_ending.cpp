@@ -143,7 +143,7 @@ void EndingTest::atRandomMoments()
 {
     QRandomGenerator random(testSeed());
     qint64 longest = 0;
-    for (int round = 0; round < testRounds(200); ++round) {
+    for (int round = 0; round < testRounds(120); ++round) {
         QElapsedTimer time;
         time.start();
         runOnce(random, round);
