@@ -70,8 +70,6 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     tray->setToolTip(QStringLiteral("Halvarion"));
     connect(tray.get(), &QSystemTrayIcon::activated, this, &DialogMain::on_activatedSysTrayIcon);
     SlotChangeLanguage(UserSettings::instance()->language());
-    // The pages were built with these words; nobody has to be told that they are new.
-    QCoreApplication::removePostedEvents(this, QEvent::LanguageChange);
 }
 
 DialogMain::~DialogMain() = default;
@@ -137,6 +135,9 @@ void DialogMain::leave()
     ReportLink::tellProgramStatus();
     Ending::begin(this);
 }
+
+/** Words of Qt go no further: the pages read their own, and Qt's dialogs are windows that hear of it by themselves. */
+bool DialogMain::event(QEvent *event) { return event->type() == QEvent::LanguageChange || QDialog::event(event); }
 
 /** The desktop's own way to close a window (its menu, a logout) is an exit like any other. */
 void DialogMain::closeEvent(QCloseEvent *event)

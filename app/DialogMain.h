@@ -38,6 +38,7 @@ public Q_SLOTS:
     void SlotChangeLanguage(int index);
 
 protected:
+    bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
