@@ -73,7 +73,9 @@ void ProductCopy::change(const QString &name, const std::function<QByteArray(QBy
     QFile file(path(name));
     if (!file.open(QIODevice::ReadOnly))
         qFatal("there is no %s", qPrintable(name));
-    replace(name, changed(file.readAll()));
+    const QByteArray content = file.readAll();
+    file.close(); // Windows doesn't remove a file that is open
+    replace(name, changed(content));
 }
 
 ProductCopy::Result ProductCopy::run(const QString &testFunction, int milliseconds)
