@@ -85,10 +85,10 @@ FlashDataMap accordingToMouse(const DeviceImage &image)
     return record;
 }
 
-WriteQueue::Batch takeNow(WriteQueue &queue, WriteQueue::Clock::time_point now = {})
+WriteQueue::Batch takeNow(WriteQueue &queue)
 {
     std::optional<WriteQueue::Clock::time_point> due;
-    const auto batch = queue.take(true, now, due);
+    const auto batch = queue.take(true, {}, due);
     return batch ? *batch : WriteQueue::Batch{};
 }
 
@@ -103,10 +103,15 @@ FlashDataMap readInto(WriteQueue &queue, const DeviceImage &image)
     return record;
 }
 
-void apply(const WriteQueue::Batch &batch, DeviceImage &image)
+/** Writes what is queued into the image of a mouse. */
+void send(WriteQueue &queue, DeviceImage &image)
 {
-    for (const WriteQueue::Write &write : batch.writes)
+    const auto batch = takeNow(queue);
+    for (const WriteQueue::Write &write : batch.writes) {
+        RC_ASSERT(!write.bytes.empty() && write.bytes.size() <= maxPayload);
         std::copy(write.bytes.begin(), write.bytes.end(), image.begin() + write.address);
+    }
+    queue.confirm(batch, {});
 }
 
 } // namespace
@@ -117,7 +122,6 @@ class tst_portwire_codec : public QObject
 
 private Q_SLOTS:
     void recordSurvivesTheImage();
-    void imageKeepsWhatNoFieldOwns();
     void longDelaysAndStrangeKinds();
     void damagedFramesAreRefused();
     void queueBringsTheMouseToTheRecord();
@@ -128,37 +132,25 @@ private Q_SLOTS:
     void changingAddressIsHeldBack();
 };
 
+/** The mouse judges: it has a reading of its own, and so it knows which bytes belong to no field. */
 void tst_portwire_codec::recordSurvivesTheImage()
 {
     QVERIFY(rc::check("a record that pages make comes back from the image as it was, and the mouse agrees", [] {
         Random random = anyRandom();
         const FlashDataMap record = recordOfPages(random);
         DeviceImage image = randomImage(random);
+        FirmwareFlash mouse;
+        mouse.bytes = image;
+        std::array<std::uint8_t, FirmwareFlash::recordSize> given{};
+        std::memcpy(given.data(), &record, given.size());
+        mouse.setRecord(given);
         encodeImage(record, image);
+        RC_ASSERT(mouse.bytes == image);
         FlashDataMap back{};
         std::memset(&back, 0xEE, sizeof back);
         decodeImage(image, back);
         RC_ASSERT(isSame(back, record));
         RC_ASSERT(isSame(accordingToMouse(image), record));
-    }));
-}
-
-void tst_portwire_codec::imageKeepsWhatNoFieldOwns()
-{
-    QVERIFY(rc::check("a record that came from an image changes no byte of it", [] {
-        Random random = anyRandom();
-        DeviceImage image = randomImage(random);
-        // Counts beyond their arrays are the one thing that encoding puts right.
-        for (std::size_t slot = 0; slot < 16; ++slot) {
-            image[256 + 32 * slot] %= 7;
-            image[768 + 384 * slot] %= 31;
-            image[768 + 384 * slot + 31] %= 71;
-        }
-        FlashDataMap record{};
-        decodeImage(image, record);
-        DeviceImage again = image;
-        encodeImage(record, again);
-        RC_ASSERT(again == image);
     }));
 }
 
@@ -175,10 +167,8 @@ void tst_portwire_codec::longDelaysAndStrangeKinds()
     decodeImage(image, back);
     const MacroSlot &macro = back.MacroSlots[3];
     QCOMPARE(std::uint32_t{macro.Events[69].DelayMs}, maxEventDelayMs);
-    QCOMPARE(std::uint32_t{macro.Events[0].DelayMs}, 70000u);
-    QCOMPARE(int{macro.Events[0].Action}, 1);
-    QCOMPARE(int{macro.Events[0].Kind}, 0);
-    QCOMPARE(int{macro.Events[0].Code}, 0);
+    const MacroEvent &strange = macro.Events[0];
+    QVERIFY(strange.Action == 1 && strange.Kind == 0 && strange.Code == 0 && strange.DelayMs == 70000);
     QCOMPARE(int{macro.NameLength}, 30);
 }
 
@@ -225,17 +215,10 @@ void tst_portwire_codec::queueBringsTheMouseToTheRecord()
             else
                 record.LightRed = byteOf(random);
             queue.update(record, previous);
-            if (below(random, 2))
-                continue; // the next change comes before this one was sent
-            const auto batch = takeNow(queue);
-            for (const WriteQueue::Write &write : batch.writes)
-                RC_ASSERT(!write.bytes.empty() && write.bytes.size() <= maxPayload);
-            apply(batch, mouse);
-            queue.confirm(batch, {});
+            if (below(random, 2)) // else the next change comes before this one was sent
+                send(queue, mouse);
         }
-        const auto last = takeNow(queue);
-        apply(last, mouse);
-        queue.confirm(last, {});
+        send(queue, mouse);
         RC_ASSERT(queue.size() == 0);
         RC_ASSERT(isSame(accordingToMouse(mouse), record));
         queue.update(record, record);
@@ -272,9 +255,7 @@ void tst_portwire_codec::replacingLeavesNoOtherByte()
         queue.merge(0, part.data(), part.size(), queue.serial());
         const FlashDataMap record = recordOfPages(random);
         queue.replace(record);
-        const auto batch = takeNow(queue);
-        apply(batch, mouse);
-        RC_ASSERT(isSame(accordingToMouse(mouse), record));
+        send(queue, mouse);
         DeviceImage wanted = before;
         encodeImage(record, wanted);
         RC_ASSERT(mouse == wanted);

@@ -98,7 +98,8 @@ void VirtualBusTest::commandsOfTheSocket()
     const QString wrongOnes = "|nothing|record q9|dpi q1 8|dpi q1 x|rate q1 3|profile q1 4|battery q1 101|"
                               "battery q1 10 full|add q3 cable|add q1 8k|fault q1 rain|fault q1 drop -1|"
                               "fault q1 powerloss|fault q1 powerloss 101|boot q9|firmware q1 256.0|firmware q1 1|plug|"
-                              "press q1 16";
+                              "press q1 16|press q1 -1|play q1 2:10-5|play q1 2:0-50 2:40-60|latency q1 1001|"
+                              "flash q1 AAAA";
     for (const QString &wrong : wrongOnes.split('|'))
         QVERIFY2(!control.call(wrong.split(' ', Qt::SkipEmptyParts)).error.isEmpty(), qPrintable(wrong));
 }
@@ -145,7 +146,7 @@ void VirtualBusTest::controlProgram()
         const char *errors;
     } const runs[] = {{"dpi q1 2", 0, "{", ""},
                       {"dpi q1 8", 1, "", "portwirectl: "},
-                      {"play q1 1:0-50 0:60-90", 0, R"({"action":"press","at":0,"code":2,"ms":0,"type":"button"})", ""},
+                      {"play q1 0:60-90 1:0-50", 0, R"({"action":"press","at":0,"code":2,"ms":0,"type":"button"})", ""},
                       {"flash q1 /dev/null", 1, "", "portwirectl: /dev/null doesn't have"},
                       {"--help", 0, "usage: ", ""},
                       {"", 1, "", "usage: "}};
