@@ -6,43 +6,34 @@
 #include "support/TappedBus.h"
 #include "tools/FirmwareFile.h"
 
-#include <QProcess>
 #include <QSemaphore>
-#include <QTemporaryDir>
 #include <QtTest>
-
-#include <cstring>
 
 using namespace portwire;
 
 namespace {
 
-const char exitInUpgrade[] = "--exit-in-an-upgrade";
 /** Long enough for a busy machine. Nothing that succeeds waits for its end. */
 constexpr std::chrono::milliseconds patience{10000};
 constexpr int newVersion = 0x0234;
 
-/** The messages of one callback; plain functions, so there is one of each number. */
-template<int Number>
-struct Messages
+/** What the callback gets; a plain function, so there is one. */
+struct Told
 {
     inline static std::vector<int> percents;
-    inline static std::vector<int> ends;
-    inline static QSemaphore ended;
+    inline static std::vector<int> ends; ///< 1 success, 0 failure
+    inline static QSemaphore ended{0};
     inline static std::function<void(int)> onPercent;
 
     static void callback(const std::uint8_t *message, int length)
     {
         if (length != 3 || message[0] != 7 || (message[1] != 1 && message[1] != 2))
             qFatal("no message of an upgrade");
-        if (message[1] == 1) {
-            percents.push_back(message[2]);
-            if (onPercent)
-                onPercent(message[2]);
-        } else {
-            ends.push_back(message[2]);
+        (message[1] == 1 ? percents : ends).push_back(message[2]);
+        if (message[1] == 2)
             ended.release();
-        }
+        else if (onPercent)
+            onPercent(message[2]);
     }
     static void reset()
     {
@@ -54,8 +45,6 @@ struct Messages
     /** 1 success, 0 failure, -1 no end at all. */
     static int awaitEnd() { return ended.tryAcquire(1, 20000) ? ends.back() : -1; }
 };
-using Told = Messages<1>;
-using ToldLater = Messages<2>;
 
 FirmwareDescription imageFor(const std::string &id)
 {
@@ -78,7 +67,6 @@ struct Bench
         bus->setPlugged("q2", true);
         bus->setRecord("q1", std::vector<std::uint8_t>(10428, 3));
         Told::reset();
-        ToldLater::reset();
     }
     ~Bench()
     {
@@ -122,23 +110,6 @@ struct Bench
     std::optional<Upgrades> upgrades{std::in_place, channels};
 };
 
-/** With the default scene: leaves the application while a callback of an upgrade stands still. */
-int exitWhileUpgrading(int argc, char *argv[])
-{
-    QCoreApplication application(argc, argv);
-    const auto file = firmwareFile(imageFor("q1-4k"));
-    const FirmwareImage image{file.data(), static_cast<std::uint32_t>(file.size())};
-    QSemaphore isHalf;
-    Told::onPercent = [&](int percent) {
-        if (percent == 50)
-            isHalf.release();
-        while (percent == 50)
-            QThread::msleep(1);
-    };
-    UsbUpgrade_Start(&image, Told::callback, 10000);
-    return isHalf.tryAcquire(1, 10000) ? 7 : 1;
-}
-
 } // namespace
 
 class tst_firmware : public QObject
@@ -148,14 +119,12 @@ class tst_firmware : public QObject
 private Q_SLOTS:
     void upgradesADevice_data();
     void upgradesADevice();
-    void survivesALossOfPower_data();
-    void survivesALossOfPower();
-    void survivesFaults_data();
-    void survivesFaults();
+    void survives_data();
+    void survives();
     void keepsToOneDevice();
     void runsOneAtATime();
     void leavesTheLinkAlone();
-    void endsWithTheApplication();
+    void endsInACallback();
 };
 
 void tst_firmware::upgradesADevice_data()
@@ -188,61 +157,51 @@ void tst_firmware::upgradesADevice()
     }
 }
 
-void tst_firmware::survivesALossOfPower_data()
+void tst_firmware::survives_data()
 {
     QTest::addColumn<QString>("id");
-    QTest::addColumn<int>("percent");
+    QTest::addColumn<int>("where"); // percent, or code of the report before which it happens
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("reports"); // that are spoiled; none where the power is lost
     for (const char *id : {"q1", "q1-3-4k"}) {
         for (const int percent : {0, 1, 50, 99, 100})
-            QTest::addRow("%s %d", id, percent) << id << percent;
+            QTest::addRow("%s %d", id, percent) << id << percent << QString() << QString();
     }
-}
-
-/** It is plugged again in time: the upgrade goes on by itself. */
-void tst_firmware::survivesALossOfPower()
-{
-    QFETCH(QString, id);
-    QFETCH(int, percent);
-    const std::string name = id.toStdString();
-    Bench bench;
-    const QByteArray settings = bench.settings();
-    bench.bus->setPowerLoss(name, percent);
-    bench.start(firmwareFile(imageFor(name)));
-    QTRY_VERIFY(!bench.device(name).isPlugged);
-    QVERIFY(bench.device(name).isInBoot);
-    bench.bus->setPlugged(name, true);
-    QCOMPARE(Told::awaitEnd(), 1);
-    QVERIFY(!bench.device(name).isInBoot);
-    QCOMPARE(int{bench.device(name).firmware}, newVersion);
-    QCOMPARE(bench.settings(), settings);
-}
-
-void tst_firmware::survivesFaults_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("reports");
     for (int code = 25; code <= 30; ++code) {
         for (const char *kind : {"drop", "stall", "garbage", "short"}) {
             for (const char *reports : {"answers", "requests"})
-                QTest::addRow("%d %s %s", code, kind, reports) << code << kind << reports;
+                QTest::addRow("%d %s %s", code, kind, reports) << "q1" << code << kind << reports;
         }
     }
 }
 
-/** Four reports from each step on are spoiled: more than one request is repeated for. */
-void tst_firmware::survivesFaults()
+/** A device without power is plugged again in time; of spoiled reports there are more than a request is repeated for.
+ */
+void tst_firmware::survives()
 {
-    QFETCH(int, code);
+    QFETCH(QString, id);
+    QFETCH(int, where);
     QFETCH(QString, kind);
     QFETCH(QString, reports);
+    const std::string name = id.toStdString();
     Bench bench;
-    bench.tapped->before(code, code == 28 ? 60 : 1, [&] {
-        bench.bus->setFault("q1", faultByName(kind.toStdString()), 4, 0, *reportClassByName(reports.toStdString()));
-    });
-    QCOMPARE(bench.upgrade("q1"), 1);
-    QCOMPARE(int{bench.device("q1").firmware}, newVersion);
-    QVERIFY(!bench.device("q1").isInBoot);
+    const QByteArray settings = bench.settings();
+    if (kind.isEmpty()) {
+        bench.bus->setPowerLoss(name, where);
+        bench.start(firmwareFile(imageFor(name)));
+        QTRY_VERIFY(!bench.device(name).isPlugged);
+        QVERIFY(bench.device(name).isInBoot);
+        bench.bus->setPlugged(name, true);
+    } else {
+        bench.tapped->before(where, where == 28 ? 60 : 1, [&] {
+            bench.bus->setFault(name, faultByName(kind.toStdString()), 4, 0, *reportClassByName(reports.toStdString()));
+        });
+        bench.start(firmwareFile(imageFor(name)));
+    }
+    QCOMPARE(Told::awaitEnd(), 1);
+    QVERIFY(!bench.device(name).isInBoot);
+    QCOMPARE(int{bench.device(name).firmware}, newVersion);
+    QCOMPARE(bench.settings(), settings);
 }
 
 void tst_firmware::keepsToOneDevice()
@@ -275,20 +234,21 @@ void tst_firmware::keepsToOneDevice()
 void tst_firmware::runsOneAtATime()
 {
     Bench bench;
-    const auto mouse = firmwareFile(imageFor("q1"));
     const auto receiver = firmwareFile(imageFor("q1-3-4k"));
-    const FirmwareImage later{receiver.data(), static_cast<std::uint32_t>(receiver.size())};
     Told::onPercent = [&](int percent) {
         if (percent == 20)
-            bench.upgrades->start(later, ToldLater::callback, patience);
-        if (percent == 40 && ToldLater::ends != std::vector<int>{0})
+            bench.start(receiver);
+        if (percent == 40 && Told::ends != std::vector<int>{0})
             qFatal("the second start isn't refused while the first one goes on");
     };
-    bench.start(mouse);
-    QCOMPARE(Told::awaitEnd(), 1);
-    bench.upgrades->start(later, ToldLater::callback, patience);
-    QTRY_COMPARE(ToldLater::ended.available(), 2);
-    QCOMPARE(ToldLater::ends, (std::vector<int>{0, 1}));
+    bench.start(firmwareFile(imageFor("q1")));
+    QVERIFY(Told::ended.tryAcquire(2, 20000));
+    QCOMPARE(Told::ends, (std::vector<int>{0, 1}));
+    QCOMPARE(int{bench.device("q1").firmware}, newVersion);
+    Told::onPercent = {};
+    QCOMPARE(bench.upgrade("q1-3-4k"), 1);
+    bench.start({}); // nothing at all
+    QCOMPARE(Told::awaitEnd(), 0);
 }
 
 /** What the program asks of a mouse that is in boot mode is asked when it is back. */
@@ -305,29 +265,23 @@ void tst_firmware::leavesTheLinkAlone()
     QCOMPARE(report->payload, (std::vector<std::uint8_t>{newVersion & 0xFF, newVersion >> 8}));
 }
 
-void tst_firmware::endsWithTheApplication()
+/** It may stand in a callback that is waiting for whoever ends it. */
+void tst_firmware::endsInACallback()
 {
-    QProcess process;
-    process.start(QCoreApplication::applicationFilePath(), {exitInUpgrade});
-    QVERIFY(process.waitForFinished(20000));
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 7);
-
-    Told::reset();
-    UsbUpgrade_Start(nullptr, Told::callback, 10000);
-    QCOMPARE(Told::awaitEnd(), 0);
+    Bench bench;
+    QSemaphore isHalf;
+    QSemaphore mayGoOn;
+    Told::onPercent = [&](int percent) {
+        if (percent == 50) {
+            isHalf.release();
+            mayGoOn.acquire();
+        }
+    };
+    bench.start(firmwareFile(imageFor("q1")));
+    QVERIFY(isHalf.tryAcquire(1, 20000));
+    bench.upgrades->end();
+    mayGoOn.release();
 }
 
-int main(int argc, char *argv[])
-{
-    if (argc > 1 && std::strcmp(argv[1], exitInUpgrade) == 0)
-        return exitWhileUpgrading(argc, argv);
-    const QTemporaryDir home;
-    qputenv("HOME", home.path().toLocal8Bit());
-    qunsetenv("XDG_DATA_HOME");
-    QCoreApplication application(argc, argv);
-    tst_firmware test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_GUILESS_MAIN(tst_firmware)
 #include "tst_firmware.moc"

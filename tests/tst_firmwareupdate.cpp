@@ -11,8 +11,6 @@
 #include "support/TestHome.h"
 #include "tools/FirmwareFile.h"
 
-#include <QProcess>
-
 #include <chrono>
 #include <cstdlib>
 #include <memory>
@@ -81,11 +79,8 @@ private Q_SLOTS:
     void fitting();
     void update_data();
     void update();
-    void powerLoss_data();
-    void powerLoss();
     void notBegun_data();
     void notBegun();
-    void pulledBeforeTheStart();
     void bothDevices_data();
     void bothDevices();
     void repair_data();
@@ -226,16 +221,25 @@ void FirmwareUpdateTest::fitting()
 
 void FirmwareUpdateTest::update_data()
 {
-    addRows({"mouse", "link"}, {"mouse|q1|cable", "1K|q2|1k", "2K|q1|2k", "4K|q1|4k"});
+    // What is noted while it is written, and at how many percent the device loses its power.
+    addRows({"mouse", "link", "noted", "loss"},
+            {"mouse|q1|cable|210,0,18,1|", "1K|q2|1k|211,1,18,2|", "2K|q1|2k|211,2,18,1|", "4K|q1|4k|211,4,18,1|",
+             "power lost at 1|q1|cable|210,0,18,1|1", "at 100|q1|cable|210,0,18,1|100",
+             "receiver|q1|4k|211,4,18,1|50"});
 }
 
-/** The device has the new firmware and all its settings, and the device window goes on. */
+/**
+ * The device has the new firmware and all its settings, and the device window goes on. Where the power was lost, the
+ * user is led back to the chooser, which offers the repair, and that brings the same.
+ */
 void FirmwareUpdateTest::update()
 {
     QFETCH(QString, mouse);
     QFETCH(QString, link);
+    QFETCH(QString, noted);
+    QFETCH(QString, loss);
     const bool isMouse = link == "cable";
-    const char *const button = isMouse ? "Mouse" : "Receive";
+    const QString device = isMouse ? mouse : mouse + '-' + link;
     const auto setLod = [&mouse](int lod) { return SetLod(lod) && VirtualMice::record(mouse).Lod == lod; };
     VirtualMice::tell({"remove", mouse});
     QCOMPARE(VirtualMice::add(mouse, link), mouse);
@@ -245,94 +249,67 @@ void FirmwareUpdateTest::update()
     const FlashDataMap before = VirtualMice::record(mouse);
     QTRY_VERIFY(isMouse ? MouseUpdateAvailable : DongleUpdateAvailable);
     program->forgetPrompts();
-    press(button);
+    if (!loss.isEmpty())
+        VirtualMice::tell({"fault", device, "powerloss", loss});
+    press(isMouse ? "Mouse" : "Receive");
     QTRY_VERIFY(Program::prompt("Progress"));
-    QVERIFY(!ModelData::updateFailInfo().isEmpty());
+    QCOMPARE(ModelData::updateFailInfo(), noted);
     QTest::keyClick(Program::prompt("Progress"), Qt::Key_Escape);
     QTest::keyClick(Program::prompt("Progress"), Qt::Key_Return);
-    QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
-    QCOMPARE(firmwareOf(isMouse ? mouse : mouse + '-' + link), QString("9.20"));
-    QCOMPARE(ModelData::updateFailInfo(), QString());
+    QCOMPARE(confirmProgress(), englishText("Progress", loss.isEmpty() ? "UpDateSuccess" : "UpDateFail"));
     QTRY_VERIFY(!UpdateRunning && HotplugWatchEnabled);
-    QCOMPARE(program->find<QLabel>(isMouse ? "label_7" : "label_5")->text(), QString("v9.20"));
-    QCOMPARE(ModelData::mouseVersion(mouse == "q1" ? 0 : 1) == "v9.20", isMouse);
-    QVERIFY(VirtualMice::record(mouse) == before);
-    QCOMPARE(program->shownPrompts(), QStringList("Progress")); // none over it that tells of a silent mouse
-    QTRY_VERIFY(program->isConnected() && setLod(1));
-    press(button);
-    QTRY_VERIFY(!UpdateRunning);
-    QCOMPARE(program->find<QPushButton>(button)->text(), englishText("FormSetting", "VerNew"));
-}
-
-void FirmwareUpdateTest::powerLoss_data()
-{
-    addRows({"device", "percent"}, {"at 1|q1|1", "at 100|q1|100", "receiver|q1-4k|50"});
-}
-
-/** The user is led back to the chooser, which offers the repair; that brings the device back with all it held. */
-void FirmwareUpdateTest::powerLoss()
-{
-    QFETCH(QString, device);
-    QFETCH(QString, percent);
-    const bool isMouse = device == "q1";
-    if (isMouse)
-        VirtualMice::tell({"plug", "q1"});
-    putImage(isMouse ? "q1" : "4k", 0x0920);
-    open("q1");
-    const FlashDataMap before = VirtualMice::record("q1");
-    VirtualMice::tell({"fault", device, "powerloss", percent});
-    press(isMouse ? "Mouse" : "Receive");
-    QCOMPARE(confirmProgress(), englishText("Progress", "UpDateFail"));
-    QTRY_VERIFY(!program->isDeviceWindowShown() && !UpdateRunning);
-    QCOMPARE(ModelData::updateFailInfo(), isMouse ? QString("210,4,18,1") : QString("211,4,18,1"));
-    QVERIFY(program->find("Repair")->isVisible());
-    const QString toolText = englishText("AutoRepair", "ToolText");
-    QCOMPARE(repairByClicks(), QStringList({toolText, englishText("AutoRepair", "NoDevice")}));
-    VirtualMice::tell({"plug", device});
-    QTRY_COMPARE(VirtualMice::device(device)["mode"].toString(), QString("boot"));
-    QCOMPARE(repairByClicks(), QStringList({toolText, englishText("AutoRepair", "UpdateSuccess")}));
+    if (loss.isEmpty()) {
+        QCOMPARE(program->find<QLabel>(isMouse ? "label_7" : "label_5")->text(), QString("v9.20"));
+        QCOMPARE(ModelData::mouseVersion(mouse == "q1" ? 0 : 1) == "v9.20", isMouse);
+        QCOMPARE(program->shownPrompts(), QStringList("Progress")); // none over it that tells of a silent mouse
+    } else {
+        QTRY_VERIFY(!program->isDeviceWindowShown());
+        QCOMPARE(ModelData::updateFailInfo(), noted);
+        VirtualMice::tell({"plug", device});
+        QTRY_COMPARE(VirtualMice::device(device)["mode"].toString(), QString("boot"));
+        QCOMPARE(repairByClicks().last(), englishText("AutoRepair", "UpdateSuccess"));
+        QVERIFY(program->connectMouse(mouse));
+    }
     QCOMPARE(firmwareOf(device), QString("9.20"));
-    QVERIFY(VirtualMice::record("q1") == before);
-    QVERIFY(!program->find("Repair")->isVisible());
-    QVERIFY(program->connectMouse("q1"));
+    QCOMPARE(ModelData::updateFailInfo(), QString());
+    QVERIFY(VirtualMice::record(mouse) == before);
+    QTRY_VERIFY(program->isConnected() && setLod(1));
 }
 
 void FirmwareUpdateTest::notBegun_data()
 {
-    // What the image is for and its version; the element whose text the button or the message beside it has.
-    addRows({"image", "button", "shown"},
-            {"no image||Receive|VerNew", "the same version|4k:10c|Receive|VerNew",
-             "another model's|q2:920|Mouse|VerNew", "the mouse is on no cable|q1:920|Mouse|WiredMode"});
+    // What the image is for and its version; the element whose text the button or the message beside it has; what a
+    // hand does meanwhile.
+    addRows({"image", "button", "shown", "hand"},
+            {"no image||Receive|VerNew|", "the same version|4k:10c|Receive|VerNew|",
+             "another model's|q2:920|Mouse|VerNew|", "the mouse is on no cable|q1:920|Mouse|WiredMode|",
+             "the receiver is pulled out|4k:920|Receive||unplug q1-4k"});
 }
 
+/** Nobody acts on the bus from the press on; when the run is over, the window of a device that has gone is left. */
 void FirmwareUpdateTest::notBegun()
 {
     QFETCH(QString, image);
     QFETCH(QString, button);
     QFETCH(QString, shown);
+    QFETCH(QString, hand);
     if (!image.isEmpty())
         putImage(image.section(':', 0, 0), image.section(':', 1).toUInt(nullptr, 16));
     open("q1");
     press(qPrintable(button));
+    if (!hand.isEmpty())
+        VirtualMice::tell(hand.split(' '));
     QVERIFY(UpdateRunning && !HotplugWatchEnabled);
     press(button == "Mouse" ? "Receive" : "Mouse"); // does nothing
     QTRY_VERIFY(!UpdateRunning);
+    QTRY_COMPARE(program->isDeviceWindowShown(), hand.isEmpty());
     QVERIFY(HotplugWatchEnabled && !Program::prompt("Progress") && ModelData::updateFailInfo().isEmpty());
+    if (!hand.isEmpty())
+        return;
     const auto *const message = program->find<QLabel>("label_13");
     QCOMPARE(message->isVisibleTo(message->parentWidget()), shown == "WiredMode");
     QCOMPARE(shown == "WiredMode" ? message->text() : program->find<QPushButton>(button)->text(),
              englishText("FormSetting", shown));
-}
-
-/** Nobody acts on the bus from the press on; when the run is over, the window of a device that has gone is left. */
-void FirmwareUpdateTest::pulledBeforeTheStart()
-{
-    putImage("4k", 0x0920);
-    open("q1");
-    press("Receive");
-    VirtualMice::tell({"unplug", "q1-4k"});
-    QTRY_VERIFY(!UpdateRunning && !program->isDeviceWindowShown());
-    QVERIFY(!program->isPromptShown("Progress"));
 }
 
 void FirmwareUpdateTest::bothDevices_data()
@@ -421,16 +398,16 @@ void FirmwareUpdateTest::mismatch()
     ModelData::storeMouseVersion(0, version);
     program = std::make_unique<Program>();
     QTRY_COMPARE(program->entryCount(), 1);
-    program->whenShown("RePair", [] { Program::clickIn("RePair", "OK"); });
-    program->whenShown("Match", [] { QTest::keyClick(Program::prompt("Match"), Qt::Key_Escape); });
-    program->whenShown("UpDateWarning", [] {
-        QCOMPARE(labelOf("UpDateWarning"), englishText("FormSetting", "WiredMode"));
-        Program::clickIn("UpDateWarning", "NewHong");
-    });
-    program->whenShown("ContainReset", [] {
-        QCOMPARE(labelOf("ContainReset"), englishText("DialogChange", "MouseIsNewTips"));
-        Program::clickIn("ContainReset", "OK");
-    });
+    const auto answer = [this](const char *prompt, const char *with, const QString &said = {}) {
+        program->whenShown(prompt, [=] {
+            QVERIFY(said.isEmpty() || labelOf(prompt) == said);
+            Program::clickIn(prompt, with);
+        });
+    };
+    answer("RePair", "OK");
+    answer("Match", "CloseButton");
+    answer("UpDateWarning", "NewHong", englishText("FormSetting", "WiredMode"));
+    answer("ContainReset", "OK", englishText("DialogChange", "MouseIsNewTips"));
     program->whenShown("UpDateRepair", [] {
         Program::clickIn("UpDateRepair", "NewHong");
         QTRY_COMPARE_WITH_TIMEOUT(labelOf("UpDateRepair"), englishText("AutoRepair", "UpdateSuccess"), 20000);
@@ -452,28 +429,21 @@ void FirmwareUpdateTest::mismatch()
     QVERIFY(!program->isDeviceWindowShown());
 }
 
-/** Killed in the middle of an update: the next start, in the same home, offers the repair, and that works. */
+/** Killed or ended in the middle of an update: the next start, in the same home, offers the repair, and that works. */
 void FirmwareUpdateTest::killed()
 {
     QRandomGenerator random(testSeed());
-    for (int round = 0; round < testRounds(2); ++round) {
+    ProductCopy copy;
+    for (int round = 0; round < testRounds(3) && !QTest::currentTestFailed(); ++round) {
         const QTemporaryDir home;
-        const int moment = random.bounded(102 * momentsPerStep);
-        for (const bool isFirst : {true, false}) {
-            QProcess process;
-            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-            environment.insert("HALVARION_TEST_HOME", home.path());
-            if (isFirst)
-                environment.insert("HALVARION_KILL_AT", QString::number(moment));
-            process.setProcessEnvironment(environment);
-            process.setProcessChannelMode(QProcess::MergedChannels);
-            process.start(QCoreApplication::applicationFilePath(), {"killedProcess"});
-            QVERIFY(process.waitForFinished(60000));
-            const QByteArray said = QByteArray::number(moment) + process.readAll();
-            QVERIFY2(process.exitStatus() == QProcess::NormalExit, said.constData());
-            const bool wasAlone = isFirst && process.exitCode() == killedCode;
-            QVERIFY2(wasAlone || process.exitCode() == 0, said.constData());
-        }
+        const QByteArray moment = round == 0 ? "end" : QByteArray::number(random.bounded(102 * momentsPerStep));
+        qputenv("HALVARION_TEST_HOME", QFile::encodeName(home.path()));
+        qputenv("HALVARION_KILL_AT", moment);
+        const int first = copy.run("killedProcess").exitCode;
+        qunsetenv("HALVARION_KILL_AT");
+        const int second = copy.run("killedProcess").exitCode;
+        qunsetenv("HALVARION_TEST_HOME");
+        QVERIFY2((first == killedCode || first == 0) && second == 0, moment.constData());
     }
 }
 
@@ -485,22 +455,24 @@ void FirmwareUpdateTest::killedProcess()
         VirtualMice::tell({"plug", "q1"});
         putImage("q1", 0x0920);
         open("q1");
-        connect(
-            postMsg(), &PostMsg::SigProgress, postMsg(),
-            [isSet = false](int percent, int code) mutable {
-                const int moment = qEnvironmentVariableIntValue("HALVARION_KILL_AT");
-                const int step = code == 3 ? -1 : code == 0 ? percent : 100;
-                if (step < moment / momentsPerStep - 1 || std::exchange(isSet, true))
-                    return;
-                std::thread([moment] {
-                    std::this_thread::sleep_for(std::chrono::microseconds(moment % momentsPerStep * 20));
-                    if (!ModelData::updateFailInfo().isEmpty())
-                        std::_Exit(killedCode); // nothing is put in order, as when it is killed
-                }).detach();
-            },
-            Qt::DirectConnection);
+        bool isKilled = false;
+        const int moment = qEnvironmentVariableIntValue("HALVARION_KILL_AT", &isKilled);
+        const auto onProgress = [isDue = isKilled, moment](int percent, int code) mutable {
+            const int step = code == 3 ? -1 : code == 0 ? percent : 100;
+            if (step < moment / momentsPerStep - 1 || !std::exchange(isDue, false))
+                return;
+            std::thread([moment] {
+                std::this_thread::sleep_for(std::chrono::microseconds(moment % momentsPerStep * 20));
+                if (!ModelData::updateFailInfo().isEmpty())
+                    std::_Exit(killedCode); // nothing is put in order, as when it is killed
+            }).detach();
+        };
+        connect(postMsg(), &PostMsg::SigProgress, postMsg(), onProgress, Qt::DirectConnection);
         press("Mouse");
-        confirmProgress(); // if it wasn't killed before
+        if (isKilled)
+            confirmProgress(); // if it wasn't killed before
+        else
+            QTRY_VERIFY(Program::prompt("Progress"));
         return;
     }
     putImage("q1", 0x0920);

@@ -3,6 +3,7 @@
 #include "productdata/UserSettings.h"
 #include "support/FaultBench.h"
 #include "support/Files.h"
+#include "support/ProfileControls.h"
 #include "support/TestHome.h"
 #include "ui/MyConmboBox.h"
 
@@ -47,7 +48,7 @@ class ProfileFileTest : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void init();
-    void cleanup();
+    void cleanup() { bench.reset(); }
     void read_data();
     void read();
     void noFile();
@@ -59,9 +60,6 @@ private Q_SLOTS:
     void chosenProfileAndSleep();
 
 private:
-    using Look = std::function<void(QFileDialog *)>;
-    /** Answers the file dialog that opens with a path; an empty one cancels it. Looks at it before. */
-    void answerDialog(const QString &path, const Look &look = {});
     void open(const QString &mouse, const std::function<void()> &prepare = {});
     /**
      * Clicks a button of the page and returns when what it does is over. On a machine that is busy with something else
@@ -70,7 +68,6 @@ private:
     void press(const QString &button, const std::function<bool()> &isDone = {});
     Program &program() { return bench->program(); }
 
-    QTimer dialogTimer;
     QTemporaryDir folder;
     QString file;
     std::unique_ptr<FaultBench> bench;
@@ -85,12 +82,6 @@ void ProfileFileTest::init()
     SelectInfo().set({}); // the first model, for what needs no device
 }
 
-void ProfileFileTest::cleanup()
-{
-    dialogTimer.stop();
-    bench.reset();
-}
-
 void ProfileFileTest::open(const QString &mouse, const std::function<void()> &prepare)
 {
     bench = std::make_unique<FaultBench>(prepare);
@@ -101,21 +92,6 @@ void ProfileFileTest::open(const QString &mouse, const std::function<void()> &pr
         }
     });
     QVERIFY(program().connectMouse(mouse));
-}
-
-void ProfileFileTest::answerDialog(const QString &path, const Look &look)
-{
-    dialogTimer.disconnect();
-    connect(&dialogTimer, &QTimer::timeout, [path, look] {
-        auto *const dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        if (look)
-            look(dialog);
-        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
-        QMetaObject::invokeMethod(dialog, path.isEmpty() ? "reject" : "accept");
-    });
-    dialogTimer.start(20);
 }
 
 void ProfileFileTest::press(const QString &button, const std::function<bool()> &isDone)
@@ -196,18 +172,14 @@ void ProfileFileTest::roundTrip()
     QTRY_VERIFY(held(mouse) != factory && VirtualMice::record(mouse).StopCloseTime == 30);
     const QByteArray before = held(mouse);
 
-    answerDialog(file);
+    const ProfileHand hand(file);
     press("OutputData");
     const QByteArray content = Files::content(file);
     QCOMPARE(content.size(), 10464);
     QCOMPARE(content.mid(36), before);
-
-    program().whenShown("ContainReset", [] { Program::clickIn("ContainReset", "OK"); });
     press("Reset");
     QCOMPARE(held(mouse), factory);
     QVERIFY(!BulkUpdateActive && !program().isPromptShown());
-
-    answerDialog(file);
     press("ImportData");
     QVERIFY(!program().shownPrompts().contains("InportFail"));
     QTRY_COMPARE(held(mouse), before);
@@ -255,16 +227,10 @@ void ProfileFileTest::inTheMiddle()
     WriteProfile(file, other);
 
     bool isDone = false;
-    const auto act = [&](const char *now) {
-        if (moment == now && !std::exchange(isDone, true))
+    const ProfileHand user(button == "OutputData" ? file + "2" : file, [&](const QWidget *asked) {
+        if (asked->metaObject()->className() == moment && !std::exchange(isDone, true))
             VirtualMice::tell(hand.split(' '));
-    };
-    program().whenShown("ContainReset", [&] {
-        act("ContainReset");
-        Program::clickIn("ContainReset", "OK");
     });
-    program().whenShown("UpDataParam", [&] { act("UpDataParam"); });
-    answerDialog(button == "OutputData" ? file + "2" : file, [&](QFileDialog *) { act("QFileDialog"); });
     press(button, [&] { return isDone; });
     QVERIFY(!BulkUpdateActive);
     VirtualMice::tell({"wake", "q1"});
@@ -289,28 +255,31 @@ void ProfileFileTest::fileDialogs()
     open("q1");
     const QByteArray before = held("q1");
     QString name, folderAtFirst, cancel;
-    const auto look = [&](const QFileDialog *dialog) {
-        name = dialog->findChild<QLineEdit *>("fileNameEdit")->text();
-        folderAtFirst = dialog->directory().path();
-        cancel = dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel)->text();
+    const auto look = [&](const QWidget *asked) {
+        if (const auto *const dialog = qobject_cast<const QFileDialog *>(asked)) {
+            name = dialog->findChild<QLineEdit *>("fileNameEdit")->text();
+            folderAtFirst = dialog->directory().path();
+            cancel = dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel)->text();
+        }
     };
-    answerDialog(file, look);
-    press("OutputData");
+    const auto pressAnswering = [&](const char *button, const QString &path) {
+        const ProfileHand hand(path, look);
+        press(button);
+    };
+    pressAnswering("OutputData", file);
     QCOMPARE(name, "HALVARION-Q1 " + QDate::currentDate().toString(Qt::ISODate) + ".bin");
     QCOMPARE(cancel, QString("Отмена"));
     Files::put(file, ::name("Velko") + ::name("3311"));
     program().whenShown("InportFail", [] { Program::clickIn("InportFail", "NewHong"); });
-    press("ImportData");
+    pressAnswering("ImportData", file);
     QCOMPARE(folderAtFirst, QFileInfo(file).absolutePath());
     QVERIFY(program().shownPrompts().contains("InportFail"));
     const QString gone = folder.filePath("gone");
     QVERIFY(QDir().mkdir(gone));
-    answerDialog(gone + "/a.bin");
-    press("OutputData");
+    pressAnswering("OutputData", gone + "/a.bin");
     QVERIFY(QDir(gone).removeRecursively());
-    answerDialog({}, look);
-    press("ImportData");       // changes his mind
-    QCOMPARE(name, QString()); // the folder of before isn't taken for a file
+    pressAnswering("ImportData", {}); // changes his mind
+    QCOMPARE(name, QString());        // the folder of before isn't taken for a file
     QVERIFY(!program().shownPrompts().contains("UpDataParam"));
     QVERIFY(!BulkUpdateActive && !program().isPromptShown());
     QCOMPARE(held("q1"), before);

@@ -6,29 +6,23 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QTimer>
 #include <QToolButton>
 
-namespace {
-
-/** Presses a button and answers what is asked then: which file, and whether that is meant. */
-void pressAnswering(const QWidget *window, const QString &button, const QString &file)
+ProfileHand::ProfileHand(const QString &file, const Look &look)
 {
-    QTimer hand;
-    QObject::connect(&hand, &QTimer::timeout, [&file] {
+    callOnTimeout([file, look] {
         QWidget *const asked = QApplication::activeModalWidget();
+        if (asked && look)
+            look(asked);
         if (auto *const dialog = qobject_cast<QFileDialog *>(asked)) {
             dialog->findChild<QLineEdit *>("fileNameEdit")->setText(file);
-            QMetaObject::invokeMethod(dialog, "accept");
+            QMetaObject::invokeMethod(dialog, file.isEmpty() ? "reject" : "accept");
         } else if (asked && asked->metaObject()->className() == QLatin1String("ContainReset")) {
             asked->findChild<QToolButton *>("OK")->click();
         }
     });
-    hand.start(10);
-    Hand::press(window, "ButtonPage", button);
+    start(10);
 }
-
-} // namespace
 
 std::vector<Control> profileControls(const FlashDataMap &factory)
 {
@@ -37,11 +31,13 @@ std::vector<Control> profileControls(const FlashDataMap &factory)
              [file](const QWidget *window, FlashDataMap held) {
                  held.Lod = held.Lod == 1 ? 2 : 1;
                  WriteProfile(file, held);
-                 pressAnswering(window, "ImportData", file);
+                 const ProfileHand hand(file);
+                 Hand::press(window, "ButtonPage", "ImportData");
                  return held;
              }},
             {"ButtonMain", "reset", [file, factory](const QWidget *window, const FlashDataMap &) {
-                 pressAnswering(window, "Reset", file);
+                 const ProfileHand hand(file);
+                 Hand::press(window, "ButtonPage", "Reset");
                  return factory;
              }}};
 }
