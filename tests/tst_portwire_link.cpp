@@ -603,7 +603,7 @@ void tst_portwire_link::floodKeepsNobodyWaiting()
         QElapsedTimer timer;
         timer.start();
         QVERIFY(!channels->ask("flood", {ReportCode::Battery}));
-        QVERIFY2(timer.elapsed() < 150, qPrintable(QString::number(timer.elapsed()))); // 30, on a machine with time
+        QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed()))); // 30 on a machine with time
         QVERIFY(First::await(10));
         QTRY_VERIFY(bus->told > 200);
         bus->isFlooding = false;
