@@ -1,5 +1,6 @@
 #include "sensor/DpiForm.h"
 
+#include "productdata/ConfigStore.h"
 #include "productdata/Theme.h"
 #include "sensor/MarkerDrag.h"
 #include "ui/ChangeSheet.h"
@@ -8,8 +9,10 @@
 #include "ui/MySlider.h"
 #include "ui/NumberBox.h"
 #include "ui/PageFont.h"
+#include "ui/RgbText.h"
 
 #include <QButtonGroup>
+#include <QColor>
 #include <QLabel>
 #include <QSpinBox>
 #include <QToolButton>
@@ -181,6 +184,37 @@ void DpiForm::styleBar(int level, bool selected)
                     "QToolButton:hover,QToolButton:focus{border:1px solid rgb(%4);}")
                     .arg(colour(level), folder, selected ? QStringLiteral("MaxB.png") : QStringLiteral("MinB.png"),
                          Theme::rgb(Theme::Colour::ComboxTextColor)));
+}
+
+void DpiForm::showActiveLook(int level)
+{
+    for (int each = 0; each < levelCount; ++each)
+        showBar(each, each == level);
+}
+
+void DpiForm::showLevels(int lastLevel) const
+{
+    for (int level = 0; level < levelCount; ++level) {
+        card(level)->setVisible(level <= lastLevel);
+        bar(level)->setVisible(level <= lastLevel);
+    }
+}
+
+void DpiForm::takeDefaults(const QString &section)
+{
+    const QList<int> parts = ConfigStore::instance()->numberList(section, QStringLiteral("DPIColor"));
+    for (int level = 0; level < levelCount && level * 3 + 2 < parts.size(); ++level) {
+        const QColor colour(parts.at(level * 3), parts.at(level * 3 + 1), parts.at(level * 3 + 2));
+        if (colour.isValid())
+            setColour(level, rgbText(colour));
+    }
+    const QList<int> values = ConfigStore::instance()->numberList(section, QStringLiteral("DPIGrade"));
+    if (values.size() < levelCount)
+        return;
+    for (int level = 0; level < levelCount; ++level) {
+        card(level)->setText(QString::number(values.at(level)));
+        showBar(level, false);
+    }
 }
 
 int DpiForm::checkedCard() const { return firstChecked(cards); }

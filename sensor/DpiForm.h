@@ -26,6 +26,13 @@ struct DpiForm
     /** "red,green,blue" of a level's bar. */
     void setColour(int level, const QString &rgb);
 
+    /** The bar of the level looks selected, the others at rest. */
+    void showActiveLook(int level);
+    /** Levels 0 to `lastLevel` show, the others are hidden; -1 hides all. */
+    void showLevels(int lastLevel) const;
+    /** Takes colours and values from this section of the product data, as far as they reach. */
+    void takeDefaults(const QString &section);
+
     /** Level of the first checked card or bar, -1 without one. */
     int checkedCard() const;
     int checkedBar() const;

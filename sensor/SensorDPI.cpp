@@ -6,10 +6,8 @@
 #include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"
 #include "portwire/portwire.h"
-#include "productdata/ConfigStore.h"
 #include "sensor/DpiCoding.h"
 #include "sensor/LevelColourDialog.h"
-#include "sensor/MarkerDrag.h"
 #include "ui/FittedText.h"
 #include "ui/MyConmboBox.h"
 #include "ui/MySlider.h"
@@ -29,8 +27,6 @@
 
 namespace {
 
-constexpr QRect dragArea(0, 0, 728, 194);
-
 /** Pixels from the frame to the title, which so lines up with the titles of the other frames. */
 constexpr int titleIndent = 15;
 
@@ -46,9 +42,9 @@ void promptOffline() { postMsg()->post(&PostMsg::SigMouseOffLineo, 0); }
 
 } // namespace
 
-SensorDPI::SensorDPI(QWidget *parent) : QFrame(parent), form(this)
+SensorDPI::SensorDPI(QWidget *parent) : QFrame(parent), form(this), marker(form.label_8)
 {
-    resize(dragArea.size());
+    resize(LevelMarker::area.size());
     form.label->setIndent(titleIndent);
     setTitle(QStringLiteral("DPI级数"));
     connectLevels();
@@ -134,43 +130,10 @@ bool SensorDPI::selectLevel(int level)
     return true;
 }
 
-void SensorDPI::showActiveLook(int level)
-{
-    for (int index = 0; index < levelCount; ++index)
-        form.showBar(index, index == level);
-}
-
-void SensorDPI::showLevels(int lastLevel)
-{
-    for (int level = 0; level < levelCount; ++level) {
-        form.card(level)->setVisible(level <= lastLevel);
-        form.bar(level)->setVisible(level <= lastLevel);
-    }
-}
-
-void SensorDPI::moveMarker(int mark)
-{
-    if (isLevel(mark - 1))
-        form.label_8->move(MarkerDrag::mark(mark - 1));
-}
-
-void SensorDPI::reloadDefaults()
-{
-    const QString section = selectedSection();
-    const QList<int> parts = ConfigStore::instance()->numberList(section, QStringLiteral("DPIColor"));
-    for (int level = 0; level < levelCount && level * 3 + 2 < parts.size(); ++level) {
-        const QColor colour(parts.at(level * 3), parts.at(level * 3 + 1), parts.at(level * 3 + 2));
-        if (colour.isValid())
-            form.setColour(level, rgbText(colour));
-    }
-    const QList<int> values = ConfigStore::instance()->numberList(section, QStringLiteral("DPIGrade"));
-    if (values.size() < levelCount)
-        return;
-    for (int level = 0; level < levelCount; ++level) {
-        setLevelText(level, QString::number(values.at(level)));
-        form.showBar(level, false);
-    }
-}
+void SensorDPI::showActiveLook(int level) { form.showActiveLook(level); }
+void SensorDPI::showLevels(int lastLevel) { form.showLevels(lastLevel); }
+void SensorDPI::moveMarker(int mark) { marker.standAt(mark - 1); }
+void SensorDPI::reloadDefaults() { form.takeDefaults(selectedSection()); }
 
 // Choosing a level ---------------------------------------------------------------------------------------------------
 
@@ -183,7 +146,7 @@ void SensorDPI::cardToggled(int level, bool checked)
     if (!DeviceWritesEnabled || SensorUiUpdating)
         return;
     activeLevel = level;
-    moveMarker(level + 1);
+    marker.standAt(level);
     if (!selecting)
         SetDpiCurrentLevel(static_cast<std::uint8_t>(level));
 }
@@ -338,7 +301,7 @@ void SensorDPI::exchangeLevels(int former, int last)
     setLevelText(last, formerText);
     form.setColour(former, form.colour(last));
     form.setColour(last, formerColour);
-    moveMarker(last + 1);
+    marker.standAt(last);
     checkLevel(last);
     activeLevel = last;
 }
@@ -349,19 +312,13 @@ void SensorDPI::mousePressEvent(QMouseEvent *event)
 {
     QFrame::mousePressEvent(event);
     event->accept();
-    if (event->buttons() == Qt::NoButton || !form.label_8->geometry().contains(event->pos()))
-        return;
-    dragging = true;
-    dragOffset = event->pos() - form.label_8->pos();
+    if (event->buttons() != Qt::NoButton)
+        marker.take(event->pos());
 }
 
 void SensorDPI::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!dragging || event->buttons() == Qt::NoButton)
-        return;
-    if (dragArea.contains(event->pos()))
-        form.label_8->move(event->pos() - dragOffset);
-    else
+    if (event->buttons() != Qt::NoButton && !marker.follow(event->pos()))
         dropMarker(event->pos());
 }
 
@@ -369,17 +326,11 @@ void SensorDPI::mouseReleaseEvent(QMouseEvent *event) { dropMarker(event->pos())
 
 void SensorDPI::dropMarker(QPoint point)
 {
-    dragging = false;
-    const MarkerDrag::Result result =
-        MarkerDrag::dropAt(point, form.label_8->geometry(), activeLevel, form.ChooseEvent->currentIndex());
-    const QPoint mark = MarkerDrag::mark(activeLevel);
-    if (result.drop != MarkerDrag::Drop::Moved) {
-        form.label_8->move(mark);
-        if (result.drop == MarkerDrag::Drop::BeyondLastLevel && DeviceWritesEnabled)
-            SetDpiCurrentLevel(static_cast<std::uint8_t>(activeLevel));
+    const MarkerDrag::Result result = marker.drop(point, activeLevel, form.ChooseEvent->currentIndex());
+    if (result.drop == MarkerDrag::Drop::BeyondLastLevel && DeviceWritesEnabled)
+        SetDpiCurrentLevel(static_cast<std::uint8_t>(activeLevel));
+    if (result.drop != MarkerDrag::Drop::Moved)
         return;
-    }
-    form.label_8->move(mark.x() + result.jump.pixels, mark.y());
     activeLevel += result.jump.levels;
     const int chosen = activeLevel;
     {

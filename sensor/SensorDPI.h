@@ -1,9 +1,9 @@
 #pragma once
 
 #include "sensor/DpiForm.h"
+#include "sensor/LevelMarker.h"
 
 #include <QFrame>
-#include <QPoint>
 
 class QColor;
 class QColorDialog;
@@ -88,10 +88,9 @@ private:
     void dropMarker(QPoint point);
 
     DpiForm form;
+    LevelMarker marker;
     QColorDialog *colorDialog = nullptr; ///< made when it is first wanted
     int activeLevel = 1;
     bool valueChangeArmed = false; ///< false: the next value change comes from selecting a level and isn't sent
     bool selecting = false;        ///< the editor moves its own controls; one write follows for all of it
-    bool dragging = false;
-    QPoint dragOffset; ///< from the marker's corner to where it was taken
 };
