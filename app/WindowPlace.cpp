@@ -8,7 +8,6 @@
 #include <QWidget>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace {
 
@@ -26,7 +25,8 @@ void WindowPlace::restore(QWidget &window)
     const int top = UserSettings::instance()->read(section, topKey).toInt(&isTop);
     // The numbers come from a file: none may be so large that its sum with a width has no meaning.
     constexpr int farthest = 1 << 20;
-    if (!isLeft || !isTop || std::max(std::abs(left), std::abs(top)) > farthest || !platform::windowsRuleThemselves())
+    const auto isNear = [](int number) { return -farthest <= number && number <= farthest; };
+    if (!isLeft || !isTop || !isNear(left) || !isNear(top) || !platform::windowsRuleThemselves())
         return;
     const QRect place(QPoint(left, top), window.size());
     const QList<QScreen *> screens = QGuiApplication::screens();

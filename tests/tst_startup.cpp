@@ -1,13 +1,12 @@
 #include "app/LogWriter.h"
+#include "app/WindowPlace.h"
 #include "productdata/UserFolders.h"
+#include "productdata/UserSettings.h"
 #include "support/Files.h"
 #include "support/TestHome.h"
 
 #include <QDate>
 #include <QDateTime>
-
-#include <chrono>
-#include <filesystem>
 
 /** What the process does before its first window: the per-user tree, pruning, the log writer. */
 class StartupTest : public QObject
@@ -17,6 +16,8 @@ private Q_SLOTS:
     void makesTheWholeTree();
     void prunes();
     void logWriterWritesDebugOnly();
+    void windowPlace_data();
+    void windowPlace();
 };
 
 void StartupTest::makesTheWholeTree()
@@ -55,20 +56,10 @@ void StartupTest::prunes()
         QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(qint64{-3600} * aged.hours),
                                  QFileDevice::FileModificationTime));
     }
-    const QString folder = UserFolders::path(Folder::Log) + "/folder";
-    QVERIFY(QDir().mkpath(folder));
-    std::error_code refusal; // of Windows, where a folder's time can't be set by this
-    std::filesystem::last_write_time(std::filesystem::u8path(folder.toStdString()),
-                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(24 * 365),
-                                     refusal);
-#ifndef Q_OS_WIN
-    QVERIFY(!refusal);
-#endif
     UserFolders::prune(Folder::Log);
     UserFolders::prune(Folder::Exception);
     for (const Aged &aged : all)
         QVERIFY2(QFileInfo::exists(pathOf(aged)) == aged.isKept, aged.name);
-    QVERIFY(QFileInfo::exists(folder));
 }
 
 void StartupTest::logWriterWritesDebugOnly()
@@ -85,6 +76,34 @@ void StartupTest::logWriterWritesDebugOnly()
     const QString written = QString::fromUtf8(Files::content(UserFolders::path(UserFolders::Folder::Log) + '/' +
                                                              QDate::currentDate().toString("yyyy-MM-dd") + ".txt"));
     QVERIFY2(expected.match(written).hasMatch(), qPrintable(written));
+}
+
+void StartupTest::windowPlace_data()
+{
+    QTest::addColumn<QString>("left");
+    QTest::addColumn<bool>("isTaken");
+    QTest::newRow("in sight") << "40" << true;
+    QTest::newRow("just enough in sight") << "-99" << true;
+    QTest::newRow("too little in sight") << "-101" << false;
+    QTest::newRow("no screen shows it") << "50000" << false;
+    QTest::newRow("largest number") << "2147483647" << false;
+    QTest::newRow("smallest number") << "-2147483648" << false;
+    QTest::newRow("beyond all numbers") << "99999999999" << false;
+    QTest::newRow("no number") << "left" << false;
+}
+
+/** The place of the window comes from a file; one where nobody would see it isn't taken. */
+void StartupTest::windowPlace()
+{
+    QFETCH(QString, left);
+    QFETCH(bool, isTaken);
+    UserFolders::prepare();
+    UserSettings::instance()->write("Window", "Left", left);
+    UserSettings::instance()->write("Window", "Top", "60");
+    QWidget window;
+    window.setGeometry(7, 8, 200, 100);
+    WindowPlace::restore(window);
+    QCOMPARE(window.pos(), isTaken ? QPoint(left.toInt(), 60) : QPoint(7, 8));
 }
 
 HALVARION_TEST_MAIN(StartupTest)
