@@ -5,6 +5,7 @@
 #include "ui/MySlider.h"
 #include "ui/MyToolButton.h"
 #include "ui/NumberBox.h"
+#include "ui/SliderWithNumber.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -16,8 +17,6 @@
 #include <QSignalSpy>
 #include <QWheelEvent>
 #include <QWindow>
-
-Q_DECLARE_METATYPE(Qt::MouseButton)
 
 namespace {
 
@@ -83,9 +82,7 @@ private Q_SLOTS:
     void linesEndBehindWords_data();
     void linesEndBehindWords();
     void keyOfAListIsNoneOfTheWindow();
-    void comboBoxCentresItsText_data();
     void comboBoxCentresItsText();
-    void toolButtonActsAtThePress_data();
     void toolButtonActsAtThePress();
     void lineEditTakesNothing();
 };
@@ -158,18 +155,28 @@ void WidgetsTest::theWheelNeedsTheKeyboard()
     box.addItems({"a", "b"});
     box.setCurrentIndex(1);
     NumberBox number(&window);
+    MySlider slider(&window);
+    SliderWithNumber shown(&window, "Light", "slider", "number", "line");
     window.show();
-    for (QWidget *widget : {static_cast<QWidget *>(&box), static_cast<QWidget *>(&number)}) {
-        QVERIFY((widget->focusPolicy() & Qt::WheelFocus) != Qt::WheelFocus);
-        turnWheel(widget);
-        QVERIFY(box.currentIndex() == 1 && number.value() == 0);
-    }
     QApplication::setActiveWindow(&window);
-    box.setFocus();
-    turnWheel(&box);
-    number.setFocus();
-    turnWheel(&number);
-    QVERIFY(box.currentIndex() == 0 && number.value() == 1);
+    const auto state = [&] {
+        return QList<int>{box.currentIndex(), number.value(), slider.value(), shown.slider->value()};
+    };
+    QList<int> expected = {1, 0, 0, 1};
+    const auto turn = [&](QWidget *widget, int index, int step) {
+        turnWheel(widget);
+        if (state() != expected || widget->hasFocus())
+            return false;
+        widget->setFocus();
+        turnWheel(widget);
+        expected[index] += step;
+        return state() == expected;
+    };
+    window.setFocus();
+    QVERIFY(turn(&box, 0, -1));
+    QVERIFY(turn(&number, 1, 1));
+    QVERIFY(turn(&slider, 2, 3));
+    QVERIFY(turn(shown.slider, 3, 1)); // at most a page
 }
 
 void WidgetsTest::linesEndBehindWords_data()
@@ -219,18 +226,8 @@ void WidgetsTest::keyOfAListIsNoneOfTheWindow()
     QCOMPARE(window.keys, QList<int>{Qt::Key_Return});
 }
 
-void WidgetsTest::comboBoxCentresItsText_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("withIcon");
-    QTest::newRow("icon and text") << QStringLiteral("HH") << true;
-    QTest::newRow("too long") << QString(80, 'H') << false;
-}
-
 void WidgetsTest::comboBoxCentresItsText()
 {
-    QFETCH(QString, text);
-    QFETCH(bool, withIcon);
     QPixmap square(16, 16);
     square.fill(Qt::black);
     MyConmboBox box;
@@ -238,54 +235,43 @@ void WidgetsTest::comboBoxCentresItsText()
     box.setStyleSheet("QComboBox{border:0px;background:#ff8080;color:#000000;}"
                       "QComboBox::drop-down{width:40px;border:0px;background:#ffc0c0;}"
                       "QComboBox::down-arrow{image:none;}");
-    box.addItem(withIcon ? QIcon(square) : QIcon(), text);
+    box.addItem(square, "HH");
+    box.addItem(QString(80, 'H')); // too long
     box.setFixedSize(240, 30);
-    const QImage image = box.grab().toImage();
-    QCOMPARE(image.pixelColor(2, 2), QColor(0xff, 0x80, 0x80));
-    const QRect ink = inkBox(image);
-    // The field is what the drop-down leaves; by itself the text would begin at its left end.
-    QVERIFY2(ink.isValid() && qAbs(ink.left() - (199 - ink.right())) <= 5,
-             qPrintable(QStringLiteral("%1 to %2").arg(ink.left()).arg(ink.right())));
-    QVERIFY(ink.right() < 200 && qAbs(ink.top() - (29 - ink.bottom())) <= 4);
+    for (int item : {0, 1}) {
+        box.setCurrentIndex(item);
+        const QImage image = box.grab().toImage();
+        QCOMPARE(image.pixelColor(2, 2), QColor(0xff, 0x80, 0x80));
+        const QRect ink = inkBox(image);
+        // The field is what the drop-down leaves; by itself the text would begin at its left end.
+        QVERIFY2(ink.isValid() && qAbs(ink.left() - (199 - ink.right())) <= 5,
+                 qPrintable(QStringLiteral("%1 to %2").arg(ink.left()).arg(ink.right())));
+        QVERIFY(ink.right() < 200 && qAbs(ink.top() - (29 - ink.bottom())) <= 4);
+    }
 }
 
-void WidgetsTest::toolButtonActsAtThePress_data()
-{
-    QTest::addColumn<Qt::MouseButton>("mouseButton");
-    QTest::addColumn<bool>("isDouble");
-    QTest::addColumn<QList<bool>>("emitted");
-    QTest::newRow("left twice") << Qt::LeftButton << true << QList<bool>{false, true};
-    QTest::newRow("right twice") << Qt::RightButton << true << QList<bool>{};
-}
-
+/** What it tells is whether the press is the second one. Other mouse buttons do nothing. */
 void WidgetsTest::toolButtonActsAtThePress()
 {
-    QFETCH(Qt::MouseButton, mouseButton);
-    QFETCH(bool, isDouble);
-    QFETCH(QList<bool>, emitted);
     MyToolButton button;
     button.setCheckable(true);
     button.resize(60, 20);
     button.show();
     QList<bool> heard;
-    bool checkedWhenHeard = true;
     connect(&button, &QToolButton::clicked, this, [&](bool second) {
         heard << second;
-        checkedWhenHeard = checkedWhenHeard && button.isChecked();
+        QVERIFY(button.isChecked());
     });
-    QSignalSpy doubleClicked(&button, &MyToolButton::doubleClicked);
-    QTest::mousePress(&button, mouseButton);
-    QCOMPARE(heard, emitted.mid(0, 1));
-    QTest::mouseRelease(&button, mouseButton);
-    if (isDouble) {
-        QMouseEvent second(QEvent::MouseButtonDblClick, QPointF(5, 5), mouseButton, mouseButton, Qt::NoModifier);
+    for (const Qt::MouseButton each : {Qt::RightButton, Qt::LeftButton}) {
+        QCOMPARE(heard, QList<bool>());
+        press(&button, QPointF(5, 5), each);
+        QCOMPARE(heard.size(), each == Qt::LeftButton ? 1 : 0);
+        QTest::mouseRelease(&button, each);
+        QMouseEvent second(QEvent::MouseButtonDblClick, QPointF(5, 5), each, each, Qt::NoModifier);
         QCoreApplication::sendEvent(&button, &second);
-        QTest::mouseRelease(&button, mouseButton);
+        QTest::mouseRelease(&button, each);
     }
-    QCOMPARE(heard, emitted);
-    QVERIFY(checkedWhenHeard);
-    QCOMPARE(button.isChecked(), !emitted.isEmpty());
-    QCOMPARE(doubleClicked.count(), 0);
+    QCOMPARE(heard, (QList<bool>{false, true}));
 }
 
 void WidgetsTest::lineEditTakesNothing()

@@ -5,7 +5,6 @@
 #include <QPainter>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
-#include <QWheelEvent>
 #include <QWindow>
 
 #include <utility>
@@ -47,12 +46,9 @@ void MyConmboBox::keyPressEvent(QKeyEvent *event)
 
 void MyConmboBox::wheelEvent(QWheelEvent *event)
 {
-    if (!hasFocus()) {
-        event->ignore(); // what it lies on may scroll
-        return;
-    }
-    PressIndex = currentIndex();
-    QComboBox::wheelEvent(event);
+    if (hasFocus())
+        PressIndex = currentIndex();
+    WheelWithKeyboard::wheelEvent(event);
 }
 
 void MyConmboBox::paintEvent(QPaintEvent *)

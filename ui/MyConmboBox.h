@@ -1,20 +1,17 @@
 #pragma once
 
+#include "ui/WheelWithKeyboard.h"
+
 #include <QComboBox>
 
 #include <optional>
 
-/**
- * A combo box with its text in the middle, which remembers what it showed when the user reached for it.
- *
- * The wheel changes it only while it has the keyboard, and doesn't give it that: who scrolls past it, or lets the hand
- * rest on the wheel, means no choice. See NumberBox for the same.
- */
-class MyConmboBox : public QComboBox
+/** A combo box with its text in the middle, which remembers what it showed when the user reached for it. */
+class MyConmboBox : public WheelWithKeyboard<QComboBox>
 {
     Q_OBJECT
 public:
-    explicit MyConmboBox(QWidget *parent = nullptr) : QComboBox(parent) { setFocusPolicy(Qt::StrongFocus); }
+    using WheelWithKeyboard::WheelWithKeyboard;
 
     /**
      * The index shown at the last mouse press, so that a choice can be taken back; also at the last key or turn of the

@@ -2,16 +2,6 @@
 
 #include "productdata/Theme.h"
 
-#include <QWheelEvent>
-
-void NumberBox::wheelEvent(QWheelEvent *event)
-{
-    if (hasFocus())
-        QSpinBox::wheelEvent(event);
-    else
-        event->ignore(); // what it lies on may scroll
-}
-
 void styleNumberBox(QSpinBox *number)
 {
     number->setButtonSymbols(QAbstractSpinBox::NoButtons);

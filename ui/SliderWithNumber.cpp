@@ -24,9 +24,10 @@ QString disabledLook()
 
 SliderWithNumber::SliderWithNumber(QWidget *parent, const char *folder, const char *sliderName, const char *numberName,
                                    const char *lineName)
-    : slider(new QSlider(Qt::Horizontal, parent)), number(new QSpinBox(parent)), line(new QFrame(parent))
+    : slider(new WheelWithKeyboard<QSlider>(parent)), number(new QSpinBox(parent)), line(new QFrame(parent))
 {
     slider->setObjectName(QLatin1String(sliderName));
+    slider->setOrientation(Qt::Horizontal);
     slider->setMinimum(1);
     slider->setPageStep(1);
     slider->setStyleSheet(Theme::slider(Theme::pictureFolder(folder)) + disabledLook());
