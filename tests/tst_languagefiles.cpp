@@ -1,12 +1,10 @@
 #include "productdata/LanguageFile.h"
+#include "support/LanguageDocument.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
 
 #include <QAbstractButton>
-#include <QFile>
-#include <QHash>
 #include <QSet>
-#include <QXmlStreamReader>
 
 namespace {
 
@@ -30,42 +28,10 @@ constexpr const char *sameFunction[][3] = {
 constexpr const char *noFunction = "Reset ImportData OutputData checkBox Macro_ Config "
                                    "FireKey RightKey BackKey StartPause TopMusic BackMusic";
 
-const QString englishFile = QStringLiteral("Language/0-English.xml");
-
-struct Document
+/** A language file of the product, by its name. */
+LanguageDocument read(const QString &name)
 {
-    QString error;
-    QString root;
-    QStringList order;            ///< "Section" and "Section/element", in the file's order, repeats included
-    QHash<QString, QString> text; ///< by "Section/element"
-};
-
-Document read(const QString &fileName)
-{
-    Document document;
-    QFile file(QCoreApplication::applicationDirPath() + '/' + fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
-        document.error = file.errorString();
-        return document;
-    }
-    QXmlStreamReader reader(&file);
-    reader.readNextStartElement();
-    document.root = reader.name().toString();
-    while (reader.readNextStartElement()) {
-        const QString section = reader.name().toString();
-        document.order << section;
-        while (reader.readNextStartElement()) {
-            const QString path = section + QLatin1Char('/') + reader.name();
-            document.order << path;
-            document.text[path] = reader.readElementText();
-        }
-    }
-    // readNextStartElement stops at the root's end; what stands behind it must be well formed too.
-    while (!reader.atEnd())
-        reader.readNext();
-    if (reader.hasError())
-        document.error = QStringLiteral("line %1: %2").arg(reader.lineNumber()).arg(reader.errorString());
-    return document;
+    return LanguageDocument(QCoreApplication::applicationDirPath() + "/Language/" + name);
 }
 
 /** Units, colour letters, the plain OK button and a name that Russian players leave in English. */
@@ -122,7 +88,7 @@ void TestLanguageFiles::languages()
     QTest::addColumn<QString>("own");
     QTest::addColumn<QString>("foreign");
     const auto row = [](const char *language, const char *file, const char *own, const char *foreign) {
-        QTest::newRow(language) << QStringLiteral("Language/") + file << QString(own) << QString(foreign);
+        QTest::newRow(language) << QString(file) << QString(own) << QString(foreign);
     };
     // Kana and Hangul by their ranges: the script classes also take the full stop that Chinese shares with Japanese.
     row("English", "0-English.xml", "[A-Za-z]", R"([\p{Han}ぁ-ゖァ-ヺ가-힣\p{Cyrillic}])");
@@ -146,8 +112,8 @@ void TestLanguageFiles::texts()
     QFETCH(QString, own);
     QFETCH(QString, foreign);
     const QString language = QString::fromLatin1(QTest::currentDataTag());
-    const Document english = read(englishFile);
-    Document document = read(file);
+    const LanguageDocument english = read("0-English.xml");
+    LanguageDocument document = read(file);
     QCOMPARE(document.error, QString());
     QCOMPARE(document.root, QStringLiteral("Total"));
     QStringList expected = english.order;
@@ -186,7 +152,7 @@ void TestLanguageFiles::texts()
 void TestLanguageFiles::wording()
 {
     QFETCH(QString, file);
-    const Document document = read(file);
+    const LanguageDocument document = read(file);
     const auto text = [&document](const char *path) { return document.text.value(QLatin1String(path)); };
 
     // The button page finds the rows of a deleted macro by the macro page's copy of the prefix.
@@ -228,7 +194,7 @@ void TestLanguageFiles::wording()
 
     // The same release in every language.
     const QRegularExpression version(QStringLiteral("v\\d+(\\.\\d+){3}$"));
-    const QString english = read(englishFile).text.value(QStringLiteral("FormSetting/label"));
+    const QString english = read("0-English.xml").text.value(QStringLiteral("FormSetting/label"));
     QVERIFY(version.match(english).hasMatch());
     QCOMPARE(version.match(text("FormSetting/label")).captured(), version.match(english).captured());
 }
@@ -238,7 +204,7 @@ void TestLanguageFiles::everyWidgetSpeaks()
 {
     QFETCH(QString, file);
     QFETCH(QString, foreign);
-    const int index = file.section('/', 1).section('-', 0, 0).toInt();
+    const int index = file.section('-', 0, 0).toInt();
     const int korean = 3;
     const int russian = 4;
     static QStringList warnings;

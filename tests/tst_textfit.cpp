@@ -60,15 +60,10 @@ void TextFitTest::fits()
         postMsg()->post(&PostMsg::SigChangeLanguage, language);
         complaints << textsThatDoNotFit(program.window());
     }
-    for (int text : {1, 0}) { // of those that hold several
-        MouseOffLine::setPromptIndex(text);
-        InportFail::setImportStatus(text + 1);
-        UpDataParam::setImportRunning(text == 1);
-        for (const AllPrompts::Row &row : AllPrompts::rows) {
-            const AllPrompts::Made prompt = row.make();
-            prompt->show();
-            complaints << textsThatDoNotFit(prompt.get());
-        }
+    for (const AllPrompts::Row &row : AllPrompts::rows) {
+        const AllPrompts::Made prompt = row.make();
+        prompt->show();
+        complaints << textsThatDoNotFit(prompt.get());
     }
     addKey key;
     GroupKey combination;

@@ -19,7 +19,7 @@
 
 #include <memory>
 
-/** Every prompt there is, for what is tested of each. */
+/** Every prompt there is, with each of its texts, for what is tested of each. */
 namespace AllPrompts {
 
 using Made = std::unique_ptr<Prompt>;
@@ -30,11 +30,31 @@ Made make()
     return std::make_unique<Class>();
 }
 
+/** One whose text a setting of the whole process chooses, which is put back at once. */
+template<typename Class, auto choose, auto chosen, auto usual>
+Made choosing()
+{
+    choose(chosen);
+    Made prompt = make<Class>();
+    choose(usual);
+    return prompt;
+}
+
+/** One whose text its caller chooses. */
+template<void (ExeIsRun::*choose)()>
+Made saying()
+{
+    auto prompt = std::make_unique<ExeIsRun>();
+    (prompt.get()->*choose)();
+    return prompt;
+}
+
 struct Row
 {
     const char *name;
     const char *section; ///< of the language files
     Made (*make)();
+    const char *text = "label"; ///< element of the text
 };
 
 inline const Row rows[] = {
@@ -54,6 +74,12 @@ inline const Row rows[] = {
     {"InportFail", "InportFail", make<InportFail>},
     {"UpDataParam", "UpDataParam", make<UpDataParam>},
     {"UpDateWarning", "NewVer", make<UpDateWarning>},
+    {"ExeIsRun, no macro", "EXEIsRun", saying<&ExeIsRun::showNoMacroSelected>, "label_2"},
+    {"ExeIsRun, recording", "EXEIsRun", saying<&ExeIsRun::showPleaseStop>, "PleaseStop"},
+    {"MouseOffLine, timeout", "MouseOffLine", choosing<MouseOffLine, MouseOffLine::setPromptIndex, 1, 0>, "Timeout"},
+    {"InportFail, unfit", "InportFail", choosing<InportFail, InportFail::setImportStatus, 2, 1>, "label_1"},
+    {"UpDataParam, import", "UpDataParam", choosing<UpDataParam, UpDataParam::setImportRunning, true, false>,
+     "label_1"},
 };
 
 } // namespace AllPrompts
