@@ -1,6 +1,8 @@
 #include "app/ChooserList.h"
+#include "productdata/Theme.h"
 #include "support/ProductCopy.h"
 #include "support/Program.h"
+#include "support/Rows.h"
 #include "support/TestHome.h"
 
 #include <QSlider>
@@ -59,7 +61,8 @@ void BadProductTest::probe()
         program.click("SensorButton");
         program.click("Button250HZ");
         const bool written = QTest::qWaitFor([] { return VirtualMice::record("q1").ReportRate == 4; });
-        told = (written ? "written | " : "connected | ") + sensorPage(program);
+        const bool isUsual = Theme::rgb(Theme::Colour::LabelColor) == "176,184,192";
+        told = (written ? "written | " : "connected | ") + sensorPage(program) + (isUsual ? "" : " in another colour");
         // Every page is shown once, and every language read.
         for (const char *page : {"MacroButton", "LightsButton", "FormSetting", "ButtonMain"})
             program.click(page);
@@ -69,10 +72,8 @@ void BadProductTest::probe()
 
 void BadProductTest::damaged_data()
 {
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("from"); ///< text in the file to replace; empty for the whole file
-    QTest::addColumn<QByteArray>("to");
-    QTest::addColumn<QString>("told");
+    // from: text in the file to replace; empty for the whole file
+    const Rows<QString, QString, QByteArray, QString> row("file", "from", "to", "told");
     const QString config = "usersetting/Config.ini";
     const QString sensors = "driver_sensor.h";
     const QString english = "Language/0-English.xml";
@@ -83,17 +84,17 @@ void BadProductTest::damaged_data()
     const QString ownRange = all + " | 8 levels, 50 to 10000 | modes";
     const QString noLevels = all + " | 0 levels, 50 to 26000 | modes";
     const QString noFacts = parts + " | 8 levels, 50 to 26000 | no modes";
-    const auto row = [](const char *name, const QString &file, const QString &from, const char *to,
-                        const QString &told) { QTest::newRow(name) << file << from << QByteArray(to) << told; };
-    row("whole", config, "Transition=0", "Transition=0", works);
     row("no product file", config, {}, "", "0 entries");
-    row("no models", config, "DeviceTotal=2", "DeviceTotal=0", "0 entries");
+    row("models that are no number", config, "DeviceTotal=2", "DeviceTotal=many", "0 entries");
+    row("far too many models", config, "DeviceTotal=2", "DeviceTotal=2000000000", works);
+    row("no vendor", config, "VID=RjBBMQ==", "VID=%%%", "0 entries");
+    row("a colour of two numbers", config, "\nLabelColor=", "\nLabelColor=1,2\nOther=", works);
+    row("a colour out of range", config, "\nLabelColor=", "\nLabelColor=1,2,300\nOther=", works);
     row("simple layout", config, "XIn1=1", "XIn1=2", "written | frameDpi frameRate | 8 levels, 50 to 26000 | modes");
     row("a battery table of 3", config, "BatteryParam=3050,", "BatteryParam=1,2,3\nOther=", works);
     row("one DPI row", config, range, "DPIRange=50,800,50,0x00", all + " | 8 levels, 50 to 800 | modes");
     row("a DPI step of 0", config, range, "DPIRange=50,10000,0,0x00", ownRange);
     row("no DPIRange", config, range, "Nothing=1", ownRange);
-    row("no levels", config, "DPIMaxGrade=8", "DPIMaxGrade=0", noLevels);
     row("levels that are no number", config, "DPIMaxGrade=8", "DPIMaxGrade=many", noLevels);
     row("twelve levels", config, "DPIMaxGrade=8", "DPIMaxGrade=12", works);
     row("short defaults", config, "DPIGrade=400,800,1600", "DPIGrade=400,800\nOther=", works);
@@ -101,6 +102,8 @@ void BadProductTest::damaged_data()
     row("a binary sensor table", sensors, {}, "#define\t\xff\x01\t\n#define A\n\n#define \t // x", noFacts);
     row("no English", english, {}, "", works);
     row("English cut in the middle", english, {}, "<Total><Sensor><label_2>DPI", works);
+    row("English in a wrong encoding", english, {}, "<Total><Sensor><label_2>\xff\xfe\xe9</label_2></Sensor></Total>",
+        works);
 }
 
 void BadProductTest::damaged()

@@ -5,9 +5,9 @@
 #include "productdata/UserSettings.h"
 #include "support/ConnectedMouse.h"
 #include "support/Program.h"
+#include "support/Rows.h"
 #include "support/TestHome.h"
-#include "ui/MouseOffLine.h"
-#include "ui/UpDataParam.h"
+#include "ui/Prompt.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -31,18 +31,6 @@ QString otherRate() { return heldRate() == 4 ? "Button500HZ" : "Button250HZ"; }
 
 QString cacheFile() { return UserFolders::path(UserFolders::Folder::DeviceInfo) + "/" + LoadFileName().get(); }
 
-/** A text of the prompt about a mouse that doesn't answer. */
-QString promptText(const char *element) { return Program::englishText("MouseOffLine", element); }
-
-/** Reads the prompt about a mouse that doesn't answer and closes it, if it hasn't closed by itself meanwhile. */
-void readAndClose(QString &told)
-{
-    if (auto *const prompt = qobject_cast<MouseOffLine *>(QApplication::activeModalWidget())) {
-        told = prompt->findChild<QLabel *>("label")->text();
-        QTest::keyClick(prompt, Qt::Key_Escape);
-    }
-}
-
 /** Another stored profile: a change of everything, which counts when the last one is long enough ago. */
 void changeProfile(const char *number)
 {
@@ -62,7 +50,6 @@ private Q_SLOTS:
     void chooserPages();
     void chooserStates();
     void duplicatesAreToldOnce();
-    void connectShowsWhatTheMouseHolds_data();
     void connectShowsWhatTheMouseHolds();
     void asleepAndAwakeAgain();
     void sleepingMouseShowsTheCache();
@@ -70,21 +57,16 @@ private Q_SLOTS:
     void cableTakesOver();
     void cableIsHeardLate_data();
     void cableIsHeardLate();
-    void pulledInMidRead();
     void noAnswerToTheRecord();
     void changesMadeOnTheMouse();
     void mouseIsToldWhetherTheWindowShows();
     void rereadWhileTheWindowIsAway_data();
     void rereadWhileTheWindowIsAway();
-    void lossDuringTheConnectShowsTheCache();
-    void afterAPairingThatFailed();
     void leavingSavesTheRecord_data();
     void leavingSavesTheRecord();
-    void clickOnTheWayBackIsNoChange_data();
     void clickOnTheWayBackIsNoChange();
-    void languageChangesEverywhere();
+    void listOfLanguages();
     void keysOfTheWindow();
-    void movedByACompositor_data();
     void movedByACompositor();
 };
 
@@ -98,14 +80,13 @@ void ConnectTest::init()
 
 void ConnectTest::chooserPages_data()
 {
-    QTest::addColumn<QStringList>("more");
-    QTest::addColumn<int>("entries");
-    QTest::addColumn<int>("lastX"); ///< of the last picture, which tells the layout of its page
-    QTest::newRow("two") << QStringList() << 2 << 445;
-    QTest::newRow("four: a last page with one") << QStringList{"q1 1k", "q1 2k"} << 4 << 305;
-    QTest::newRow("seven") << QStringList{"q1 1k", "q1 2k", "q2 2k", "q2 4k", "unknown cable"} << 7 << 305;
-    QTest::newRow("a mouse on its cable hides its receiver") << QStringList{"q1 cable"} << 2 << 445;
-    QTest::newRow("two unknown devices are two pictures") << QStringList{"unknown cable", "unknown cable"} << 4 << 305;
+    // lastX: of the last picture, which tells the layout of its page
+    const Rows<QStringList, int, int> row("more", "entries", "lastX");
+    row("two", {}, 2, 445);
+    row("four: a last page with one", {"q1 1k", "q1 2k"}, 4, 305);
+    row("seven", {"q1 1k", "q1 2k", "q2 2k", "q2 4k", "unknown cable"}, 7, 305);
+    row("a mouse on its cable hides its receiver", {"q1 cable"}, 2, 445);
+    row("two unknown devices are two pictures", {"unknown cable", "unknown cable"}, 4, 305);
 }
 
 void ConnectTest::chooserPages()
@@ -120,7 +101,6 @@ void ConnectTest::chooserPages()
     const QString last = QStringLiteral("btn%1").arg(entries - 1);
     QTRY_COMPARE(program.find(last)->x(), lastX);
     QCOMPARE(program.find("RightButton")->isVisible(), entries > 3);
-    QVERIFY(!program.find("LeftButton")->isVisible());
     QVERIFY(!program.isPromptShown());
     // Every page can be reached and left again.
     for (int page = 1; page < (entries + 2) / 3; ++page)
@@ -135,8 +115,6 @@ void ConnectTest::chooserStates()
 {
     const Program program;
     const QString button = program.pictureOf("q1");
-    QVERIFY(program.find("UsbWifi0")->isVisible());
-    QVERIFY(!program.find("label0")->isVisible());
     // The pointer on a picture looks again.
     VirtualMice::tell({"sleep", "q1"});
     QVERIFY(program.find(button)->styleSheet().contains("OnLine0.png"));
@@ -179,23 +157,14 @@ void ConnectTest::duplicatesAreToldOnce()
 
 // Connect ------------------------------------------------------------------------------------------------------------
 
-void ConnectTest::connectShowsWhatTheMouseHolds_data()
-{
-    QTest::addColumn<QString>("mouse");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("on a 4K receiver") << QString("q1") << QString("Halvarion Q1");
-    QTest::newRow("on a 1K receiver") << QString("q2") << QString("Halvarion Q2");
-}
-
 void ConnectTest::connectShowsWhatTheMouseHolds()
 {
-    QFETCH(QString, mouse);
-    VirtualMice::tell({"battery", mouse, "15", "charging"});
+    VirtualMice::tell({"battery", "q2", "15", "charging"});
     Program program;
-    QVERIFY(program.connectMouse(mouse));
+    QVERIFY(program.connectMouse("q2"));
     QCOMPARE(program.shownPrompts(), QStringList{"UpDataParam"});
-    QVERIFY(ConnectedMouse::isWritten(mouse));
-    QTEST(program.find<QLabel>("label_3")->text(), "name");
+    QVERIFY(ConnectedMouse::isWritten("q2"));
+    QCOMPARE(program.find<QLabel>("label_3")->text(), QStringLiteral("Halvarion Q2"));
     QTRY_COMPARE(program.find<QProgressBar>("progressBar")->value(), 15);
     QCOMPARE(program.find<QLabel>("label_2")->text(), QStringLiteral("15%"));
     QVERIFY(program.find("progressBar")->styleSheet().contains("152, 43, 34"));
@@ -226,8 +195,7 @@ void ConnectTest::sleepingMouseShowsTheCache()
     {
         Program program;
         QVERIFY(program.connectMouse("q1"));
-        program.click("UpArrow");
-        QTRY_VERIFY(!program.isDeviceWindowShown());
+        QVERIFY(program.goBack());
     }
     VirtualMice::tell({"sleep", "q1"});
     Program program;
@@ -244,9 +212,9 @@ void ConnectTest::sleepingMouseShowsTheCache()
 
 void ConnectTest::cableTakesOver_data()
 {
-    QTest::addColumn<bool>("isConnected");
-    QTest::newRow("of a connected mouse") << true;
-    QTest::newRow("during the wait") << false;
+    const Rows<bool> row("isConnected");
+    row("of a connected mouse", true);
+    row("during the wait", false);
 }
 
 void ConnectTest::cableTakesOver()
@@ -283,10 +251,11 @@ void ConnectTest::cableTakesOver()
 
 void ConnectTest::cableIsHeardLate_data()
 {
-    QTest::addColumn<QStringList>("lost"); ///< how many answers, and how many come before
-    QTest::newRow("it tells no ids") << QStringList{"40", "0"};
-    QTest::newRow("it tells no address") << QStringList{"3", "1"};
-    QTest::newRow("it doesn't answer once more") << QStringList{"3", "2"};
+    // lost: how many answers, and how many come before
+    const Rows<QStringList> row("lost");
+    row("it tells no ids", {"40", "0"});
+    row("it tells no address", {"3", "1"});
+    row("it doesn't answer once more", {"3", "2"});
 }
 
 /** The watch has looked at the cable when the mouse wasn't ready, and the bus doesn't change any more. */
@@ -308,49 +277,29 @@ void ConnectTest::cableIsHeardLate()
     QTRY_VERIFY(SelectInfo().get().IsCorded && program.isConnected());
 }
 
-/** Pulls the receiver at many moments of a connect: the way is always back to the chooser, with no prompt left. */
-void ConnectTest::pulledInMidRead()
-{
-    Program program;
-    for (int round = 0; round <= 12; ++round) {
-        const QString picture = program.pictureOf("q1");
-        const QString receiver = VirtualMice::receiverOf("q1");
-        VirtualMice::tell({"fault", "q1", "drop", QString::number(round % 3)});
-        if (round == 12)
-            QVERIFY(program.connectMouse("q1")); // pulled when all is done
-        else
-            program.click(picture);
-        QTimer::singleShot(2 * round, [receiver] { VirtualMice::tell({"unplug", receiver}); });
-        QTRY_VERIFY(!program.isDeviceWindowShown());
-        QTRY_COMPARE(program.entryCount(), 1);
-        QTRY_VERIFY(!program.isPromptShown());
-        VirtualMice::tell({"fault", "q1", "drop", "0"});
-        VirtualMice::tell({"plug", receiver});
-    }
-    QVERIFY(program.connectMouse("q1"));
-    QVERIFY(ConnectedMouse::isWritten("q1"));
-}
-
 /** A mouse that is there and never sends its record: the user is told, whatever the mouse before it sent, and can
  * leave. */
 void ConnectTest::noAnswerToTheRecord()
 {
     Program program;
     QVERIFY(program.connectMouse("q1"));
-    program.click("UpArrow");
-    QTRY_VERIFY(!program.isDeviceWindowShown());
+    QVERIFY(program.goBack());
     SensorUiLoaded = LightUiLoaded = ButtonUiLoaded = true; // as a re-read leaves them
     const QString picture = program.pictureOf("q2");
     QString told;
-    program.whenShown("MouseOffLine", [&told] { readAndClose(told); });
+    program.whenShown("MouseOffLine", [&told] {
+        if (Prompt *const prompt = Program::prompt("MouseOffLine")) { // else it has closed by itself meanwhile
+            told = prompt->findChild<QLabel *>("label")->text();
+            prompt->close();
+        }
+    });
     // The receiver goes on answering for it.
     VirtualMice::tell({"fault", "q2", "drop", "1000000"});
     program.click(picture);
-    QTRY_COMPARE(told, promptText("Timeout"));
+    QTRY_COMPARE(told, Program::englishText("MouseOffLine", "Timeout"));
     QTRY_VERIFY(!program.isPromptShown());
     VirtualMice::tell({"fault", "q2", "drop", "0"});
-    program.click("UpArrow");
-    QTRY_VERIFY(!program.isDeviceWindowShown());
+    QVERIFY(program.goBack());
 }
 
 void ConnectTest::changesMadeOnTheMouse()
@@ -396,9 +345,9 @@ void ConnectTest::mouseIsToldWhetherTheWindowShows()
 
 void ConnectTest::rereadWhileTheWindowIsAway_data()
 {
-    QTest::addColumn<bool>("isAnswered");
-    QTest::newRow("the record comes") << true;
-    QTest::newRow("the record doesn't come") << false;
+    const Rows<bool> row("isAnswered");
+    row("the record comes", true);
+    row("the record doesn't come", false);
 }
 
 /** A profile button pressed in a game: nothing opens over the game, and the mouse isn't told that anyone looks. */
@@ -433,64 +382,13 @@ void ConnectTest::rereadWhileTheWindowIsAway()
     QVERIFY(ConnectedMouse::isWritten("q1"));
 }
 
-/**
- * The mouse changes its profile while the wait for its record stands, and is asleep when it is asked for the new one:
- * the user sees what is known of it, and learns why.
- */
-void ConnectTest::lossDuringTheConnectShowsTheCache()
-{
-    Program program;
-    QVERIFY(program.connectMouse("q1"));
-    program.click("SensorButton");
-    program.click("Button250HZ");
-    QTRY_COMPARE(heldRate(), 4);
-    program.click("UpArrow");
-    QTRY_VERIFY(!program.isDeviceWindowShown());
-    VirtualMice::tell({"rate", "q1", "2"});
-    QTest::qWait(Wait::scaled(3000) + 20); // changes on the mouse count from then on
-    program.whenShown("UpDataParam", [] {
-        // The time of the wait is up when the loss has been noticed, however slow the machine is.
-        auto *const wait = qobject_cast<UpDataParam *>(QApplication::activeModalWidget());
-        wait->stopWaiting();
-        QVERIFY(QTest::qWaitFor([] { return LinkUp && !isConnecting(); }));
-        VirtualMice::tell({"profile", "q1", "3"});
-        VirtualMice::tell({"sleep", "q1"});
-        QVERIFY(QTest::qWaitFor([] { return OfflineWaiting && !isConnecting(); }));
-        wait->startWaiting();
-    });
-    QString told;
-    program.whenShown("MouseOffLine", [&told] { readAndClose(told); });
-    program.click(program.pictureOf("q1"));
-    QTRY_COMPARE(told, promptText("label"));
-    program.click("SensorButton");
-    QTRY_VERIFY(program.find<QToolButton>("Button250HZ")->isChecked());
-    QVERIFY(!LinkUp);
-}
-
 // Leaving ------------------------------------------------------------------------------------------------------------
-
-/** A pairing holds connects up, and goes on doing so when its receiver vanished; the user is not held up. */
-void ConnectTest::afterAPairingThatFailed()
-{
-    Program program;
-    QVERIFY(program.connectMouse("q1"));
-    program.click("SensorButton");
-    DeviceWindowOpen = false;
-    VirtualMice::tell({"sleep", "q1"});
-    QString told;
-    program.whenShown("MouseOffLine", [&told] { readAndClose(told); });
-    program.clickSoon(otherRate());
-    QTRY_COMPARE(told, promptText("label"));
-    program.click("UpArrow");
-    QTRY_VERIFY(!program.isDeviceWindowShown());
-}
 
 void ConnectTest::leavingSavesTheRecord_data()
 {
-    QTest::addColumn<QString>("button");
-    QTest::newRow("back") << QString("UpArrow");
-    QTest::newRow("exit") << QString("CloseButton");
-    QTest::newRow("exit of the desktop") << QString();
+    const Rows<QString> row("button");
+    for (const char *button : {"UpArrow", "CloseButton"})
+        row(button, button);
 }
 
 void ConnectTest::leavingSavesTheRecord()
@@ -500,55 +398,45 @@ void ConnectTest::leavingSavesTheRecord()
     QVERIFY(program.connectMouse("q1"));
     QFile::remove(cacheFile());
     VirtualMice::tell({"sleep", "q1"});
-    if (button == "UpArrow") {
-        program.click(button);
-        program.click(button); // a second click during the first one's wait
-        QTRY_VERIFY(!program.isDeviceWindowShown());
-    } else {
-        QTimer::singleShot(0, [&] { button.isEmpty() ? void(program.window()->close()) : program.click(button); });
+    program.clickSoon(button);
+    program.clickSoon(button); // during the wait of the first click
+    if (button == "CloseButton")
         QApplication::exec();
-        QVERIFY(!program.window()->isVisible());
-    }
+    QTRY_VERIFY(!program.isDeviceWindowShown() || !program.window()->isVisible());
     QCOMPARE(QFileInfo(cacheFile()).size(), 10432);
-}
-
-void ConnectTest::clickOnTheWayBackIsNoChange_data()
-{
-    QTest::addColumn<bool>("isAwake");
-    QTest::newRow("awake") << true;
-    QTest::newRow("asleep") << false;
 }
 
 /** The way back serves the event loop for a moment. What comes then must neither be set nor open a prompt. */
 void ConnectTest::clickOnTheWayBackIsNoChange()
 {
-    QFETCH(bool, isAwake);
     Program program;
-    QVERIFY(program.connectMouse("q1"));
-    program.click("SensorButton");
-    const int before = heldRate();
-    if (!isAwake)
-        VirtualMice::tell({"sleep", "q1"});
-    program.forgetPrompts();
-    bool isClicked = false;
-    QTimer::singleShot(0, &program, [&] {
-        program.click(otherRate());
-        isClicked = true;
-    });
-    program.click("UpArrow");
-    QVERIFY2(isClicked, "the click has to come in the middle");
-    QVERIFY(!program.isDeviceWindowShown());
-    QCOMPARE(program.shownPrompts(), QStringList());
-    VirtualMice::tell({"wake", "q1"});
-    QTest::qWait(20);
-    QCOMPARE(heldRate(), before);
+    for (const char *state : {"wake", "sleep"}) {
+        QVERIFY(program.connectMouse("q1"));
+        program.click("SensorButton");
+        const int before = heldRate();
+        VirtualMice::tell({state, "q1"});
+        program.forgetPrompts();
+        bool isClicked = false;
+        QTimer::singleShot(0, &program, [&] {
+            program.click(otherRate());
+            isClicked = true;
+        });
+        program.click("UpArrow");
+        QVERIFY2(isClicked, "the click has to come in the middle");
+        QVERIFY(!program.isDeviceWindowShown());
+        QCOMPARE(program.shownPrompts(), QStringList());
+        VirtualMice::tell({"wake", "q1"});
+        QTest::qWait(20);
+        QCOMPARE(heldRate(), before);
+    }
 }
 
 // Window -------------------------------------------------------------------------------------------------------------
 
-void ConnectTest::languageChangesEverywhere()
+/** Some styles would show every item of a list, like a menu. */
+void ConnectTest::listOfLanguages()
 {
-    for (const char *style : {"Windows", "Fusion"}) { // some would show every item of a list, like a menu
+    for (const char *style : {"Windows", "Fusion"}) {
         QApplication::setStyle(style);
         const Program program;
         auto *const list = program.find<QComboBox>("comboBox");
@@ -556,13 +444,12 @@ void ConnectTest::languageChangesEverywhere()
         const QAbstractItemView *const view = list->view();
         QVERIFY(view->viewport()->height() < 6 * view->sizeHintForRow(0));
         list->hidePopup();
-        const QString english = program.find<QLabel>("label_3")->text();
-        list->setCurrentIndex(4);
-        Q_EMIT list->activated(4);
-        QCOMPARE(UserSettings::instance()->language(), 4);
-        QVERIFY(program.find<QLabel>("label_3")->text().contains(QRegularExpression("[а-я]")));
-        Q_EMIT list->activated(0);
-        QCOMPARE(program.find<QLabel>("label_3")->text(), english);
+        for (int language : {4, 0}) {
+            list->setCurrentIndex(language);
+            Q_EMIT list->activated(language);
+            QCOMPARE(UserSettings::instance()->language(), language);
+            QVERIFY(program.find<QLabel>("label_3")->text().contains(QRegularExpression("[а-я]")) == (language == 4));
+        }
     }
 }
 
@@ -580,34 +467,27 @@ void ConnectTest::keysOfTheWindow()
     MacroRecording = false;
 }
 
-void ConnectTest::movedByACompositor_data()
-{
-    QTest::addColumn<bool>("isPress");
-    QTest::newRow("the mouse comes") << false;
-    QTest::newRow("the mouse presses") << true;
-}
-
 /** On a Wayland desktop a program of X11 may hear of its window's place from the mouse alone. */
 void ConnectTest::movedByACompositor()
 {
 #ifndef Q_OS_LINUX
     QSKIP("no Wayland");
 #endif
-    QFETCH(bool, isPress);
-    const Program program;
-    const QPoint place = program.window()->pos();
-    const QPoint onScreen = place + QPoint(140, 90);
-    const auto comes = [&] {
-        QEnterEvent enter({40, 30}, {40, 30}, onScreen);
-        QMouseEvent press(QEvent::MouseButtonPress, {40, 30}, onScreen, Qt::RightButton, Qt::RightButton, {});
-        QCoreApplication::sendEvent(program.window()->windowHandle(), isPress ? static_cast<QEvent *>(&press) : &enter);
-    };
-    comes();
-    QCOMPARE(program.window()->pos(), place); // the system of windows tells where they are
     const auto desktop = qScopeGuard([] { qunsetenv("WAYLAND_DISPLAY"); });
-    qputenv("WAYLAND_DISPLAY", "wayland-0");
-    comes();
-    QCOMPARE(program.window()->mapToGlobal({40, 30}), onScreen);
+    const Program program;
+    const QPoint onScreen = program.window()->pos() + QPoint(140, 90);
+    QEnterEvent enter({40, 30}, {40, 30}, onScreen);
+    QMouseEvent press(QEvent::MouseButtonPress, {40, 30}, onScreen, Qt::RightButton, Qt::RightButton, {});
+    for (QEvent *event : {static_cast<QEvent *>(&enter), static_cast<QEvent *>(&press)}) {
+        qunsetenv("WAYLAND_DISPLAY");
+        const QPoint place = program.window()->pos();
+        QCoreApplication::sendEvent(program.window()->windowHandle(), event);
+        QCOMPARE(program.window()->pos(), place); // the system of windows tells where they are
+        qputenv("WAYLAND_DISPLAY", "wayland-0");
+        QCoreApplication::sendEvent(program.window()->windowHandle(), event);
+        QCOMPARE(program.window()->mapToGlobal({40, 30}), onScreen);
+        program.window()->move(place);
+    }
 }
 
 HALVARION_TEST_MAIN(ConnectTest)

@@ -1,5 +1,6 @@
 #include "sensor/DpiCoding.h"
 #include "sensor/MarkerDrag.h"
+#include "support/Rows.h"
 #include "support/SensorModel.h"
 #include "support/TestHome.h"
 
@@ -46,15 +47,8 @@ private Q_SLOTS:
 
 void DpiCodingTest::known_data()
 {
-    QTest::addColumn<QString>("sensor");
-    QTest::addColumn<QString>("range");
-    QTest::addColumn<int>("dpi");
-    QTest::addColumn<int>("currentFlags");
-    QTest::addColumn<QList<int>>("expected"); ///< code, flags, and what they decode to
-    const auto row = [](const char *name, const char *sensor, const QString &range, int dpi, int currentFlags,
-                        const QList<int> &expected) {
-        QTest::newRow(name) << QString(sensor) << range << dpi << currentFlags << expected;
-    };
+    // expected: code, flags, and what they decode to
+    const Rows<QString, QString, int, int, QList<int>> row("sensor", "range", "dpi", "currentFlags", "expected");
     row("eight bits are cut off", "3212", q1Range, 15000, 0, {43, 0, 2200});
     row("keys", "77", q2Range, 800, 0, {0x21, 0, 800});
     row("keys, doubled above the first row", "77", "50,700,50,800,1600,100,0x11", 800, 0, {0x20, 0x11, 800});
@@ -78,11 +72,11 @@ void DpiCodingTest::known()
 
 void DpiCodingTest::everyValueOfTheSlider_data()
 {
-    QTest::addColumn<QString>("range");
-    QTest::addColumn<int>("values"); ///< different ones that the slider can reach
-    QTest::newRow("wide steps") << "50,1000,50,1100,12000,100,0x22" << 20 + 110;
-    QTest::newRow("doubled") << "50,1000,50,1100,12000,100,0x11" << 20 + 110;
-    QTest::newRow("four rows") << fourRows << 40 + 20 + 40 + 40;
+    // values: different ones that the slider can reach
+    const Rows<QString, int> row("range", "values");
+    row("wide steps", "50,1000,50,1100,12000,100,0x22", 20 + 110);
+    row("doubled", "50,1000,50,1100,12000,100,0x11", 20 + 110);
+    row("four rows", fourRows, 40 + 20 + 40 + 40);
 }
 
 /** Of sensors that no shipped mouse has. */
@@ -104,13 +98,9 @@ void DpiCodingTest::everyValueOfTheSlider()
 
 void DpiCodingTest::steps_data()
 {
-    QTest::addColumn<QString>("range");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<QList<int>>("expected"); ///< snapped, step of the page keys, one up, one down
+    // expected: snapped, step of the page keys, one up, one down
+    const Rows<QString, int, QList<int>> row("range", "value", "expected");
     const QString meeting = QStringLiteral("50,1000,50,1000,2000,100,0x00");
-    const auto row = [](const char *name, const QString &range, int value, const QList<int> &expected) {
-        QTest::newRow(name) << range << value << expected;
-    };
     row("between two steps", q1Range, 1649, {1600, 50, 1699, 1599});
     row("the first", q1Range, 50, {50, 50, 100, 0});
     row("last of the first row", q1Range, 10000, {10000, 50, 10100, 9950});
@@ -135,23 +125,18 @@ void DpiCodingTest::steps()
 
 void DpiCodingTest::sensorFile_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("keys");
-    QTest::addColumn<QString>("ripple");
-    const auto row = [](const char *name, const char *text, const char *keys, const char *ripple = "") {
-        QTest::newRow(name) << QByteArray(text) << QString(keys) << QString(ripple);
-    };
-    row("Windows line ending", "#define A_DPI_5\t0x1F\r\n", "A_DPI_5=31");
-    row("two tabs before the decimal", "#define A\t\t12 //x\n", "A=12");
-    row("file order", "#define B\t2\n#define A\t1 //x\n", "B=2 A=1");
-    row("a last line without ending", "#define A\t0x1F", "");
-    row("a comment with a blank", "#define A\t12 // x\n", "");
-    row("no tab", "#define A 12\n#define B\n", "");
-    row("no define", "#undef A\t0x12\n", "");
-    row("no number", "#define A\t0xZZ\n#define B\t-1 //x\n#define C\t3\n", "C=3");
+    const Rows<QByteArray, QString, QString> row("text", "keys", "ripple");
+    row("Windows line ending", "#define A_DPI_5\t0x1F\r\n", "A_DPI_5=31", "");
+    row("two tabs before the decimal", "#define A\t\t12 //x\n", "A=12", "");
+    row("file order", "#define B\t2\n#define A\t1 //x\n", "B=2 A=1", "");
+    row("a last line without ending", "#define A\t0x1F", "", "");
+    row("a comment with a blank", "#define A\t12 // x\n", "", "");
+    row("no tab", "#define A 12\n#define B\n", "", "");
+    row("no define", "#undef A\t0x12\n", "", "");
+    row("no number", "#define A\t0xZZ\n#define B\t-1 //x\n#define C\t3\n", "C=3", "");
     row("feature", "#define SUPPORT_RIPPLE\t3395,3311\r\n", "", "3395,3311");
     row("feature on the last line", "#define SUPPORT_RIPPLE\t3395", "", "3395");
-    row("feature without a value", "#define SUPPORT_RIPPLE\n", "");
+    row("feature without a value", "#define SUPPORT_RIPPLE\n", "", "");
     row("the first name that occurs", "#define SUPPORT_FIXLINE_SUPPORT_RIPPLE\t1\n", "", "1");
 }
 

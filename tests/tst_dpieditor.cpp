@@ -2,13 +2,13 @@
 #include "sensor/MarkerDrag.h"
 #include "sensor/SensorDPI.h"
 #include "support/PageBench.h"
+#include "support/Rows.h"
 #include "support/Screen.h"
 #include "support/SensorModel.h"
 #include "support/SensorWidgets.h"
 #include "support/TestHome.h"
 
 #include <QColorDialog>
-#include <QDeadlineTimer>
 #include <QMouseEvent>
 #include <QSet>
 
@@ -21,8 +21,6 @@ private Q_SLOTS:
     void firstChangeAfterChoosing();
     void markerDrag_data();
     void markerDrag();
-    void exchangeIsOneUpdate();
-    void offline_data();
     void offline();
     void offlineChoiceInterruptedByARefill();
     void everyValueReachesTheSensor_data();
@@ -149,15 +147,12 @@ void DpiEditorTest::firstChangeAfterChoosing()
 
 void DpiEditorTest::markerDrag_data()
 {
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("from");
-    QTest::addColumn<QPoint>("place");
-    QTest::addColumn<int>("to");
-    QTest::newRow("one to the right") << 8 << 1 << QPoint(118 + 100, 170) << 2;
-    QTest::newRow("five to the left") << 8 << 6 << QPoint(573 - 440, 170) << 1;
-    QTest::newRow("beyond the last level it goes back") << 3 << 1 << QPoint(118 + 180, 170) << 1;
-    QTest::newRow("off the right end") << 8 << 6 << QPoint(710, 170) << 6;
-    QTest::newRow("out of the frame") << 8 << 3 << QPoint(500, 300) << 3;
+    const Rows<int, int, QPoint, int> row("count", "from", "place", "to");
+    row("one to the right", 8, 1, QPoint(118 + 100, 170), 2);
+    row("five to the left", 8, 6, QPoint(573 - 440, 170), 1);
+    row("beyond the last level it goes back", 3, 1, QPoint(118 + 180, 170), 1);
+    row("off the right end", 8, 6, QPoint(710, 170), 6);
+    row("out of the frame", 8, 3, QPoint(500, 300), 3);
 }
 
 void DpiEditorTest::markerDrag()
@@ -178,46 +173,20 @@ void DpiEditorTest::markerDrag()
     QVERIFY(isWritten());
 }
 
-/** At no moment does the mouse hold half of the exchange. */
-void DpiEditorTest::exchangeIsOneUpdate()
-{
-    setLevels(8, 7);
-    const FlashDataMap before = held();
-    find<QComboBox>("ChooseEvent")->setCurrentIndex(1);
-    const FlashDataMap after = working();
-    QVERIFY(before != after);
-    FlashDataMap now = before;
-    const QDeadlineTimer deadline(5000);
-    while (now != after && !deadline.hasExpired()) {
-        now = held();
-        QVERIFY(now == before || now == after);
-    }
-    QCOMPARE(now, after);
-    QCOMPARE(dpiOfTheMouse(), 28 * 50);
-}
-
 // Offline and silent -------------------------------------------------------------------------------------------------
-
-void DpiEditorTest::offline_data()
-{
-    QTest::addColumn<QString>("what");
-    for (const char *what : {"bar", "marker"})
-        QTest::newRow(what) << what;
-}
 
 /** One prompt for one deed of the user, and a record as it was. */
 void DpiEditorTest::offline()
 {
-    QFETCH(QString, what);
     setLevels(6, 3);
     VirtualMice::tell({"sleep", id});
     const FlashDataMap before = working();
     QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
-    if (what == "bar")
-        press(bar(1));
-    else
-        dragMarker(MarkerDrag::mark(3) + QPoint(5, 12), {300 + 100, 170});
+    press(bar(1));
     QCOMPARE(prompts.count(), 1);
+    show(before);
+    dragMarker(MarkerDrag::mark(3) + QPoint(5, 12), {300 + 100, 170});
+    QCOMPARE(prompts.count(), 2);
     QCOMPARE(working(), before);
     QCOMPARE(held(), before);
 }
@@ -249,10 +218,9 @@ void DpiEditorTest::offlineChoiceInterruptedByARefill()
 
 void DpiEditorTest::everyValueReachesTheSensor_data()
 {
-    QTest::addColumn<int>("model");
-    QTest::addColumn<int>("values");
-    QTest::newRow("Q1") << 0 << 360;
-    QTest::newRow("Q2") << 1 << 93;
+    const Rows<int, int> row("model", "values");
+    row("Q1", 0, 360);
+    row("Q2", 1, 93);
 }
 
 /** Every DPI value is what the sensor then runs at; the step buttons walk through all. A round gives one each level. */

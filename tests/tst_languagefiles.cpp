@@ -1,6 +1,7 @@
 #include "productdata/LanguageFile.h"
 #include "support/LanguageDocument.h"
 #include "support/Program.h"
+#include "support/Rows.h"
 #include "support/TestHome.h"
 
 #include <QAbstractButton>
@@ -84,12 +85,7 @@ private:
 /** A row each language: its file, what its script must hold, and what must not slip in from another language. */
 void TestLanguageFiles::languages()
 {
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("own");
-    QTest::addColumn<QString>("foreign");
-    const auto row = [](const char *language, const char *file, const char *own, const char *foreign) {
-        QTest::newRow(language) << QString(file) << QString(own) << QString(foreign);
-    };
+    const Rows<QString, QString, QString> row("file", "own", "foreign");
     // Kana and Hangul by their ranges: the script classes also take the full stop that Chinese shares with Japanese.
     row("English", "0-English.xml", "[A-Za-z]", R"([\p{Han}ぁ-ゖァ-ヺ가-힣\p{Cyrillic}])");
     row("Simplified Chinese", "1-简体中文.xml", R"(\p{Han})",

@@ -1,10 +1,8 @@
 #include "productdata/ConfigStore.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/ModelData.h"
-#include "productdata/Theme.h"
 #include "productdata/UserFolders.h"
 #include "productdata/UserSettings.h"
-#include "support/ProductCopy.h"
 #include "support/TestHome.h"
 
 #include <QFile>
@@ -18,9 +16,6 @@ class ProductDataTest : public QObject
 private Q_SLOTS:
     void codedKeysAreDecodedAndOthersAreNot();
     void settingsSurviveAnotherReader();
-    void damagedProduct_data();
-    void damagedProduct();
-    void probe();
 };
 
 void ProductDataTest::codedKeysAreDecodedAndOthersAreNot()
@@ -55,58 +50,6 @@ void ProductDataTest::settingsSurviveAnotherReader()
     QCOMPARE(settings->read("AutoStart", "Enable"), QStringLiteral("да, 是"));
     settings->remove("Language", "Language");
     QCOMPARE(settings->language(), 0);
-}
-
-// Damaged data beside the executable: a copy of this program is run in a folder of its own ---------------------------
-
-/** What the copy prints of what it could read. */
-void ProductDataTest::probe()
-{
-    if (!ProductCopy::isCopy())
-        QSKIP("runs in the copies that damagedProduct makes");
-    int texts = 0;
-    const bool read =
-        LanguageFile::readSection(0, "SameMacro", [&texts](const QString &, const QString &) { ++texts; });
-    ProductCopy::tell(QStringLiteral("models %1 vid '%2' label %3 texts %4 %5")
-                          .arg(ModelData::deviceTotal())
-                          .arg(ModelData::usbIds().vid, Theme::rgb(Theme::Colour::LabelColor))
-                          .arg(texts)
-                          .arg(read ? "whole" : "damaged"));
-}
-
-void ProductDataTest::damagedProduct_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("told");
-    const QString config = "usersetting/Config.ini";
-    const QString english = "Language/0-English.xml";
-    const QString usual = "models 2 vid 'F0A1' label 176,184,192 ";
-    const QString nothing = "models 0 vid '' label 176,184,192 texts 2 whole";
-    const auto row = [](const char *name, const QString &file, const QByteArray &content, const QString &told) {
-        QTest::newRow(name) << file << content << told;
-    };
-    row("empty product file", config, " ", nothing);
-    row("a colour with two numbers, a count that is none", config,
-        "[Option]\nDeviceTotal=many\nVID=RjBBMQ==\nLabelColor=1,2\n",
-        "models 0 vid 'F0A1' label 176,184,192 texts 2 whole");
-    row("a colour out of range, a count far too high", config,
-        "[Option]\nDeviceTotal=2000000000\nVID=%%%\nLabelColor=1,2,300\n",
-        "models 64 vid '' label 176,184,192 texts 2 whole");
-    row("cut inside a text", english, "<Total><SameMacro><label>a</label><NewHong>b", usual + "texts 1 damaged");
-    row("wrong encoding", english, "<Total><SameMacro><label>\xff\xfe\xe9</label></SameMacro></Total>",
-        usual + "texts 0 damaged");
-}
-
-void ProductDataTest::damagedProduct()
-{
-    QFETCH(QString, file);
-    QFETCH(QByteArray, content);
-    ProductCopy copy;
-    copy.replace(file, content);
-    const ProductCopy::Result result = copy.run("probe");
-    QCOMPARE(result.exitCode, 0);
-    QTEST(result.told, "told");
 }
 
 HALVARION_TEST_MAIN(ProductDataTest)

@@ -1,5 +1,6 @@
 #include "app/hub/PostMsg.h"
 #include "support/PromptDriver.h"
+#include "support/Rows.h"
 #include "support/TestHome.h"
 #include "ui/AddDelayTime.h"
 #include "ui/ContainReset.h"
@@ -72,16 +73,12 @@ void PromptEntriesTest::keyboard()
 
 void PromptEntriesTest::nameEntry_data()
 {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("name");
+    const Rows<QString, QString> row("typed", "name");
     // In the user's 8-bit encoding: on Windows, two bytes may be one there.
     const auto bytes = [](const QString &text) { return text.toLocal8Bit().size(); };
     const QString fourBytes = QString::fromUtf8("🖱"); // two QChars
     const int quarters = 27 / bytes(fourBytes);
     const QString threeBytes(QChar(0x6f22));
-    const auto row = [](const char *what, const QString &typed, const QString &name) {
-        QTest::newRow(what) << typed << name;
-    };
     row("blank at the end", "ab ", "ab");
     row("blanks only", "   ", "");
     row("31 ASCII", QString(31, 'x'), QString(30, 'x'));
@@ -139,9 +136,7 @@ void PromptEntriesTest::nameResult()
 
 void PromptEntriesTest::delayEntry_data()
 {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<int>("delay");
-    const auto row = [](const char *what, const QString &typed, int delay) { QTest::newRow(what) << typed << delay; };
+    const Rows<QString, int> row("typed", "delay");
     row("nothing", "", 10);
     row("too small", "9", 10);
     row("most", "65535", 65535);

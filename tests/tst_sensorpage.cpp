@@ -1,5 +1,6 @@
 #include "sensor/DpiCoding.h"
 #include "support/PageBench.h"
+#include "support/Rows.h"
 #include "support/Screen.h"
 #include "support/SensorWidgets.h"
 #include "support/TestHome.h"
@@ -131,20 +132,14 @@ void SensorPageTest::recordsShow()
 
 void SensorPageTest::features_data()
 {
-    QTest::addColumn<int>("model");
-    QTest::addColumn<int>("receiver");
-    QTest::addColumn<QString>("seen");
-    QTest::newRow("Q1") << 0 << receiver4K << "LOD frame frame_4 frame_3, HP, 550 600* 650 700 of 50 to 26000";
-    QTest::newRow("Q1 on its cable") << 0 << cable
-                                     << "LOD frame frame_4 frame_3, Corded disabled, 550 600* 650 700 of 50 to 26000";
-    QTest::newRow("Q2") << 1 << receiver1K << "LOD frame, LP disabled, 700 800* 900 1000 of 100 to 12400";
-    QTest::newRow("a model that nobody knows") << 2 << receiver1K << ", LP disabled,  of 50 to 10000";
+    const Rows<int, QString> row("model", "seen");
+    row("Q2", 1, "LOD frame, LP disabled, 700 800* 900 1000 of 100 to 12400");
+    row("a model that nobody knows", 2, ", LP disabled,  of 50 to 10000");
 }
 
 void SensorPageTest::features()
 {
     QFETCH(int, model);
-    QFETCH(int, receiver);
     const auto summary = [this] {
         QStringList seen;
         if (find("LOD")->isEnabled())
@@ -161,27 +156,19 @@ void SensorPageTest::features()
     if (model == 2)
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^DPIRange: "));
     sensorCoding().DpiRange = {};
-    select(model, receiver);
+    select(model, receiver1K);
     show(someRecord());
     QTEST(summary(), "seen");
     // The next model brings back what this one lacks.
     select(0, receiver4K);
     show(someRecord());
-    QVERIFY(summary().startsWith("LOD frame frame_4 frame_3, HP, "));
+    QCOMPARE(summary(), QStringLiteral("LOD frame frame_4 frame_3, HP, 550 600* 650 700 of 50 to 26000"));
 }
 
 void SensorPageTest::ratesAndModes_data()
 {
-    QTest::addColumn<int>("model");
-    QTest::addColumn<int>("receiver");
-    QTest::addColumn<int>("recordCode");
-    QTest::addColumn<QString>("event"); ///< "click", "report", "bulk" of an update of all settings, or none
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("shown");
-    const auto row = [](const char *name, int model, int receiver, int before, const char *event, int code,
-                        const char *shown) {
-        QTest::newRow(name) << model << receiver << before << event << code << shown;
-    };
+    // event: "click", "report", "bulk" of an update of all settings, or none
+    const Rows<int, int, int, QString, int, QString> row("model", "receiver", "recordCode", "event", "code", "shown");
     row("2000 Hz on a 1K receiver", 0, receiver1K, 16, "", 0, "4 of 111100 HP");
     row("2K receiver, a rate that it can't carry", 0, receiver2K, 32, "", 0, "5 of 111110 Corded disabled");
     row("class 3 is as 1", 0, 3, 1, "", 0, "3 of 111111 Corded disabled");
@@ -251,15 +238,12 @@ void SensorPageTest::cordedCannotBeChosen()
 
 void SensorPageTest::recordsAreNotTrusted_data()
 {
-    QTest::addColumn<int>("model");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("active");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("no levels") << 0 << 0 << 0 << "550*";
-    QTest::newRow("255 levels") << 0 << 255 << 7 << "550 600 650 700 750 800 850 900*";
-    QTest::newRow("more levels than the model has") << 1 << 8 << 4 << "700 800 900 1000 1100*";
-    QTest::newRow("a level beyond the count") << 0 << 3 << 6 << "550 600 650";
-    QTest::newRow("a level beyond all") << 0 << 3 << 255 << "550* 600 650";
+    const Rows<int, int, int, QString> row("model", "count", "active", "shown");
+    row("no levels", 0, 0, 0, "550*");
+    row("255 levels", 0, 255, 7, "550 600 650 700 750 800 850 900*");
+    row("more levels than the model has", 1, 8, 4, "700 800 900 1000 1100*");
+    row("a level beyond the count", 0, 3, 6, "550 600 650");
+    row("a level beyond all", 0, 3, 255, "550* 600 650");
 }
 
 /** Bytes that mean nothing show what can be shown. */
@@ -307,13 +291,11 @@ void SensorPageTest::reportsAreNotTrusted()
 
 void SensorPageTest::reset_data()
 {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("receiverRate");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("kind 1 on a 4K receiver") << 1 << 4 << "5 of 111111 Corded";
-    QTest::newRow("kind 1 on a 2K receiver") << 1 << 2 << "3 of 111100 LP";
-    QTest::newRow("kind 2") << 2 << 4 << "3 of 111100 LP";
-    QTest::newRow("another kind") << 7 << 4 << "3 of 111111 LP";
+    const Rows<int, int, QString> row("kind", "receiverRate", "shown");
+    row("kind 1 on a 4K receiver", 1, 4, "5 of 111111 Corded");
+    row("kind 1 on a 2K receiver", 1, 2, "3 of 111100 LP");
+    row("kind 2", 2, 4, "3 of 111100 LP");
+    row("another kind", 7, 4, "3 of 111111 LP");
 }
 
 /** After a factory reset the pages show what the mouse then holds, until that is read; and send none of it. */

@@ -3,6 +3,7 @@
 #include "productdata/UserFolders.h"
 #include "productdata/UserSettings.h"
 #include "support/Files.h"
+#include "support/Rows.h"
 #include "support/TestHome.h"
 
 #include <QDate>
@@ -80,16 +81,15 @@ void StartupTest::logWriterWritesDebugOnly()
 
 void StartupTest::windowPlace_data()
 {
-    QTest::addColumn<QString>("left");
-    QTest::addColumn<bool>("isTaken");
-    QTest::newRow("in sight") << "40" << true;
-    QTest::newRow("just enough in sight") << "-99" << true;
-    QTest::newRow("too little in sight") << "-101" << false;
-    QTest::newRow("no screen shows it") << "50000" << false;
-    QTest::newRow("largest number") << "2147483647" << false;
-    QTest::newRow("smallest number") << "-2147483648" << false;
-    QTest::newRow("beyond all numbers") << "99999999999" << false;
-    QTest::newRow("no number") << "left" << false;
+    const Rows<QString, bool> row("left", "isTaken");
+    row("in sight", "40", true);
+    row("just enough in sight", "-99", true);
+    row("too little in sight", "-101", false);
+    row("no screen shows it", "50000", false);
+    row("largest number", "2147483647", false);
+    row("smallest number", "-2147483648", false);
+    row("beyond all numbers", "99999999999", false);
+    row("no number", "left", false);
 }
 
 /** The place of the window comes from a file; one where nobody would see it isn't taken. */

@@ -1,3 +1,4 @@
+#include "support/Rows.h"
 #include "support/TestHome.h"
 #include "ui/LineBreaks.h"
 #include "ui/MyConmboBox.h"
@@ -89,16 +90,13 @@ private Q_SLOTS:
 
 void WidgetsTest::sliderJumps_data()
 {
-    QTest::addColumn<int>("minimum");
-    QTest::addColumn<int>("maximum");
-    QTest::addColumn<double>("x");
-    QTest::addColumn<int>("value");
-    QTest::newRow("middle, truncated") << 1 << 8 << 100.0 << 4;
-    QTest::newRow("beyond") << 1 << 8 << 5000.0 << 8;
-    QTest::newRow("before") << 1 << 8 << -300.0 << 1;
-    QTest::newRow("between pixels") << 0 << 400 << 100.25 << 200;
-    QTest::newRow("one value") << 3 << 3 << 100.0 << 3;
-    QTest::newRow("whole int range") << -2147483647 << 2147483647 << 150.0 << 1073741823;
+    const Rows<int, int, double, int> row("minimum", "maximum", "x", "value");
+    row("middle, truncated", 1, 8, 100.0, 4);
+    row("beyond", 1, 8, 5000.0, 8);
+    row("before", 1, 8, -300.0, 1);
+    row("between pixels", 0, 400, 100.25, 200);
+    row("one value", 3, 3, 100.0, 3);
+    row("whole int range", -2147483647, 2147483647, 150.0, 1073741823);
 }
 
 void WidgetsTest::sliderJumps()
@@ -181,15 +179,13 @@ void WidgetsTest::theWheelNeedsTheKeyboard()
 
 void WidgetsTest::linesEndBehindWords_data()
 {
-    QTest::addColumn<QString>("lines");
-    const char *const rows[] = {"请只插入需要修复的设备，|然后点击“确定”。",
-                                "一個巨集最多 70 個按鍵事件，|已達上限。",
-                                "プロファイルを|インポートしています。|お待ちください…",
-                                "デバイスが見つかりません。|接続し直して「OK」を|クリックしてください。",
-                                "마우스 설정을 읽는 중입니다. |잠시 기다려 주세요…",
-                                "A line of Latin letters is left to Qt, however long it is."};
-    for (const char *row : rows)
-        QTest::newRow(row) << row;
+    const Rows<QString> row("lines");
+    for (const char *lines : {"请只插入需要修复的设备，|然后点击“确定”。", "一個巨集最多 70 個按鍵事件，|已達上限。",
+                              "プロファイルを|インポートしています。|お待ちください…",
+                              "デバイスが見つかりません。|接続し直して「OK」を|クリックしてください。",
+                              "마우스 설정을 읽는 중입니다. |잠시 기다려 주세요…",
+                              "A line of Latin letters is left to Qt, however long it is."})
+        row(lines, lines);
 }
 
 /** Neither inside a word nor with more lines than that takes; nothing is lost but blanks that end a line. */

@@ -120,6 +120,12 @@ QString Program::pictureOf(const QString &mouse) const
 
 bool Program::connectMouse(const QString &mouse) { return connectEntry(pictureOf(mouse).mid(3).toInt()); }
 
+bool Program::goBack() const
+{
+    click("UpArrow");
+    return QTest::qWaitFor([this] { return !isDeviceWindowShown(); });
+}
+
 Prompt *Program::prompt(const QString &className)
 {
     const QWidgetList windows = QApplication::topLevelWidgets();

@@ -57,6 +57,8 @@ public:
     QString pictureOf(const QString &mouse) const;
     /** connectEntry() for the picture of that mouse, once the chooser shows it. */
     bool connectMouse(const QString &mouse);
+    /** Goes back to the chooser. \return false if that doesn't show within the usual time. */
+    bool goBack() const;
 
     /** Class names of the prompts shown since forgetPrompts(), in order. */
     const QStringList &shownPrompts() const { return prompts; }
