@@ -117,18 +117,13 @@ void FaultsBusTest::handsAtRandomMoments()
     constexpr int roundTime = 80;
     int hands = 0;
     for (int round = 0; round < rounds; ++round) {
-        // A second change of profile within 3 s is not read anew, as the status gate wants it.
-        QTest::qWait(Wait::scaled(3000));
-        bool isProfileChanged = false;
         // By timers: a click may open a prompt, whose event loop then runs what comes next.
         const auto later = [&](auto action) {
             QTimer::singleShot(static_cast<int>(random.bounded(roundTime)), bench.program().window(), action);
         };
         QStringList story;
         for (int index = static_cast<int>(random.bounded(2, 8)); index > 0; --index, ++hands) {
-            QStringList words = randomHand(random);
-            if (std::exchange(isProfileChanged, isProfileChanged || words[0] == "profile") && words[0] == "profile")
-                words = QStringList{"wake", "q1"};
+            const QStringList words = randomHand(random);
             story << words.join(' ');
             later([&bench, words] {
                 // There may be no such level in the profile that is active now; a hand can't press it then.

@@ -287,7 +287,13 @@ void ProfileFileTest::fileDialogs()
 
 void ProfileFileTest::chosenProfileAndSleep()
 {
-    open("q1");
+    open("q1", [] {
+        FlashDataMap other = VirtualMice::record("q1");
+        other.Lod = 2;
+        VirtualMice::tell({"profile", "q1", "2"});
+        VirtualMice::flash("q1", other);
+        VirtualMice::tell({"profile", "q1", "0"});
+    });
     auto *const list = program().find<MyConmboBox>("ProjectChoose");
     QTRY_VERIFY(list->isEnabled() && list->count() == 4);
     const auto choose = [list] {
@@ -295,15 +301,18 @@ void ProfileFileTest::chosenProfileAndSleep()
         Q_EMIT list->activated(list->currentIndex());
     };
     choose();
-    QTRY_COMPARE(VirtualMice::device("q1")["profile"].toInt(), 1);
     QTRY_VERIFY(list->currentIndex() == 1 && program().isConnected());
+    choose(); // before the program reads a mouse anew again
+    QTRY_COMPARE(VirtualMice::device("q1")["profile"].toInt(), 2);
+    QCOMPARE(bench->settle(15000), QString());
+    QCOMPARE(list->currentIndex(), 2);
     list->setCurrentIndex(3);
     Q_EMIT list->activated(7); // which the mouse doesn't have and refuses
-    QTRY_COMPARE(list->currentIndex(), 1);
+    QTRY_COMPARE(list->currentIndex(), 2);
     VirtualMice::tell({"sleep", "q1"});
     choose();
-    QCOMPARE(list->currentIndex(), 1);
-    QCOMPARE(VirtualMice::device("q1")["profile"].toInt(), 1);
+    QCOMPARE(list->currentIndex(), 2);
+    QCOMPARE(VirtualMice::device("q1")["profile"].toInt(), 2);
 
     for (const char *button : {"Reset", "ImportData"}) {
         program().forgetPrompts();

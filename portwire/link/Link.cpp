@@ -158,9 +158,6 @@ Outcome Link::runJob(Work::Step step)
     toDo->finish(step, isDone ? &answer.frame : nullptr);
     if (isDone && job.isRead())
         deliver(step, answer.frame);
-    // The choice is on the screen already. Where the mouse didn't take it, the program is told what it has.
-    if (job.kind == Job::Kind::SelectProfile && !(isDone && answer.frame.payload[0] == job.request.payload[0]))
-        toDo->add({Job::Kind::Read, {ReportCode::CurrentConfig}});
     // Whoever pairs waits for a status, and there will be none from a receiver that didn't take the order.
     if (!isDone && job.request.code == ReportCode::EnterPairing) {
         const Frame failed{ReportCode::PairingStatus, 0, 0, 0, {pairingFailed}};

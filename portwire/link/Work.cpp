@@ -176,8 +176,9 @@ void Work::finish(const Step &step, const Frame *answer)
         begin(job->writesBehind);
         isOutdated = false;
         profile = answer ? std::optional(answer->payload[0]) : std::nullopt;
-        if (!answer)
-            jobs.add(Job::wholeRecord()); // who chose it sees what is active instead
+        // Also where the mouse didn't take it: whoever chose it has the choice on the screen, and the program asks for
+        // the number behind each record.
+        jobs.add(Job::wholeRecord());
         break;
     case Job::Kind::FactoryReset:
         begin(job->writesBehind);

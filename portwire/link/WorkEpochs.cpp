@@ -106,6 +106,9 @@ void Work::profileIs(std::optional<std::uint8_t> told)
         logDropped(epoch->size(), jobs.dropResets(), "the mouse has another profile active");
         begin(std::make_shared<WriteQueue>());
         isOutdated = true;
+        // The program reads anew by itself only if the last time is long enough ago, and profile buttons are pressed
+        // several times in a row.
+        jobs.add(Job::wholeRecord());
     }
     profile = told;
     if (!jobs.front(JobOrder::Checks))
