@@ -1,10 +1,12 @@
 #include "app/TextSetup.h"
 #include "devicelink/DeviceCache.h"
 #include "macro/MacroFile.h"
+#include "macro/MacroImage.h"
 #include "productdata/UserFolders.h"
 #include "productdata/UserSettings.h"
 #include "support/ButtonBench.h"
 #include "support/Keys.h"
+#include "support/MacroText.h"
 #include "support/ProductCopy.h"
 #include "support/TestHome.h"
 #include "ui/MyConmboBox.h"
@@ -13,81 +15,32 @@
 
 namespace {
 
-struct TestRow
-{
-    const char *name;
-    int slot;
-};
-constexpr TestRow testRows[] = {{"FireKey", 0},    {"RightKey", 1}, {"BackKey", 2},
-                                {"StartPause", 4}, {"TopMusic", 3}, {"BackMusic", 5}};
+/** Rows and their slots. */
+constexpr std::pair<const char *, int> testRows[] = {{"FireKey", 0},    {"RightKey", 1}, {"BackKey", 2},
+                                                     {"StartPause", 4}, {"TopMusic", 3}, {"BackMusic", 5}};
 
-/** Entry, the entry that opens its list, the bytes of its function, and what the pressed button does. */
-constexpr const char *functions[] = {
-    "LeftKey_3 - 1 1 0 button 1",
-    "RightKey_3 - 1 2 0 button 2",
-    "MidKey - 1 4 0 button 4",
-    "BackKey_2 - 1 8 0 button 8",
-    "ForWardKey - 1 16 0 button 16",
-    "DPI_5 - 0 0 0",
-    "DPI_2 - 7 0 0 rate",
-    "VolumeUp_14 DPI_13 11 1 0 wheel 1",
-    "VolumeDown_14 DPI_13 11 2 0 wheel -1",
-    "VolumeUp_2 DPI_11 3 1 0 tilt -1",
-    "VolumeDown_2 DPI_11 3 2 0 tilt 1",
-    "VolumeUp_8 DPI_7 2 1 0 dpi",
-    "VolumeUp_9 DPI_7 2 2 0 dpi",
-    "VolumeUp_10 DPI_7 2 3 0 dpi",
-};
-
-/** DPI locks: entry and DPI. */
-constexpr const char *locks[] = {"VolumeUp_11 100", "VolumeUp_12 200",  "VolumeUp_13 300",  "VolumeUp_16 400",
-                                 "VolumeUp_15 500", "VolumeUp_19 600",  "VolumeUp_20 700",  "VolumeUp_22 800",
-                                 "VolumeUp_18 900", "VolumeUp_24 1000", "VolumeUp_23 1100", "VolumeUp_21 1200"};
-
-/** Entry and usage of the HID consumer page. */
-constexpr const char *consumerKeys[] = {
-    "Player 183",        "StartPause_2 cd",   "BackMusic_2 b5",   "TopMusic_2 b6",    "Mute b7",
-    "VolumeUp e2",       "VolumeDown e9",     "VolumeDown_4 ea",  "VolumeDown_5 18a", "VolumeDown_6 192",
-    "VolumeDown_3 194",  "VolumeDown_8 223",  "VolumeDown_9 221", "VolumeDown_7 225", "VolumeDown_10 224",
-    "VolumeDown_12 226", "VolumeDown_13 227", "VolumeDown_11 22a"};
-
-KeySequence consumerBytes(int usage)
-{
-    const auto code = static_cast<std::uint16_t>(usage);
-    return {2, {}, {{0, 2, code, 10}, {1, 2, code, 10}}};
-}
-
-struct Choice
-{
-    QString entry;
-    QString opener; ///< the entry that opens its list
-    KeyFunction function;
-    int usage;    ///< of a consumer key
-    QString does; ///< the beginning of what the mouse tells
-};
-
-QList<Choice> choicesOf(int model)
-{
-    QList<Choice> all;
-    const auto byte = [](const QString &text) { return static_cast<std::uint8_t>(text.toInt()); };
-    for (const char *line : functions) {
-        const QStringList parts = QString(line).split(' ');
-        const KeyFunction function{byte(parts[2]), byte(parts[3]), byte(parts[4])};
-        all << Choice{parts[0], parts[1] == "-" ? QString() : parts[1], function, 0, parts.mid(5).join(' ')};
-    }
-    for (const char *line : locks) {
-        const QStringList parts = QString(line).split(' ');
-        const int dpi = parts[1].toInt();
-        const auto code = static_cast<std::uint8_t>(model == 0 ? dpi / 50 - 1 : dpi / 100 + 3);
-        all << Choice{parts[0], "DPI_4", {10, code, 0}, 0, "dpi " + parts[1]};
-    }
-    for (const char *line : consumerKeys) {
-        const QStringList parts = QString(line).split(' ');
-        const int usage = parts[1].toInt(nullptr, 16);
-        all << Choice{parts[0], "DPI_12", {5, 0, 0}, usage, QString("consumer %1").arg(usage)};
-    }
-    return all;
-}
+/**
+ * Entry, the entry that opens its list, the bytes of its function, and what the mouse tells when the button is pressed:
+ * of a DPI lock the DPI, for which each sensor has its own code, of a consumer key the usage.
+ */
+constexpr char choices[] =
+    "LeftKey_3 - 1 1 0 button 1, RightKey_3 - 1 2 0 button 2, MidKey - 1 4 0 button 4, BackKey_2 - 1 8 0 button 8, "
+    "ForWardKey - 1 16 0 button 16, DPI_5 - 0 0 0, DPI_2 - 7 0 0 rate, VolumeUp_14 DPI_13 11 1 0 wheel 1, "
+    "VolumeDown_14 DPI_13 11 2 0 wheel -1, VolumeUp_2 DPI_11 3 1 0 tilt -1, VolumeDown_2 DPI_11 3 2 0 tilt 1, "
+    "VolumeUp_8 DPI_7 2 1 0 dpi, VolumeUp_9 DPI_7 2 2 0 dpi, VolumeUp_10 DPI_7 2 3 0 dpi, "
+    "VolumeUp_11 DPI_4 10 0 0 dpi 100, VolumeUp_12 DPI_4 10 0 0 dpi 200, VolumeUp_13 DPI_4 10 0 0 dpi 300, "
+    "VolumeUp_16 DPI_4 10 0 0 dpi 400, VolumeUp_15 DPI_4 10 0 0 dpi 500, VolumeUp_19 DPI_4 10 0 0 dpi 600, "
+    "VolumeUp_20 DPI_4 10 0 0 dpi 700, VolumeUp_22 DPI_4 10 0 0 dpi 800, VolumeUp_18 DPI_4 10 0 0 dpi 900, "
+    "VolumeUp_24 DPI_4 10 0 0 dpi 1000, VolumeUp_23 DPI_4 10 0 0 dpi 1100, VolumeUp_21 DPI_4 10 0 0 dpi 1200, "
+    "Player DPI_12 5 0 0 consumer 0x183, StartPause_2 DPI_12 5 0 0 consumer 0xcd, "
+    "BackMusic_2 DPI_12 5 0 0 consumer 0xb5, TopMusic_2 DPI_12 5 0 0 consumer 0xb6, Mute DPI_12 5 0 0 consumer 0xb7, "
+    "VolumeUp DPI_12 5 0 0 consumer 0xe2, VolumeDown DPI_12 5 0 0 consumer 0xe9, "
+    "VolumeDown_4 DPI_12 5 0 0 consumer 0xea, VolumeDown_5 DPI_12 5 0 0 consumer 0x18a, "
+    "VolumeDown_6 DPI_12 5 0 0 consumer 0x192, VolumeDown_3 DPI_12 5 0 0 consumer 0x194, "
+    "VolumeDown_8 DPI_12 5 0 0 consumer 0x223, VolumeDown_9 DPI_12 5 0 0 consumer 0x221, "
+    "VolumeDown_7 DPI_12 5 0 0 consumer 0x225, VolumeDown_10 DPI_12 5 0 0 consumer 0x224, "
+    "VolumeDown_12 DPI_12 5 0 0 consumer 0x226, VolumeDown_13 DPI_12 5 0 0 consumer 0x227, "
+    "VolumeDown_11 DPI_12 5 0 0 consumer 0x22a";
 
 } // namespace
 
@@ -100,7 +53,6 @@ private Q_SLOTS:
     void init();
     void everyFunctionOnEveryButton_data();
     void everyFunctionOnEveryButton();
-    void storedFunctionIsShown_data();
     void storedFunctionIsShown();
     void lastLeftButtonStays();
     void combinationAndFireKey();
@@ -108,7 +60,6 @@ private Q_SLOTS:
     void pressBesideTheMenus();
     void languageGivesRowsNewWords();
     void macroOnButtons();
-    void deletedMacroGivesDefaults_data();
     void deletedMacroGivesDefaults();
     void deleteInCopy();
     void factoryLookAndProfiles();
@@ -134,7 +85,7 @@ void ButtonPageTest::everyFunctionOnEveryButton_data()
     QTest::addColumn<int>("row");
     for (int model = 0; model < 2; ++model) {
         for (int row = 0; row < 6; ++row)
-            QTest::addRow("q%d %s", model + 1, testRows[row].name) << model << row;
+            QTest::addRow("q%d %s", model + 1, testRows[row].first) << model << row;
     }
 }
 
@@ -142,94 +93,82 @@ void ButtonPageTest::everyFunctionOnEveryButton()
 {
     QFETCH(int, model);
     QFETCH(int, row);
-    const TestRow &tested = testRows[row];
+    const auto &[name, slot] = testRows[row];
     ButtonBench bench(model);
     // On a machine that is busy with others the mouse may miss the time for its answer. The program then says so and
     // leaves the button alone, and a user tries again.
     QSignalSpy offline(postMsg(), &PostMsg::SigMouseOffLineo);
-    const auto assign = [&](const QString &name, const Choice &choice) {
+    const auto assign = [&](const QString &to, const QString &opener, const QString &entry) {
         do {
             offline.clear();
-            bench.click(name);
-            if (!choice.opener.isEmpty())
-                bench.click(choice.opener);
-            bench.click(choice.entry);
+            bench.click(to);
+            if (!opener.isEmpty())
+                bench.click(opener);
+            bench.click(entry);
         } while (!offline.isEmpty());
     };
     // The first row may change while another one is left.
     if (row == 0)
-        assign("RightKey", {"LeftKey_3", {}, {}, 0, {}});
+        assign("RightKey", "", "LeftKey_3");
     QVERIFY(bench.isWritten());
     FlashDataMap expected = bench.held();
-    const QList<Choice> all = choicesOf(model);
-    for (const Choice &choice : all) {
-        expected.KeyFunctions[tested.slot] = choice.function;
-        if (choice.usage != 0)
-            expected.KeySequences[tested.slot] = consumerBytes(choice.usage);
-        assign(tested.name, choice);
-        QVERIFY2(bench.comesToHold(expected), qPrintable(choice.entry));
-        const QString chosen = bench.button(choice.entry)->text();
-        QCOMPARE(bench.button(tested.name)->text(), choice.opener == "DPI_4" ? "DPI lock-" + chosen : chosen);
+    for (const QString &choice : QString(choices).split(", ")) {
+        const QStringList words = choice.split(' ');
+        const QString opener = words[1] == "-" ? QString() : words[1];
+        const auto byte = [&words](int at) { return std::uint8_t(words[at].toInt()); };
+        const int told = words.last().toInt(nullptr, 0);
+        expected.KeyFunctions[slot] = {byte(2), byte(3), byte(4)};
+        if (opener == "DPI_4")
+            expected.KeyFunctions[slot].KeyParam1 = std::uint8_t(model == 0 ? told / 50 - 1 : told / 100 + 3);
+        if (const auto usage = std::uint16_t(told); opener == "DPI_12")
+            expected.KeySequences[slot] = {2, {}, {{0, 2, usage, 10}, {1, 2, usage, 10}}};
+        assign(name, opener, words[0]);
+        QVERIFY2(QTest::qWaitFor([&] { return bench.held() == expected; }), qPrintable(choice));
+        const QString chosen = bench.button(words[0])->text();
+        QCOMPARE(bench.button(name)->text(), opener == "DPI_4" ? "DPI lock-" + chosen : chosen);
         QCOMPARE(bench.menu(), QString("page page_9"));
-        QVERIFY(bench.button(tested.name)->isChecked());
-        const QStringList sent = bench.pressed(tested.slot);
-        QVERIFY2(choice.does.isEmpty() ? sent.isEmpty() : sent.value(0).startsWith(choice.does),
-                 qPrintable(choice.entry + ": " + sent.join(", ")));
-        if (choice.opener.isEmpty() || choice.opener == "DPI_7") {
+        QVERIFY(bench.button(name)->isChecked());
+        const QString sent = bench.pressed(slot).value(0);
+        const QString does = words.value(5) + (words.size() > 6 ? QString(" %1").arg(told) : QString());
+        QVERIFY2(does.isEmpty() ? sent.isEmpty() : sent.startsWith(does), qPrintable(choice + " told " + sent));
+        if (opener.isEmpty() || opener == "DPI_7") {
             // The mouse changed its DPI or its rate, and tells the program.
             QVERIFY(bench.isWritten());
             expected = bench.held();
         }
-        bench.click(tested.name);
-        QVERIFY2(!bench.button(choice.entry)->visibleRegion().isEmpty(), qPrintable(choice.entry));
-        QCOMPARE(bench.checkedEntries(),
-                 choice.opener.isEmpty() ? QStringList{choice.entry} : QStringList({choice.opener, choice.entry}));
+        bench.click(name);
+        QVERIFY2(!bench.button(words[0])->visibleRegion().isEmpty(), qPrintable(choice));
+        QCOMPARE(bench.checkedEntries(), opener.isEmpty() ? QStringList{words[0]} : QStringList({opener, words[0]}));
     }
-}
-
-void ButtonPageTest::storedFunctionIsShown_data()
-{
-    QTest::addColumn<QByteArray>("function");
-    QTest::addColumn<QByteArray>("sequence");
-    QTest::addColumn<QString>("shown");
-    QTest::addColumn<QString>("opened");
-    const auto row = [](const char *name, const KeyFunction &function, const char *sequence, const QString &shown,
-                        const QString &opened) {
-        QTest::newRow(name) << bytesOf(function) << QByteArray::fromHex(sequence) << shown << opened;
-    };
-    const QString kept = "Middle button";
-    row("profile", {9, 0, 0}, "", "Switch profile", "page_2 page_9");
-    row("all lights", {8, 0, 0}, "", "All lights on/off", "page_2 page_6");
-    row("strip effect", {8, 4, 0}, "", "Next strip effect", "page_2 page_6");
-    row("light 2 isn't used", {8, 2, 0}, "", kept, "page_2 page_6");
-    row("unknown type", {12, 1, 0}, "", kept, "page_2 page_9");
-    row("unknown button", {1, 3, 0}, "", kept, "page_2 page_9");
-    row("fire key", {4, 20, 0}, "", "Fire key", "page_2 page_9");
-    row("Ctrl+C", {5, 0, 0}, "04000000 000001000a000000 000106000a000000 010106000a000000 010001000a000000", "Ctrl+C",
-        "page_2 page_9");
-    row("counts and codes from elsewhere", {5, 0, 0}, "ff000000 0001ff0100000000 00014000", "+Alt++++",
-        "page_2 page_9");
-    row("no key", {5, 0, 0}, "02000000 00010000 0a000000", "", "page_2 page_9");
-    row("unknown consumer key", {5, 0, 0}, "02000000 000201000a000000", kept, "page_2 page_3");
-    row("consumer key by its low byte", {5, 0, 0}, "02000000 0002b5770a000000", "Next track", "page_2 page_3");
-    row("DPI lock", {10, 200, 0}, "", "DPI lock-10050", "page_2 page_8");
 }
 
 void ButtonPageTest::storedFunctionIsShown()
 {
-    QFETCH(QByteArray, function);
-    QFETCH(QByteArray, sequence);
-    QFETCH(QString, shown);
-    QFETCH(QString, opened);
     ButtonBench bench(0);
-    FlashDataMap record = bench.held();
-    std::memcpy(&record.KeyFunctions[2], function.constData(), sizeof(KeyFunction));
-    std::memcpy(&record.KeySequences[2], sequence.constData(), std::size_t(sequence.size()));
-    bench.page->SlotUpDataButtonUIB(record);
-    QCOMPARE(bench.button("BackKey")->text(), shown);
-    QVERIFY(!ButtonUiUpdating);
-    bench.click("BackKey");
-    QCOMPARE(bench.menu(), opened);
+    const FlashDataMap held = bench.held();
+    const char *const kept = "Middle button";
+    const std::tuple<const char *, const char *, const char *, const char *> functions[] = {
+        {"090000", "", "Switch profile", "page_9"},
+        {"080400", "", "Next strip effect", "page_6"},
+        {"080200", "", kept, "page_6"}, // light 2 isn't used
+        {"0c0100", "", kept, "page_9"}, // neither type 12
+        {"010300", "", kept, "page_9"}, // nor two buttons at once
+        {"050000", "ff000000 0001ff0100000000 00014000", "+Alt++++", "page_9"},
+        {"050000", "02000000 00010000 0a000000", "", "page_9"},
+        {"050000", "02000000 000201000a000000", kept, "page_3"},
+        {"050000", "02000000 0002b5770a000000", "Next track", "page_3"}, // by its low byte
+        {"0ac800", "", "DPI lock-10050", "page_8"}};
+    for (const auto &[function, sequence, shown, opened] : functions) {
+        FlashDataMap record = held;
+        const QByteArray events = QByteArray::fromHex(sequence);
+        std::memcpy(&record.KeyFunctions[2], QByteArray::fromHex(function).constData(), sizeof(KeyFunction));
+        std::memcpy(&record.KeySequences[2], events.constData(), std::size_t(events.size()));
+        bench.page->SlotUpDataButtonUIB(held);
+        bench.page->SlotUpDataButtonUIB(record);
+        QCOMPARE(bench.button("BackKey")->text(), QString(shown));
+        bench.click("BackKey");
+        QCOMPARE(bench.menu(), QString("page_2 ") + opened);
+    }
 }
 
 void ButtonPageTest::lastLeftButtonStays()
@@ -245,15 +184,12 @@ void ButtonPageTest::lastLeftButtonStays()
     });
     answer.start(5);
     bench.click("FireKey");
-    QCOMPARE(prompts, 1);
-    QCOMPARE(bench.menu(), QString("page page_9"));
-    QVERIFY(!bench.button("FireKey")->isChecked());
+    QVERIFY(prompts == 1 && bench.menu() == "page page_9" && !bench.button("FireKey")->isChecked());
     for (const char *button : {"BackMusic", "LeftKey_3", "FireKey"})
         bench.click(button);
     QCOMPARE(prompts, 1);
     bench.click("DPI_10"); // a list of macros without a macro
-    QCOMPARE(prompts, 2);
-    QCOMPARE(bench.menu(), QString("page_2 page_9"));
+    QVERIFY(prompts == 2 && bench.menu() == "page_2 page_9");
 }
 
 void ButtonPageTest::combinationAndFireKey()
@@ -311,17 +247,13 @@ void ButtonPageTest::sleepingMouseKeepsItsRows()
     ButtonBench bench(0);
     QVERIFY(MacroFile::write("Jump", {}));
     postMsg()->post(&PostMsg::SigAddMacroButton);
-    bench.click("BackKey");
     VirtualMice::tell({"sleep", "q1"});
     QSignalSpy prompts(postMsg(), &PostMsg::SigMouseOffLineo);
     const auto refused = [&](const char *list, const QString &entry) {
         bench.click("BackKey");
         if (list)
             bench.click(list);
-        if (entry == "Jump")
-            bench.find<QWidget>("MacroListWidget")->findChild<QToolButton *>()->click();
-        else
-            bench.click(entry);
+        entry == "Jump" ? bench.clickMacro(entry) : bench.click(entry);
         return bench.button("BackKey")->text() == "Middle button" && bench.menu() == "page page_9" &&
                prompts.takeFirst() == QVariantList{0} && prompts.isEmpty();
     };
@@ -336,8 +268,7 @@ void ButtonPageTest::pressBesideTheMenus()
 {
     ButtonBench bench(0);
     const auto press = [&](const QString &widget, const QPoint &at) {
-        QWidget *const target = widget.isEmpty() ? bench.page.get() : bench.find<QWidget>(widget);
-        QTest::mouseClick(target, Qt::LeftButton, {}, at);
+        QTest::mouseClick(widget.isEmpty() ? bench.page.get() : bench.find<QWidget>(widget), Qt::LeftButton, {}, at);
         return bench.menu() + (bench.button("BackKey")->isChecked() ? " row" : "");
     };
     // Beside the entries of a list nothing closes; between the rows the menu stays too.
@@ -365,33 +296,25 @@ void ButtonPageTest::languageGivesRowsNewWords()
     postMsg()->post(&PostMsg::SigChangeLanguage, 5);
     QCOMPARE(bench.button("BackMusic")->text(), bench.button("DPI_5")->text());
     QVERIFY(bench.button("BackMusic")->text() != "Unassigned");
-    QCOMPARE(bench.find<QLabel>("label_3")->text(), QString("デバウンス時間"));
     QVERIFY(!bench.button("ImportData")->toolTip().isEmpty());
 }
 
 void ButtonPageTest::macroOnButtons()
 {
     ButtonBench bench(0);
-    const MacroKey &a = *KeyTable::find("A");
-    const MacroRows tap = {MacroRow::event(a, MacroRow::Action::Press), MacroRow::delay(70000),
-                           MacroRow::event(a, MacroRow::Action::Release)};
-    QVERIFY(MacroFile::write("A", {254, tap}));
+    QVERIFY(MacroFile::write("A", {254, MacroText::rows("A+ 70000ms A-")}));
     QVERIFY(MacroFile::write("B & b", {}));
     postMsg()->post(&PostMsg::SigAddMacroButton);
     const auto choose = [&](const QString &row, const QString &macro) {
         bench.click(row);
         bench.click("DPI_10");
-        for (auto *each : bench.find<QWidget>("MacroListWidget")->findChildren<QToolButton *>()) {
-            if (each->text() == macro)
-                each->click();
-        }
+        bench.clickMacro(macro);
     };
     // The same name as the text of a combination on another row.
     FlashDataMap record = bench.held();
     record.KeyFunctions[5] = {5, 0, 0};
     record.KeySequences[5] = {2, {}, {{0, 1, 4, 10}, {1, 1, 4, 10}}};
-    WorkingRecord::instance().updateAndSend([&](FlashDataMap &working) { working = record; });
-    bench.page->SlotUpDataButtonUIB(record);
+    bench.hold(record);
     QCOMPARE(bench.button("BackMusic")->text(), QString("A"));
 
     choose("BackKey", "A");
@@ -421,10 +344,8 @@ void ButtonPageTest::macroOnButtons()
     postMsg()->post(&PostMsg::SigUpDataMacro, QString("A"), 1);
     postMsg()->post(&PostMsg::SigMacroRename, QString("A"), QString("Ä"));
     QVERIFY(bench.isWritten());
-    const QByteArray local = QString("Ä").toLocal8Bit();
     MacroSlot followed = record.MacroSlots[3];
-    followed.NameLength = std::uint8_t(local.size());
-    std::memcpy(followed.Name, local.constData(), std::size_t(local.size()));
+    MacroImage::setName(followed, "Ä");
     QCOMPARE(bytesOf(bench.held().MacroSlots[3]), bytesOf(followed));
     QCOMPARE(bytesOf(bench.held().KeyFunctions[3]), QByteArray::fromHex("060307"));
     QCOMPARE(bytesOf(bench.held().KeyFunctions[5]), QByteArray::fromHex("050000"));
@@ -433,11 +354,11 @@ void ButtonPageTest::macroOnButtons()
 
 void ButtonPageTest::deletedMacroGivesDefaults()
 {
-    QFETCH(QByteArrayList, parameters);
-    QFETCH(QString, left);
     ProductCopy copy;
-    copy.change("usersetting/Config.ini", [&parameters](QByteArray content) {
-        for (const QByteArray &parameter : parameters) {
+    copy.change("usersetting/Config.ini", [](QByteArray content) {
+        // Of slots 1, 2 and 5; nobody knows what the second one is. Slot 4 keeps its own.
+        for (const QByteArray parameter :
+             {"KeyParam2=0x05,0x00,0xCD", "KeyParam3=0x05,0x00", "KeyParam6=0x05,0x00,0x00,Ctrl+Shift+A"}) {
             const int line = content.indexOf(parameter.left(10));
             content.replace(line, content.indexOf('\n', line) - line, parameter);
         }
@@ -445,17 +366,6 @@ void ButtonPageTest::deletedMacroGivesDefaults()
     });
     const ProductCopy::Result result = copy.run("deleteInCopy");
     QVERIFY2(result.exitCode == 0, result.log.constData());
-    QCOMPARE(result.told, left);
-}
-
-void ButtonPageTest::deletedMacroGivesDefaults_data()
-{
-    QTest::addColumn<QByteArrayList>("parameters");
-    QTest::addColumn<QString>("left"); ///< of rows 2 and 6: text, function, and the beginning of the sequence
-    QTest::newRow("of the model") << QByteArrayList{"KeyParam2=0x05,0x00,0xCD", "KeyParam6=0x05,0x00,0x00,Ctrl+Shift+A"}
-                                  << "Play/Pause 050000 02 | Ctrl+Shift+A 050000 06";
-    QTest::newRow("nobody knows") << QByteArrayList{"KeyParam2=0x05,0x00"}
-                                  << "Macro: Old 060101 06 | DPI cycle 020100 00";
 }
 
 void ButtonPageTest::deleteInCopy()
@@ -464,22 +374,23 @@ void ButtonPageTest::deleteInCopy()
         return;
     ButtonBench bench(0);
     FlashDataMap record = bench.held();
-    for (const int slot : {1, 5}) {
+    for (const int slot : {1, 2, 4, 5}) {
         record.KeyFunctions[slot] = {6, std::uint8_t(slot), 1};
         record.KeySequences[slot].EventCount = 6;
         std::memcpy(record.MacroSlots[slot].Name, "Old", 3);
     }
-    WorkingRecord::instance().updateAndSend([&](FlashDataMap &working) { working = record; });
-    bench.page->SlotUpDataButtonUIB(record);
+    bench.hold(record);
     postMsg()->post(&PostMsg::SigDeleteMacroButton, QString("Macro: Old"));
     QVERIFY(bench.isWritten());
     QCOMPARE(bench.menu(), QString("page page_9"));
-    const FlashDataMap held = WorkingRecord::instance().copy();
-    QStringList left;
-    for (const auto &[row, slot] : {std::pair("RightKey", 1), std::pair("BackMusic", 5)})
-        left << bench.button(row)->text() + ' ' + bytesOf(held.KeyFunctions[slot]).toHex() + ' ' +
-                    bytesOf(held.KeySequences[slot]).left(1).toHex();
-    ProductCopy::tell(left.join(" | "));
+    for (const auto &[row, slot, text, function, events] :
+         {std::tuple("RightKey", 1, "Play/Pause", "050000", 2), std::tuple("BackKey", 2, "Macro: Old", "060201", 6),
+          std::tuple("StartPause", 4, "Back button", "010800", 0),
+          std::tuple("BackMusic", 5, "Ctrl+Shift+A", "050000", 6)}) {
+        QCOMPARE(bench.button(row)->text(), QString(text));
+        QCOMPARE(bytesOf(bench.held().KeyFunctions[slot]).toHex(), QByteArray(function));
+        QCOMPARE(int(bench.held().KeySequences[slot].EventCount), events);
+    }
 }
 
 void ButtonPageTest::factoryLookAndProfiles()

@@ -1,4 +1,6 @@
 #include "macro/MacroFile.h"
+#include "macro/MacroImage.h"
+#include "support/MacroText.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
 #include "ui/Prompt.h"
@@ -12,108 +14,52 @@ class ButtonStoryTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void macroFromPageToMouseAndBack();
+    void macroFromMouseToBothPages();
 
 private:
-    bool startAndConnect();
-    void answer(const char *prompt, const QString &text = {});
-    void selectMacro(const QString &name);
-    void chooseEvent(int index) { Q_EMIT program->find<QComboBox>("ChooseEvent")->activated(index); }
     QString backText() const { return program->find<QToolButton>("BackKey")->text(); }
-    QStringList shownMacros() const
-    {
-        QStringList names;
-        const auto buttons = program->find("MacroListWidget")->findChildren<QToolButton *>();
-        for (const QToolButton *button : buttons) {
-            if (!button->isHidden())
-                names << button->text();
-        }
-        return names;
-    }
-    static int heldEvents() { return VirtualMice::record("q1").MacroSlots[2].EventCount; }
-    static QByteArray heldName() { return VirtualMice::record("q1").MacroSlots[2].Name; }
-    static int heldType() { return VirtualMice::record("q1").KeyFunctions[2].KeyType; }
+    static FlashDataMap held() { return VirtualMice::record("q1"); }
 
     std::unique_ptr<Program> program;
 };
 
-/** Starts the program and opens the Q1. A busy machine can keep a device from answering the scan in its time. */
-bool ButtonStoryTest::startAndConnect()
-{
-    for (int tries = 0; tries < 5; ++tries) {
-        program.reset();
-        program = std::make_unique<Program>();
-        if (program->connectMouse("q1"))
-            return true;
-    }
-    return false;
-}
-
-/** What to do with the prompt of this class that comes next: give it a text, if there is one, and confirm. */
-void ButtonStoryTest::answer(const char *prompt, const QString &text)
-{
-    program->whenShown(prompt, [prompt, text] {
-        Prompt *const shown = Program::prompt(prompt);
-        if (shown && !text.isEmpty())
-            shown->findChild<QLineEdit *>()->setText(text);
-        Program::clickIn(prompt, "NewHong");
-    });
-}
-
-void ButtonStoryTest::selectMacro(const QString &name)
-{
-    auto *const list = program->find<QListWidget>("listWidgetHong");
-    QListWidgetItem *const item = list->findItems(name, Qt::MatchExactly).value(0);
-    QVERIFY(item);
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
-}
-
-void ButtonStoryTest::macroFromPageToMouseAndBack()
+void ButtonStoryTest::macroFromMouseToBothPages()
 {
     VirtualMice::restoreScene();
-    QVERIFY(startAndConnect());
-    // Made and saved on its page, and chosen on the button page: the mouse plays it.
+    // A mouse from another PC: its macro becomes a file, which is in the list.
+    FlashDataMap foreign = held();
+    foreign.KeyFunctions[2] = {6, 2, 1};
+    foreign.MacroSlots[2] = MacroImage::make("Jump", MacroText::rows("A+ 10ms A-"));
+    VirtualMice::flash("q1", foreign);
+    // A busy machine can keep a device from answering the scan in its time.
+    for (int tries = 0; !program || (tries < 5 && !program->connectMouse("q1")); ++tries) {
+        program.reset();
+        program = std::make_unique<Program>();
+    }
+    QTRY_COMPARE(backText(), QString("Macro: Jump"));
+    QCOMPARE(MacroText::of(MacroFile::read("Jump")->rows), QString("A+ 10ms A-"));
+
+    // Changed, the button follows; renamed, it is renamed in the mouse.
     program->click("MacroButton");
-    answer("QuestionDialog", "Jump");
-    program->click("NewHong");
-    chooseEvent(5);
+    auto *const macros = program->find<QListWidget>("listWidgetHong");
+    QTest::mouseClick(macros->viewport(), Qt::LeftButton, {}, macros->visualItemRect(macros->item(0)).center());
+    Q_EMIT program->find<QComboBox>("ChooseEvent")->activated(5);
     program->click("Save");
-    program->click("ButtonMain");
-    program->click("BackKey");
-    program->click("DPI_10");
-    program->window()->findChild<QWidget *>("MacroListWidget")->findChild<QToolButton *>()->click();
-    QCOMPARE(backText(), QString("Macro: Jump"));
-    QTRY_COMPARE(heldEvents(), 2);
+    QTRY_COMPARE(int(held().MacroSlots[2].EventCount), 4);
     QVERIFY(VirtualMice::tell({"press", "q1", "2"}).contains("\"code\":2"));
-
-    // Changed, it follows; renamed, it is renamed in the mouse.
-    program->click("MacroButton");
-    selectMacro("Jump");
-    chooseEvent(4);
-    program->click("Save");
-    QTRY_COMPARE(heldEvents(), 4);
-    answer("QuestionDialog", "Leap");
+    program->whenShown("QuestionDialog", [] {
+        Program::prompt("QuestionDialog")->findChild<QLineEdit *>()->setText("Leap");
+        Program::clickIn("QuestionDialog", "NewHong");
+    });
     QVERIFY(QMetaObject::invokeMethod(program->find("Macro"), "RenameMacro"));
-    QTRY_COMPARE(heldName(), QByteArray("Leap"));
-    QCOMPARE(backText(), QString("Macro: Leap"));
-
-    // On another PC it comes out of the mouse as a file and stands in both lists.
-    program.reset();
-    QVERIFY(MacroFile::remove("Leap"));
-    QVERIFY(startAndConnect());
-    QTRY_COMPARE(backText(), QString("Macro: Leap"));
-    QCOMPARE(MacroFile::read("Leap")->rows.size(), 7);
-    QCOMPARE(shownMacros(), QStringList("Leap"));
-    program->click("MacroButton");
-    selectMacro("Leap");
+    QTRY_COMPARE(QByteArray(held().MacroSlots[2].Name), QByteArray("Leap"));
 
     // Deleted, it leaves the button to its own function.
-    answer("DeleteConfirm");
+    program->whenShown("DeleteConfirm", [] { Program::clickIn("DeleteConfirm", "NewHong"); });
     program->click("DeleteHong");
-    QTRY_COMPARE(heldType(), 1);
-    QCOMPARE(backText(), QString("Middle button"));
+    QTRY_COMPARE(int(held().KeyFunctions[2].KeyType), 1);
     program->click("ButtonMain");
-    QCOMPARE(shownMacros(), QStringList());
+    QCOMPARE(backText(), QString("Middle button"));
 }
 
 HALVARION_TEST_MAIN(ButtonStoryTest)

@@ -3,6 +3,7 @@
 #include "macro/MacroImage.h"
 #include "productdata/UserFolders.h"
 #include "support/ConnectedMouse.h"
+#include "support/Files.h"
 #include "support/Keys.h"
 #include "support/MacroText.h"
 #include "support/TestHome.h"
@@ -16,14 +17,6 @@
 #include <QSpinBox>
 #include <QToolButton>
 
-#include <csignal>
-#include <vector>
-#ifdef Q_OS_WIN
-#include <windows.h>
-#else
-#include <sys/resource.h>
-#endif
-
 namespace {
 
 void clickIn(QWidget *window, const QString &name)
@@ -34,40 +27,6 @@ void clickIn(QWidget *window, const QString &name)
 void press(QWidget *window, int key) { Keys::press(window, Qt::Key(key)); }
 void release(QWidget *window, int key) { Keys::release(window, Qt::Key(key)); }
 
-/** While it lives these files can't be replaced: there is no room, on Windows others have them open. */
-class Unwritable
-{
-public:
-#ifdef Q_OS_WIN
-    explicit Unwritable(const QStringList &paths)
-    {
-        for (const QString &path : paths)
-            held += CreateFileW(QDir::toNativeSeparators(path).toStdWString().c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    }
-    ~Unwritable()
-    {
-        for (const HANDLE each : qAsConst(held))
-            CloseHandle(each);
-    }
-
-private:
-    QVector<HANDLE> held;
-#else
-    explicit Unwritable(const QStringList &)
-    {
-        getrlimit(RLIMIT_FSIZE, &usual);
-        const rlimit none{0, usual.rlim_max};
-        std::signal(SIGXFSZ, SIG_IGN);
-        setrlimit(RLIMIT_FSIZE, &none);
-    }
-    ~Unwritable() { setrlimit(RLIMIT_FSIZE, &usual); }
-
-private:
-    rlimit usual{};
-#endif
-};
-
 /** Asks the page to send a macro; again when a busy machine let the mouse's answer come too late. */
 void send(const QString &name, int slot)
 {
@@ -76,6 +35,12 @@ void send(const QString &name, int slot)
         asleep.clear();
         postMsg()->post(&PostMsg::SigMacroDownLoadData, name, slot);
     } while (!asleep.isEmpty());
+}
+
+/** The rows of a macro's file; the left button of the mouse is "L". */
+QString inFile(const QString &name)
+{
+    return MacroText::of(MacroFile::read(name)->rows).replace(MouseButtonNames::current().names[0], "L");
 }
 
 } // namespace
@@ -88,25 +53,21 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void aMacroFromNewToFile();
-    void names_data();
     void names();
     void edits_data();
     void edits();
-    void amend();
+    void amendRefused();
     void seventyEventsAtMost();
     void repeatModes();
-    void noRoom();
+    void failedSave();
     void renameAndDelete();
     void contextMenu();
     void rightClickKeepsRows();
     void undo();
     void recording();
-    void recordingKeepsWhatIsDown();
-    void recordingStopsAtTheLimit();
     void exportAndImport();
     void savedRowsReachTheMouse();
     void readBack();
-    void language();
     void timeLine();
 
 private:
@@ -122,18 +83,27 @@ private:
     QListWidget *list() const { return find<QListWidget>("listWidgetKey"); }
     bool isSaveable() const { return find<QToolButton>("Save")->isEnabled(); }
     void click(const char *name) const { clickIn(page.get(), name); }
-    /** "A+ 10ms A-", from the texts and types of the items. */
+    /** As inFile(), from the texts and types of the items. */
     QString rows() const;
     QString macroNames() const;
     void select(const QString &name, Qt::MouseButton button = Qt::LeftButton) const;
     /** The macro with these rows, selected. */
     void given(const QString &name, const MacroRows &rows, int repeat = 1);
-    void given(const QString &name, const char *text, int repeat = 1) { given(name, MacroText::rows(text), repeat); }
+    void given(const QString &name, const QString &text, int repeat = 1) { given(name, MacroText::rows(text), repeat); }
     void choose(int index) const { Q_EMIT find<QComboBox>("ChooseEvent")->activated(index); }
-    /** What to do with the prompts that come next, in order; each is named in `prompts` when it shows. */
-    void answer(std::function<void(QWidget *)> action) { answers += std::move(action); }
-    void answerName(const QString &name);
-    void answerKey(int key);
+    /**
+     * What a user enters into the prompts that come next, in order, and the button that follows. Each prompt is named
+     * in `prompts` when it shows; one that nobody has an answer for is closed.
+     */
+    void answer(const std::function<void(QWidget *prompt)> &enter = {}, const char *button = "NewHong");
+    void answerName(const QString &name)
+    {
+        answer([name](QWidget *prompt) { QTest::keyClicks(prompt->findChild<QLineEdit *>(), name); });
+    }
+    void answerKey(int key)
+    {
+        answer([key](QWidget *prompt) { press(prompt, key), release(prompt, key); });
+    }
     bool eventFilter(QObject *object, QEvent *event) override;
 
     std::unique_ptr<Macro> page;
@@ -175,21 +145,13 @@ bool MacroPageTest::eventFilter(QObject *object, QEvent *event)
     return false;
 }
 
-void MacroPageTest::answerName(const QString &name)
+void MacroPageTest::answer(const std::function<void(QWidget *)> &enter, const char *button)
 {
-    answer([name](QWidget *prompt) {
-        QTest::keyClicks(prompt->findChild<QLineEdit *>(), name);
-        clickIn(prompt, "NewHong");
-    });
-}
-
-void MacroPageTest::answerKey(int key)
-{
-    answer([key](QWidget *prompt) {
-        press(prompt, key);
-        release(prompt, key);
-        clickIn(prompt, "NewHong");
-    });
+    answers += [enter, button](QWidget *prompt) {
+        if (enter)
+            enter(prompt);
+        clickIn(prompt, button);
+    };
 }
 
 QString MacroPageTest::rows() const
@@ -199,7 +161,7 @@ QString MacroPageTest::rows() const
         const QListWidgetItem *item = list()->item(at);
         words += item->text() + (item->text().contains("ms") ? "" : item->type() == 0 ? "+" : "-");
     }
-    return words.join(' ');
+    return words.join(' ').replace(MouseButtonNames::current().names[0], "L");
 }
 
 QString MacroPageTest::macroNames() const
@@ -236,49 +198,38 @@ void MacroPageTest::aMacroFromNewToFile()
         choose(1);
     }
     choose(8);
-    QCOMPARE(rows(), "A+ 10ms Enter+ 10ms " + MouseButtonNames::current().names[3] + "+ 10ms " +
-                         MouseButtonNames::current().names[3] + "-");
+    postMsg()->post(&PostMsg::SigChangeLanguage, 1); // what is on show stays savable in other words
+    QCOMPARE(rows(), "A+ 10ms Enter+ 10ms 后退键+ 10ms 后退键-");
+    QCOMPARE(find<QToolButton>("NewHong")->text() + find<QToolButton>("NewHong")->toolTip(), "新建宏");
     find<QCheckBox>("ReUntilLoose")->click();
     QSignalSpy told(postMsg(), &PostMsg::SigUpDataMacro);
     click("Save");
     QCOMPARE(told, (QList<QVariantList>{{"jump", 0}, {"jump", 1}}));
-    QFile file(MacroFile::path("jump"));
-    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text) && !isSaveable());
-    QCOMPARE(file.readAll(), QByteArray("254\n0x04 1 0\n10ms\n0x28 1 0\n10ms\n0x08 4 0\n10ms\n0x08 4 1\n"));
-}
-
-void MacroPageTest::names_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("macros");
-    QTest::addColumn<QString>("prompt"); // behind the question
-    for (const QStringList &row : QVector<QStringList>{{"Jump", "Roll Jump", ""},
-                                                       {"roLL", "Roll", "SameMacro"},
-                                                       {"nul", "Roll", "SameMacro"},
-                                                       {"../a*", "Roll", "SameMacro"}, // the name would be ..a
-                                                       {"a/\\b|<>", "Roll ab", ""}})
-        QTest::addRow("%s", qPrintable(row[0])) << row[0] << row[1] << row[2];
+    QVERIFY(!isSaveable());
+    QCOMPARE(Files::content(MacroFile::path("jump")).replace("\r\n", "\n"),
+             QByteArray("254\n0x04 1 0\n10ms\n0x28 1 0\n10ms\n0x08 4 0\n10ms\n0x08 4 1\n"));
 }
 
 void MacroPageTest::names()
 {
-    QFETCH(QString, typed);
-    QFETCH(QString, prompt);
     given("Roll", "A+");
-    answerName(typed);
-    if (!prompt.isEmpty())
-        answer([](QWidget *same) { clickIn(same, "NewHong"); });
+    for (const char *taken : {"roLL", "nul", "../a*"}) { // the last one as ..a
+        answerName(taken);
+        answer();
+        click("NewHong");
+    }
+    QVERIFY(prompts.filter("SameMacro").size() == 3 && macroNames() == "Roll");
+    answerName("a/\\b|<>");
     click("NewHong");
-    QTEST(macroNames(), "macros");
-    QCOMPARE(prompts, prompt.isEmpty() ? QStringList("QuestionDialog") : QStringList({"QuestionDialog", prompt}));
-    QCOMPARE(MacroFile::names().size(), macros()->count());
+    QCOMPARE(macroNames(), "Roll ab");
+    QCOMPARE(MacroFile::names(), QStringList({"ab", "Roll"}));
 }
 
 void MacroPageTest::edits_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<int>("current");
-    QTest::addColumn<QString>("edit"); ///< a key goes down, the left button as L, 300 ms, or what is chosen goes
+    QTest::addColumn<QString>("edit"); ///< an insertion, with the left button as L; the row becomes F5; it goes
     QTest::addColumn<QString>("after");
     const auto row = [](const char *before, int current, const char *edit, const char *after) {
         QTest::addRow("%s at %d of %s", edit, current, before) << before << current << edit << after;
@@ -301,6 +252,7 @@ void MacroPageTest::edits_data()
     for (const int pause : {1, 2})
         row("A+ 1ms A- C+", pause, "300ms", "A+ 300ms A- C+");
     row("A+ 1ms A- C+", 3, "300ms", "A+ 1ms A- 300ms C+");
+    row("A+ 1ms A-", 2, "F5", "A+ 1ms F5-");
     row("A+ 1ms A-", -1, "Del", "");
     row(five, -1, "Del", five);
     row(five, 1, "Del", "A- 2ms C+");
@@ -315,71 +267,65 @@ void MacroPageTest::edits()
     QFETCH(int, current);
     QFETCH(QString, edit);
     QFETCH(QString, after);
-    given("m", MacroText::rows(before));
+    given("m", before);
     list()->setCurrentRow(current);
     list()->setFocus();
-    if (edit == "B+") {
-        answerKey(Qt::Key_B);
-        choose(1);
+    if (edit == "B+" || edit == "F5") {
+        answerKey(edit == "B+" ? Qt::Key_B : Qt::Key_F5);
+        edit == "B+" ? choose(1) : click("Amend");
     } else if (edit == "L") {
         choose(4);
     } else if (edit == "Del") {
         press(page.get(), Qt::Key_Delete);
     } else {
-        answer([](QWidget *prompt) {
-            prompt->findChild<QSpinBox *>()->setValue(300);
-            clickIn(prompt, "NewHong");
-        });
+        answer([](QWidget *prompt) { prompt->findChild<QSpinBox *>()->setValue(300); });
         choose(3);
     }
-    QCOMPARE(rows().replace(MouseButtonNames::current().names[0], "L"), after);
+    QCOMPARE(rows(), after);
     QCOMPARE(isSaveable(), before != after);
     QSignalSpy told(postMsg(), &PostMsg::SigUpDataMacro);
     click("Save");
     QCOMPARE(!told.isEmpty(), before != after && !after.isEmpty()); // an emptied list isn't told to the mouse
-    QCOMPARE(MacroText::of(MacroFile::read("m")->rows).replace(MouseButtonNames::current().names[0], "L"), after);
+    QCOMPARE(inFile("m"), after);
 }
 
-void MacroPageTest::amend()
+void MacroPageTest::amendRefused()
 {
     given("m", "A+ 1ms A-");
     list()->setCurrentRow(2);
     for (const char *refusal : {"NewHong_2", "CloseButton"}) {
-        answer([refusal](QWidget *prompt) {
-            press(prompt, Qt::Key_Escape); // a key like others
-            clickIn(prompt, refusal);
-        });
+        answer([](QWidget *prompt) { press(prompt, Qt::Key_Escape); }, refusal); // a key like others
         click("Amend");
     }
     QCOMPARE(rows(), "A+ 1ms A-");
-    answerKey(Qt::Key_F5);
-    click("Amend");
-    list()->setCurrentRow(1);
-    answer([](QWidget *prompt) { clickIn(prompt, "NewHong"); });
-    click("Amend");
-    QCOMPARE(rows(), "A+ 10ms F5-");
-    answer([this](QWidget *prompt) { // the rows are another macro's when it returns
-        given("other", "B+ 2ms B-");
-        clickIn(prompt, "NewHong");
-    });
+    answer([this](QWidget *) { given("other", "B+ 2ms B-"); }); // the rows are another macro's when it returns
     list()->setCurrentRow(1);
     click("Amend");
     QCOMPARE(rows(), "B+ 2ms B-");
-    QCOMPARE(prompts.filter("addKey").size(), 3);
+    QCOMPARE(prompts, QStringList({"addKey", "addKey", "AddDelayTime"}));
 }
 
 void MacroPageTest::seventyEventsAtMost()
 {
-    given("m", MacroText::many(69));
+    given("m", "");
+    click("StartRecord");
+    answer([](QWidget *prompt) { press(prompt, Qt::Key_X); });
+    for (int event = 0; event < 90; ++event)
+        event % 2 ? release(page.get(), Qt::Key_A) : press(page.get(), Qt::Key_A);
+    QVERIFY(!MacroRecording && find<QWidget>("StopRecord")->isVisible());
+    click("StopRecord");
+    click("Save");
+    QCOMPARE(eventCount(MacroFile::read("m")->rows), 70);
+    list()->setCurrentRow(138);
+    click("DeleteKey");
     choose(5);
     QCOMPARE(list()->count(), 137);
-    answerKey(Qt::Key_B);
-    choose(2);
-    QCOMPARE(list()->count(), 139);
-    answerKey(Qt::Key_B);
-    choose(2);
-    QCOMPARE(list()->count(), 139);
-    QCOMPARE(prompts, QStringList({"KeyNumberLimit", "addKey", "addKey", "KeyNumberLimit"}));
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        answerKey(Qt::Key_B);
+        choose(2);
+        QCOMPARE(list()->count(), 139);
+    }
+    QCOMPARE(prompts, QStringList({"KeyNumberLimit", "KeyNumberLimit", "addKey", "addKey", "KeyNumberLimit"}));
 }
 
 void MacroPageTest::repeatModes()
@@ -399,23 +345,15 @@ void MacroPageTest::repeatModes()
     QVERIFY(find<QCheckBox>("ReUntil")->isChecked() && list()->count() == 0); // an empty file says nothing
 }
 
-void MacroPageTest::noRoom()
+void MacroPageTest::failedSave()
 {
-    given("m", "A+");
-    const QString exported = QDir::home().filePath("m.bin");
-    page->setAskPaths([&](const QString &) { return exported; }, {});
-    page->ExPortMacro();
-    const qint64 whole = QFileInfo(exported).size();
+    const QString name(249, 'n'); // which leaves no room for the name of the file that replaces it
+    Files::put(MacroFile::path(name), "1\n0x04 1 0\n");
+    macros()->addItem(name);
+    select(name);
     choose(4);
-    {
-        const Unwritable unwritable({exported, MacroFile::path("m")});
-        click("Save");
-        page->ExPortMacro();
-    }
-    QVERIFY(whole > 0 && QFileInfo(exported).size() == whole);
-    QVERIFY(MacroFile::read("m")->rows == MacroText::rows("A+") && isSaveable());
     click("Save");
-    QVERIFY(MacroFile::read("m")->rows.size() == 5 && !isSaveable());
+    QVERIFY(inFile(name) == "A+" && isSaveable());
 }
 
 void MacroPageTest::renameAndDelete()
@@ -430,20 +368,13 @@ void MacroPageTest::renameAndDelete()
     page->RenameMacro();
     QCOMPARE(renamed, (QList<QVariantList>{{"a", "c"}}));
     QCOMPARE(MacroFile::names(), QStringList({"b", "c"}));
-    list()->setCurrentRow(0);
-    answerKey(Qt::Key_B);
-    click("Amend");
-    click("Save");
-    QVERIFY(MacroFile::read("c")->rows == MacroText::rows("B+"));
-
-    answer([](QWidget *prompt) { clickIn(prompt, "CloseButton"); });
+    answer({}, "CloseButton");
     click("DeleteHong");
     QCOMPARE(macroNames(), "b c");
-    answer([](QWidget *prompt) { clickIn(prompt, "NewHong"); });
+    answer();
     click("DeleteHong");
     QCOMPARE(deleted, (QList<QVariantList>{{"Macro: c"}}));
-    QCOMPARE(macroNames(), "b");
-    QCOMPARE(rows() + QString::number(macros()->currentRow()), "-1");
+    QVERIFY(macroNames() == "b" && list()->count() == 0 && macros()->currentRow() == -1);
     click("DeleteHong"); // nothing is selected
     QCOMPARE(MacroFile::names(), QStringList("b"));
 }
@@ -473,17 +404,14 @@ void MacroPageTest::rightClickKeepsRows()
     given("b", "B+");
     given("a", "A+ 1ms A-");
     list()->setCurrentRow(1);
-    answer([](QWidget *prompt) { clickIn(prompt, "NewHong"); });
+    answer();
     click("Amend");
     select("b", Qt::RightButton);
-    QCOMPARE(macros()->currentItem()->text(), "b");
-    QCOMPARE(rows(), "A+ 10ms A-");
-    QVERIFY(isSaveable());
+    QVERIFY(macros()->currentItem()->text() == "b" && rows() == "A+ 10ms A-" && isSaveable());
     click("Save");
-    QVERIFY(MacroFile::read("a")->rows == MacroText::rows("A+ 10ms A-"));
-    QVERIFY(MacroFile::read("b")->rows == MacroText::rows("B+"));
+    QVERIFY(inFile("a") == "A+ 10ms A-" && inFile("b") == "B+");
     // With nothing on show an insertion is meant for the macro that is selected, behind its own rows.
-    answer([](QWidget *prompt) { clickIn(prompt, "NewHong"); });
+    answer();
     click("DeleteHong");
     select("a", Qt::RightButton);
     choose(4);
@@ -531,56 +459,30 @@ void MacroPageTest::recording()
         press(window, key);
         release(window, key);
     }
+    for (const int key : {Qt::Key_A, Qt::Key_B}) // both are down, and the second one again
+        press(window, key);
+    for (const int key : {Qt::Key_A, Qt::Key_B})
+        release(window, key);
+    press(window, Qt::Key_B);
+    press(window, Qt::Key_VolumeUp); // a pause, and then no key that a macro can hold
     prompts.clear();
     for (const char *button : {"NewHong", "DeleteHong", "Amend", "DeleteKey", "Save"})
         click(button);
     QCOMPARE(prompts.filter("ExeIsRun").size(), 4 + int(isSaveable()));
     click("StopRecord");
-    QCOMPARE(rows(),
-             "Space+ 25ms Space- 25ms Tab+ 25ms Tab- 25ms Enter+ 25ms Enter- 25ms Del+ 25ms Del- 25ms Z+ 25ms Z-");
+    QCOMPARE(rows().remove("25ms "), "Space+ Space- Tab+ Tab- Enter+ Enter- Del+ Del- Z+ Z- A+ B+ A- B- B+");
+    QCOMPARE(list()->count(), 29);
     QCOMPARE(told, (QList<QVariantList>{{0}, {1}}));
     QVERIFY(!MacroRecording && isSaveable() && find<QWidget>("DelayTime")->isVisible() && macros()->isEnabled());
-    QVERIFY(MacroFile::read("m")->rows == MacroText::rows("A+ 1ms A-")); // until it is saved
+    QCOMPARE(inFile("m"), "A+ 1ms A-"); // until it is saved
     press(window, Qt::Key_Q);
-    QCOMPARE(list()->count(), 19);
+    QCOMPARE(list()->count(), 29);
     list()->setFocus();
     QTest::keyClick(page->windowHandle(), Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(rows(), "A+ 1ms A-");
-}
-
-void MacroPageTest::recordingKeepsWhatIsDown()
-{
-    given("m", "");
-    find<QCheckBox>("DefaultDelay")->click();
     click("StartRecord");
-    QWidget *const window = page.get();
-    press(window, Qt::Key_A);
-    press(window, Qt::Key_B);
-    release(window, Qt::Key_A);
-    release(window, Qt::Key_B);
-    press(window, Qt::Key_B);
-    press(window, Qt::Key_VolumeUp); // a pause, and then no key that a macro can hold
     postMsg()->post(&PostMsg::SigSetMacroPage);
     QVERIFY(!MacroRecording && find<QWidget>("StartRecord")->isVisible() && !isSaveable());
-    QCOMPARE(rows().section(' ', 0, 8), "A+ 10ms B+ 10ms A- 10ms B- 10ms B+");
-}
-
-void MacroPageTest::recordingStopsAtTheLimit()
-{
-    given("m", "");
-    click("StartRecord");
-    answer([](QWidget *prompt) {
-        press(prompt, Qt::Key_X);
-        clickIn(prompt, "NewHong");
-    });
-    for (int event = 0; event < 90; ++event)
-        event % 2 ? release(page.get(), Qt::Key_A) : press(page.get(), Qt::Key_A);
-    QCOMPARE(prompts, QStringList("KeyNumberLimit"));
-    QCOMPARE(list()->count(), 139);
-    QVERIFY(!MacroRecording && find<QWidget>("StopRecord")->isVisible());
-    click("StopRecord");
-    click("Save");
-    QCOMPARE(eventCount(MacroFile::read("m")->rows), 70);
 }
 
 void MacroPageTest::exportAndImport()
@@ -591,16 +493,14 @@ void MacroPageTest::exportAndImport()
     page->ExPortMacro();
     page->InPortMacro();
     QCOMPARE(prompts, QStringList("SameMacro"));
-    answer([](QWidget *prompt) { clickIn(prompt, "NewHong"); });
+    answer();
     click("DeleteHong");
     postMsg()->post(&PostMsg::SigChangeLanguage, 4); // the file has the English names of the buttons
     page->InPortMacro();
-    QCOMPARE(macroNames(), "七十");
-    QCOMPARE(macros()->currentRow(), 0);
+    QVERIFY(macroNames() == "七十" && macros()->currentRow() == 0);
     QVERIFY(MacroFile::read("七十")->rows == MacroText::many(70) && *MacroFile::read("七十")->repeat == 253);
     QCOMPARE(list()->count(), 139);
     QVERIFY(!list()->item(0)->icon().isNull() && !isSaveable());
-    postMsg()->post(&PostMsg::SigChangeLanguage, 0);
 
     QFile file(ask({}));
     QVERIFY(file.open(QIODevice::ReadWrite));
@@ -608,10 +508,7 @@ void MacroPageTest::exportAndImport()
     file.write("../abc");
     file.flush();
     page->InPortMacro(); // a name that is a path
-    page->setAskPaths({}, [](const QString &) { return QString("/dev/zero"); });
-    page->InPortMacro();
-    QCOMPARE(macroNames(), "七十");
-    QCOMPARE(MacroFile::names(), QStringList("七十"));
+    QVERIFY(macroNames() == "七十" && MacroFile::names() == QStringList("七十"));
 }
 
 void MacroPageTest::savedRowsReachTheMouse()
@@ -640,7 +537,7 @@ void MacroPageTest::savedRowsReachTheMouse()
     FlashDataMap older{};
     older.MacroSlots[2] = MacroImage::make("m", MacroText::rows("Z+"));
     QCOMPARE(save("B+", [&] { postMsg()->post(&PostMsg::SigButtonToMacro, older, 2); }), "B+");
-    QCOMPARE(MacroText::of(MacroFile::read("m")->rows).section(' ', 0, 0), "B+");
+    QCOMPARE(inFile("m").section(' ', 0, 0), "B+");
     QCOMPARE(save("C+", [this] { given("other", "D+"); }), "B+");
     QCOMPARE(save("E+", [] { postMsg()->post(&PostMsg::SigSetMacroPage); }), "B+");
     answerName("renamed");
@@ -663,47 +560,26 @@ void MacroPageTest::readBack()
     given("a", "A+", 5);
     hold(0, "new", "C+ 10ms C-", 254);
     QCOMPARE(macroNames(), "b a new");
-    QCOMPARE(macros()->currentRow(), -1);
-    QCOMPARE(list()->count() + added.size(), 1);
+    QVERIFY(macros()->currentRow() == -1 && list()->count() == 0 && added.size() == 1);
     hold(1, "b", "D+", 250);
-    QCOMPARE(MacroText::of(MacroFile::read("b")->rows), "D+");
+    QCOMPARE(inFile("b"), "D+");
     select("a");
     choose(4); // an edit that isn't saved
     const QString edited = rows();
     hold(2, "a", "E+", 3);
-    QCOMPARE(rows(), edited);
-    QVERIFY(isSaveable());
+    QVERIFY(rows() == edited && isSaveable());
     hold(0, "new", "C+ 10ms C-", 254);
     select("a");
     QCOMPARE(rows(), "E+");
     hold(2, "a", "E+", 3); // nothing that this PC doesn't have
     QCOMPARE(rows(), "E+");
-    std::vector<const char *> hostiles{"../../evil", "con", "B", "", "x/y"};
-#ifndef Q_OS_WIN // where the user's code page may have letters of them
-    hostiles.push_back("\xff\xfe");
-#endif
-    for (const char *hostile : hostiles) {
+    for (const char *hostile : {"../../evil", "B", ""}) {
         record.MacroSlots[3] = MacroSlot{};
         std::memcpy(record.MacroSlots[3].Name, hostile, std::strlen(hostile));
         record.MacroSlots[3].EventCount = 255;
         postMsg()->post(&PostMsg::SigButtonToMacro, record, 3);
     }
-    QCOMPARE(macroNames(), "b a new");
-    QCOMPARE(MacroFile::names(), QStringList({"a", "b", "new"}));
-    QCOMPARE(added.size(), 1);
-}
-
-void MacroPageTest::language()
-{
-    given("m", "");
-    choose(4);
-    postMsg()->post(&PostMsg::SigChangeLanguage, 1);
-    QCOMPARE(rows(), "左键+ 10ms 左键-");
-    QCOMPARE(find<QToolButton>("NewHong")->text() + find<QToolButton>("NewHong")->toolTip(), "新建宏");
-    click("Save");
-    QCOMPARE(MacroText::of(MacroFile::read("m")->rows), "左键+ 10ms 左键-");
-    postMsg()->post(&PostMsg::SigChangeLanguage, 0);
-    QCOMPARE(rows(), MouseButtonNames::current().names[0] + "+ 10ms " + MouseButtonNames::current().names[0] + "-");
+    QVERIFY(macroNames() == "b a new" && MacroFile::names().size() == 3 && added.size() == 1);
 }
 
 void MacroPageTest::timeLine()
@@ -716,7 +592,6 @@ void MacroPageTest::timeLine()
     };
     QCOMPARE(rowAt(0.07, 30), 0); // A, to 150 of 1000 ms
     QCOMPARE(rowAt(0.5, 60), 2);  // the key that is never let go, in the second lane
-    QCOMPARE(rowAt(0.5, 30), 2);  // nothing there
     const QImage warned = line->grab({96, 0, 200, 20}).toImage();
     given("n", "A+ 100ms LShift+ 50ms A- 850ms LShift-");
     QVERIFY(line->grab({96, 0, 200, 20}).toImage() != warned);

@@ -3,7 +3,6 @@
 #include "buttons/Buttoninterface.h"
 #include "support/ConnectedMouse.h"
 
-#include <QJsonDocument>
 #include <QLabel>
 #include <QScrollArea>
 #include <QSignalSpy>
@@ -13,7 +12,6 @@
 #include <QTimer>
 #include <QToolButton>
 
-#include <cstring>
 #include <memory>
 
 /** The button page before a virtual mouse, used by real clicks. */
@@ -58,6 +56,15 @@ public:
             qFatal("%s can't be clicked", qPrintable(name));
         QTest::mouseClick(target, Qt::LeftButton);
     }
+    /** Chooses a macro of the list, which needn't show. */
+    void clickMacro(const QString &name) const
+    {
+        const QList<QToolButton *> all = find<QWidget>("MacroListWidget")->findChildren<QToolButton *>();
+        for (QToolButton *each : all) {
+            if (each->text() == name)
+                each->click();
+        }
+    }
     /** "page_2 page_9": which lists show. */
     QString menu() const
     {
@@ -68,9 +75,8 @@ public:
     QStringList checkedEntries() const
     {
         QStringList names;
-        for (const char *list : {"page_2", "page_3", "page_4", "page_5", "page_6", "page_7", "page_8", "page_10"}) {
-            const QList<QToolButton *> all = find<QWidget>(list)->findChildren<QToolButton *>();
-            for (const QToolButton *each : all) {
+        for (const char *list : {"stackedWidget", "stackedWidget_2"}) {
+            for (const QToolButton *each : find<QWidget>(list)->findChildren<QToolButton *>()) {
                 if (each->isChecked())
                     names << (each->objectName().isEmpty() ? each->text() : each->objectName());
             }
@@ -81,31 +87,19 @@ public:
     QStringList pressed(int slot) const
     {
         QStringList events;
-        const QList<QByteArray> lines = VirtualMice::tell({"press", mouse, QString::number(slot)}).split('\n');
-        for (const QByteArray &line : lines) {
-            const QJsonObject event = QJsonDocument::fromJson(line).object();
+        const QList<QJsonObject> all = VirtualMice::press(mouse, slot);
+        for (const QJsonObject &event : all) {
             if (event["action"] == "press")
                 events << event["type"].toString() + ' ' + QString::number(event["code"].toInt());
         }
         return events;
     }
     FlashDataMap held() const { return VirtualMice::record(mouse); }
-    bool comesToHold(const FlashDataMap &expected) const
+    /** Puts a record into the mouse and on the page. */
+    void hold(const FlashDataMap &record) const
     {
-        for (int tries = 0; tries < 3000; ++tries) {
-            const FlashDataMap now = held();
-            if (std::memcmp(&now, &expected, sizeof now) == 0)
-                return true;
-            QTest::qWait(1);
-        }
-        const FlashDataMap now = held();
-        for (std::size_t at = 0; at < sizeof now; ++at) {
-            const int has = reinterpret_cast<const std::uint8_t *>(&now)[at];
-            const int wanted = reinterpret_cast<const std::uint8_t *>(&expected)[at];
-            if (has != wanted)
-                qWarning("byte %d is %d, not %d", int(at), has, wanted);
-        }
-        return false;
+        WorkingRecord::instance().updateAndSend([&](FlashDataMap &working) { working = record; });
+        page->SlotUpDataButtonUIB(record);
     }
     bool isWritten() const { return ConnectedMouse::isWritten(mouse); }
 

@@ -8,7 +8,9 @@
 #include <QListWidget>
 #include <QTest>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
@@ -61,10 +63,8 @@ FlashDataMap assignMacro(Window window, FlashDataMap held)
     Hand::press(window, page, "DPI_10");
     const auto macros = window->findChild<QWidget *>("MacroListWidget")->findChildren<QAbstractButton *>();
     for (QAbstractButton *button : macros) {
-        if (button->text() == name) {
+        if (button->text() == name)
             QTest::mouseClick(button, Qt::LeftButton);
-            break;
-        }
     }
     held.KeyFunctions[macroSlot] = {6, macroSlot, 3};
     held.MacroSlots[macroSlot] = {4, {}, 2, {{0, 1, 4, 10}, {1, 1, 4, 0}}};
@@ -89,10 +89,9 @@ FlashDataMap saveMacro(Window window, FlashDataMap held)
     Hand::choose(window, "Macro", "ChooseEvent", isLeft ? 5 : 4);
     Hand::press(window, "Macro", "Save");
     const std::uint16_t button = isLeft ? 2 : 1;
+    const MacroEvent events[] = {{0, 1, 4, 10}, {1, 1, 4, 10}, {0, 4, button, 10}, {1, 4, button, 0}};
+    std::copy(std::begin(events), std::end(events), macro.Events);
     macro.EventCount = 4;
-    macro.Events[1].DelayMs = 10;
-    macro.Events[2] = {0, 4, button, 10};
-    macro.Events[3] = {1, 4, button, 0};
     return held;
 }
 
@@ -103,8 +102,6 @@ const std::vector<Control> &buttonControls()
     static const std::vector<Control> all = {
         {"ButtonMain", "button function",
          ofMenu("BackKey", 2, {nullptr, "MidKey", {1, 4, 0}, 0}, {nullptr, "DPI_5", {0, 0, 0}, 0})},
-        {"ButtonMain", "DPI lock",
-         ofMenu("StartPause", 4, {"DPI_4", "VolumeUp_11", {10, 1, 0}, 0}, {"DPI_4", "VolumeUp_24", {10, 19, 0}, 0})},
         {"ButtonMain", "consumer key",
          ofMenu("TopMusic", 3, {"DPI_12", "Mute", {5, 0, 0}, 0xB7}, {"DPI_12", "VolumeUp", {5, 0, 0}, 0xE2})},
         {"ButtonMain", "macro", assignMacro},
