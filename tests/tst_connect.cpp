@@ -53,7 +53,6 @@ private Q_SLOTS:
     void connectShowsWhatTheMouseHolds();
     void asleepAndAwakeAgain();
     void sleepingMouseShowsTheCache();
-    void cableTakesOver_data();
     void cableTakesOver();
     void cableIsHeardLate_data();
     void cableIsHeardLate();
@@ -210,28 +209,14 @@ void ConnectTest::sleepingMouseShowsTheCache()
     QTRY_VERIFY(!OfflineWaiting);
 }
 
-void ConnectTest::cableTakesOver_data()
-{
-    const Rows<bool> row("isConnected");
-    row("of a connected mouse", true);
-    row("during the wait", false);
-}
-
 void ConnectTest::cableTakesOver()
 {
-    QFETCH(bool, isConnected);
     Program program;
-    if (isConnected) {
-        QVERIFY(program.connectMouse("q1"));
-        program.forgetPrompts();
-        VirtualMice::tell({"plug", "q1"});
-    } else {
-        program.whenShown("UpDataParam", [] {
-            if (!VirtualMice::device("q1")["corded"].toBool())
-                VirtualMice::tell({"plug", "q1"});
-        });
-        program.click(program.pictureOf("q1"));
-    }
+    program.whenShown("UpDataParam", [] { // during the wait
+        if (!VirtualMice::device("q1")["corded"].toBool())
+            VirtualMice::tell({"plug", "q1"});
+    });
+    program.click(program.pictureOf("q1"));
     QSignalSpy pageChanges(postMsg(), &PostMsg::SigChangeMainDialog);
     QTRY_VERIFY(SelectInfo().get().IsCorded);
     QTRY_VERIFY(program.isConnected());

@@ -10,8 +10,6 @@ class ControlsTest : public PageBench
 private Q_SLOTS:
     void change_data();
     void change();
-    void everyChoice_data();
-    void everyChoice();
     void everyRate();
 };
 
@@ -54,38 +52,6 @@ void ControlsTest::change()
         QCOMPARE(screenDifferences(window.get(), wanted), QStringList());
     }
     QCOMPARE(prompts.count(), 1);
-}
-
-void ControlsTest::everyChoice_data()
-{
-    QTest::addColumn<QString>("ofPage");
-    QTest::addColumn<QString>("name");
-    for (const char *name : {"LOD", "ModelChoose", "PerformanceOpen", "ChooseEvent", "Model", "SpeedH", "LightH"})
-        QTest::newRow(name) << sensorPage << name;
-    for (const char *name : {"LightMod", "StopClose", "horizontalLight", "horizontalSpeed"})
-        QTest::newRow(name) << lightPage << name;
-}
-
-/** Whatever a list or a slider offers: once it is chosen the mouse holds what the screen tells. */
-void ControlsTest::everyChoice()
-{
-    QFETCH(QString, ofPage);
-    QFETCH(QString, name);
-    hold(someRecord());
-    QWidget *const widget = window->findChild<QWidget *>(ofPage)->findChild<QWidget *>(name);
-    auto *const list = qobject_cast<QComboBox *>(widget);
-    auto *const slider = qobject_cast<QSlider *>(widget);
-    const int cordedRow = name == "ModelChoose" ? 1 : 0;
-    const int first = list ? 0 : slider->minimum();
-    const int last = list ? list->count() - 1 - cordedRow : slider->maximum();
-    QVERIFY(last - first > 0);
-    for (int step = last - first; step >= -1; --step) {
-        const int choice = step < 0 ? last : first + step; // ends where it began, so that the first is a change too
-        list ? Hand::choose(window.get(), ofPage, name, choice) : slider->setValue(choice);
-        QVERIFY(isWritten());
-        QCOMPARE(screenDifferences(window.get(), held()), QStringList());
-        QCOMPARE(list ? list->currentIndex() : slider->value(), choice);
-    }
 }
 
 /** What the mouse then runs at. */

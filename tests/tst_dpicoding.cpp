@@ -73,27 +73,35 @@ void DpiCodingTest::known()
 void DpiCodingTest::everyValueOfTheSlider_data()
 {
     // values: different ones that the slider can reach
-    const Rows<QString, int> row("range", "values");
-    row("wide steps", "50,1000,50,1100,12000,100,0x22", 20 + 110);
-    row("doubled", "50,1000,50,1100,12000,100,0x11", 20 + 110);
-    row("four rows", fourRows, 40 + 20 + 40 + 40);
+    const Rows<QString, QString, int> row("sensor", "range", "values");
+    row("Q1", "3395", q1Range, 360);
+    row("Q2", "3311", q2Range, 93);
+    // Of sensors that no shipped mouse has.
+    row("wide steps", "A9", "50,1000,50,1100,12000,100,0x22", 20 + 110);
+    row("doubled", "A9", "50,1000,50,1100,12000,100,0x11", 20 + 110);
+    row("four rows", "A9", fourRows, 40 + 20 + 40 + 40);
 }
 
-/** Of sensors that no shipped mouse has. */
+/** Every DPI value is what the sensor then runs at; the step buttons walk through all. */
 void DpiCodingTest::everyValueOfTheSlider()
 {
+    QFETCH(QString, sensor);
     QFETCH(QString, range);
-    const SensorCoding coding = {"A9", readDriverSensor(), table(range)};
+    const SensorCoding coding = {sensor, readDriverSensor(), table(range)};
     QSet<int> reached;
     for (int value = coding.DpiRange.minimum(); value <= coding.DpiRange.maximum(); ++value) {
         const int dpi = Snap(coding.DpiRange, value).value;
         reached << dpi;
         const DpiCode coded = encodeDpi(coding, dpi, 0);
-        QCOMPARE(dpiOnTheMouse("A9", coded.code, coded.flags), dpi);
+        QCOMPARE(dpiOnTheMouse(sensor, coded.code, coded.flags), dpi);
         QCOMPARE(decodeDpi(coding, coded), dpi);
         QCOMPARE(coded.flags >> 4, coded.flags & 0x0F); // both axes alike
     }
     QTEST(int(reached.size()), "values");
+    int steps = 1;
+    for (int dpi = coding.DpiRange.minimum(); stepUp(coding.DpiRange, dpi) <= coding.DpiRange.maximum(); ++steps)
+        dpi = stepUp(coding.DpiRange, dpi);
+    QCOMPARE(steps, reached.size());
 }
 
 void DpiCodingTest::steps_data()

@@ -4,7 +4,6 @@
 #include "support/PageBench.h"
 #include "support/Rows.h"
 #include "support/Screen.h"
-#include "support/SensorModel.h"
 #include "support/SensorWidgets.h"
 #include "support/TestHome.h"
 
@@ -21,10 +20,9 @@ private Q_SLOTS:
     void firstChangeAfterChoosing();
     void markerDrag_data();
     void markerDrag();
+    void exchangeIsOneUpdate();
     void offline();
     void offlineChoiceInterruptedByARefill();
-    void everyValueReachesTheSensor_data();
-    void everyValueReachesTheSensor();
     void draggedSlider();
 
 private:
@@ -173,6 +171,18 @@ void DpiEditorTest::markerDrag()
     QVERIFY(isWritten());
 }
 
+/** At no moment does the mouse hold half of the exchange. */
+void DpiEditorTest::exchangeIsOneUpdate()
+{
+    setLevels(8, 7);
+    const FlashDataMap before = held();
+    find<QComboBox>("ChooseEvent")->setCurrentIndex(1);
+    const FlashDataMap after = working();
+    FlashDataMap now = before;
+    QVERIFY(QTest::qWaitFor([&] { return (now = held()) != before; }));
+    QCOMPARE(now, after);
+}
+
 // Offline and silent -------------------------------------------------------------------------------------------------
 
 /** One prompt for one deed of the user, and a record as it was. */
@@ -215,48 +225,6 @@ void DpiEditorTest::offlineChoiceInterruptedByARefill()
 }
 
 // The value of a level -----------------------------------------------------------------------------------------------
-
-void DpiEditorTest::everyValueReachesTheSensor_data()
-{
-    const Rows<int, int> row("model", "values");
-    row("Q1", 0, 360);
-    row("Q2", 1, 93);
-}
-
-/** Every DPI value is what the sensor then runs at; the step buttons walk through all. A round gives one each level. */
-void DpiEditorTest::everyValueReachesTheSensor()
-{
-    QFETCH(int, model);
-    QFETCH(int, values);
-    connectModel(model);
-    QList<int> reachable;
-    for (int dpi = slider()->minimum(); dpi <= slider()->maximum(); dpi += 50) {
-        if (Snap(sensorCoding().DpiRange, dpi).value == dpi)
-            reachable << dpi;
-    }
-    QCOMPARE(reachable.size(), values);
-    const int levels = held().DpiLevelCount;
-    for (int first = 0; first < values; first += levels) {
-        const QList<int> round = reachable.mid(first, levels);
-        for (int level = 0; level < round.size(); ++level) {
-            press(card(level));
-            arm();
-            slider()->setValue(reachable.at(qMax(0, first + level - 1)));
-            click(first + level > 0 ? "AddLevelA" : "ReduceLevelA");
-            QCOMPARE(shownDpi(), round.at(level));
-        }
-        QVERIFY(isWritten());
-        QCOMPARE(dpiOfTheMouse(), round.last());
-        const FlashDataMap flash = held();
-        for (int level = 0; level < round.size(); ++level) {
-            const DpiLevel &stored = flash.DpiLevels[level];
-            QCOMPARE(dpiOnTheMouse(sensorCoding().SensorName, stored.CodeX, stored.Flags), round.at(level));
-            QCOMPARE(stored.CodeY, stored.CodeX);
-        }
-    }
-    click("AddLevelA");
-    QCOMPARE(shownDpi(), reachable.last());
-}
 
 /** A drag with the mouse: the number follows, the value is sent when the handle is let go, and the last one arrives. */
 void DpiEditorTest::draggedSlider()

@@ -87,6 +87,7 @@ void TestPlatform::crashLeavesDump_data()
     row("overflow", "deliberateOverflow", "SIGSEGV");
     row("exception", "deliberateCall", "SIGABRT");
     row("bus", "deliberateCall", "SIGBUS");
+    row("illegal", "deliberateCall", "SIGILL");
     row("division", "deliberateCall", "SIGFPE");
 }
 

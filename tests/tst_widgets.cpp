@@ -275,9 +275,7 @@ void WidgetsTest::lineEditTakesNothing()
     MyLineEdit edit;
     edit.setText(QStringLiteral("Ctrl+A"));
     edit.show();
-    edit.setFocus();
-    QVERIFY(QTest::qWaitForWindowActive(&edit));
-    QVERIFY(edit.hasFocus() && !edit.isReadOnly());
+    QVERIFY(!edit.isReadOnly());
     QSignalSpy changed(&edit, &QLineEdit::textChanged);
     QGuiApplication::clipboard()->setText(QStringLiteral("pasted"));
     QTest::keyClicks(&edit, QStringLiteral("abc"));
