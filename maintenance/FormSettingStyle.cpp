@@ -1,4 +1,5 @@
 #include "maintenance/FormSetting.h"
+#include "maintenance/Panel.h"
 #include "productdata/Theme.h"
 #include "ui/ChangeSheet.h"
 #include "ui/LateStyle.h"
@@ -15,8 +16,6 @@
 
 namespace {
 
-/** The panel behind everything; its picture grows to any size. */
-const char *const panel = "#background{border: 8px;border-image: url(%1Panel.png) 8 8 8 8 stretch;}";
 const char *const lines = "#rule{border: 0px;background: rgb(%1);}";
 const char *const clear = "#scrollArea,#SettingPage,QTextEdit{background: transparent;border: 0px;}";
 const char *const description = "QTextEdit{color: rgb(%1);}";
@@ -44,11 +43,11 @@ void FormSetting::setStyles()
     const QString hairline = Theme::rgb(Tone::Hairline);
     new LateStyle(form.scrollArea,
                   Theme::label() + QString::fromLatin1(lines).arg(hairline) + QLatin1String(clear) +
-                      QString::fromLatin1(panel).arg(pictures) + QString::fromLatin1(icons).arg(pictures) +
-                      QString::fromLatin1(description).arg(grey) +
+                      QString::fromLatin1(icons).arg(pictures) + QString::fromLatin1(description).arg(grey) +
                       QString::fromLatin1(versionLine).arg(grey, Theme::rgb(Tone::Window), hairline) +
                       Theme::indicator(pictures, QStringLiteral("QCheckBox"), QStringLiteral("CheckBox")) +
                       Theme::indicator(pictures, QStringLiteral("QRadioButton"), QStringLiteral("Radio")));
+    form.background->setPicture(pictures + QStringLiteral("Panel.png"));
     form.scrollArea->verticalScrollBar()->setStyleSheet(Theme::scrollBar() + QLatin1String(scrollPlace));
     for (QPushButton *button : {form.pushButton, form.pushButton_2})
         button->setStyleSheet(Theme::pushButton(pictures, QStringLiteral("Button.png"),

@@ -1,5 +1,6 @@
 #include "maintenance/SettingForm.h"
 
+#include "maintenance/Panel.h"
 #include "ui/ComboStyle.h"
 #include "ui/FormParts.h"
 #include "ui/LanguageList.h"
@@ -171,7 +172,7 @@ void SettingForm::buildScrollArea(QWidget *page)
     // Both fill themselves otherwise, and the window's ground is to be seen through the page.
     scrollArea->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
-    background = addPlaced<QFrame>(content, "background", {panelLeft, panelTop, panelWidth, shortPage.panelHeight});
+    background = addPlaced<Panel>(content, "background", {panelLeft, panelTop, panelWidth, shortPage.panelHeight});
 }
 
 void SettingForm::buildLabels()

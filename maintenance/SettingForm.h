@@ -15,6 +15,7 @@ class QTextEdit;
 class QToolButton;
 class QWidget;
 class MyConmboBox;
+class Panel;
 
 /** The widgets of the settings page, one member each. The page owns them all. */
 class SettingForm
@@ -27,8 +28,8 @@ public:
     void build(QWidget *page);
 
     QScrollArea *scrollArea = nullptr;
-    QFrame *content = nullptr;    ///< what scrolls
-    QFrame *background = nullptr; ///< the panel below everything else
+    QFrame *content = nullptr;   ///< what scrolls
+    Panel *background = nullptr; ///< below everything else
 
     MyConmboBox *comboBox = nullptr;
     QCheckBox *checkBox = nullptr;                           ///< start with the system
