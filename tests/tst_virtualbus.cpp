@@ -75,10 +75,6 @@ void VirtualBusTest::damagedStateIsPutAside()
     QVERIFY(QFile::exists(folder.filePath("flash-q1.bin.damaged")));
     write("scene.json", 0, "{\"mice\": 7}");
     QCOMPARE(load(folder.path(), "scene.json can't be used").size(), std::size_t{4});
-    // Nothing in a file leads out of the folder.
-    write("scene.json", 0, R"({"mice": [{"id": "../../q1", "model": "q1"}, {"id": "ok", "model": "q1"}, 5,
-        {"id": "ok", "model": "q2"}], "receivers": [{"id": "r", "model": "q1", "link": "9k", "mouse": "ok"}]})");
-    QCOMPARE(load(folder.path()).size(), std::size_t{1});
     QCOMPARE(load(folder.filePath("scene.json") + "/portwire", "can't write .*/portwire/").size(), std::size_t{4});
 }
 
@@ -87,13 +83,7 @@ void VirtualBusTest::commandsOfTheSocket()
     int count = 0;
     UsbFinderC_FindHidDevicesByDefaultDeviceId("", "", &count); // the library opens its bus, and with it the socket
     const ControlClient control;
-    const auto devices = control.call({"devices"}).json().array();
-    QCOMPARE(devices.size(), 4);
-    for (const auto &device : devices) {
-        for (const char *key : {"id", "kind", "pid", "path", "plugged", "awake", "corded", "address", "battery",
-                                "model", "dpi", "rate", "light", "level"})
-            QVERIFY2(device.toObject().contains(QLatin1String(key)), key);
-    }
+    QCOMPARE(control.call({"devices"}).json().array().size(), 4);
     QCOMPARE(control.call({"record", "q1"}).output.size(), 10428);
     const QString wrongOnes = "|nothing|record q9|dpi q1 8|dpi q1 x|rate q1 3|profile q1 4|battery q1 101|"
                               "battery q1 10 full|add q3 cable|add q1 8k|fault q1 rain|fault q1 drop -1|"
