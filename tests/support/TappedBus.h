@@ -20,7 +20,7 @@ public:
     using Replacement = std::optional<std::vector<Packet>>;
 
     explicit TappedBus(std::shared_ptr<portwire::Bus> behind) : bus(std::move(behind)) {}
-    ~TappedBus() override { *isReaderLate = false; }
+    ~TappedBus() override { *isReaderLate = flood->isOn = false; }
 
     std::vector<portwire::DeviceNode> enumerate() override { return bus->enumerate(); }
     void setChangeNotice(std::function<void()> notice) override { bus->setChangeNotice(std::move(notice)); }
@@ -62,6 +62,15 @@ public:
      */
     const std::shared_ptr<std::atomic<bool>> isReaderLate = std::make_shared<std::atomic<bool>>(false);
 
+    /** A device that talks all the time, of two changes in turn. */
+    struct Flood
+    {
+        std::atomic<bool> isOn{false};
+        std::atomic<bool> isRead{false}; ///< by the reader thread, not only by who asks
+        std::atomic<unsigned> told{0};
+    };
+    const std::shared_ptr<Flood> flood = std::make_shared<Flood>();
+
 private:
     class Tap : public portwire::Endpoint
     {
@@ -79,7 +88,7 @@ private:
         }
         bool waitForReport() override
         {
-            const bool isOpen = endpoint->waitForReport();
+            const bool isOpen = (flood->isOn && flood->isRead) || endpoint->waitForReport();
             while (*isReaderLate)
                 std::this_thread::yield();
             return isOpen;
@@ -87,6 +96,10 @@ private:
         bool takeReport(portwire::Report &report) override
         {
             const std::lock_guard lock(mutex);
+            if (flood->isOn) {
+                report = Packet{10, 0, 0, 0, {static_cast<std::uint8_t>(1 + ++flood->told % 2)}}.build();
+                return true;
+            }
             if (arriving.empty())
                 return endpoint->takeReport(report);
             report = std::move(arriving.front());
@@ -102,6 +115,7 @@ private:
     private:
         TappedBus &bus;
         const std::shared_ptr<std::atomic<bool>> isReaderLate = bus.isReaderLate; // a reader may outlast the bus
+        const std::shared_ptr<Flood> flood = bus.flood;
         const std::unique_ptr<portwire::Endpoint> endpoint;
         std::mutex mutex;
         std::deque<portwire::Report> arriving; ///< taken by whoever asked; the reader thread isn't told of it
