@@ -71,8 +71,7 @@ class DeviceLinkTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void setter_data();
-    void setter();
+    void setters();
     void settersRefuseWhatIsOutOfRange();
     void dispatcherDropsWhatCannotBe();
     void aSetterMeetsAReply_data();
@@ -82,8 +81,6 @@ private Q_SLOTS:
     void resetOfOneMouseSparesTheNext();
     void resetSparesCombinationsOfTheProduct();
     void combinationsAfterAReset();
-    void aBlockingSignalOnTheGuiThread();
-    void blockingSignal();
 
 private:
     static void connectMouse(PortwireReportCallback callback = dispatchReport);
@@ -112,47 +109,18 @@ void DeviceLinkTest::connectMouse(PortwireReportCallback callback)
 
 // Setters ------------------------------------------------------------------------------------------------------------
 
-/** Those that write more than the field of one control; the pages' tests drive the others. */
-void DeviceLinkTest::setter_data()
+/** What no control does; the pages' tests drive the others. */
+void DeviceLinkTest::setters()
 {
-    QTest::addColumn<Setter>("set");
-    QTest::addColumn<int>("offset");
-    QTest::addColumn<QByteArray>("bytes");
-    const auto row = [](const char *name, int offset, const char *hex, const Setter &set) {
-        QTest::newRow(name) << set << offset << QByteArray::fromHex(hex);
-    };
-    row("DpiLevelPair", 15, "010203040506", [] {
-        return SetDpiLevelPair({9, 9, 9, 9, 9, 9}, {1, 2, 3, 4, 5, 6}, 0, 2, 2);
-    });
-    row("DpiLevelPair of one level with itself", 15, "010203040506", [] {
-        return SetDpiLevelPair({9, 9, 9, 9, 9, 9}, {1, 2, 3, 4, 5, 6}, 0, 0, 0);
-    });
-    row("DpiLedMode off keeps the effect", 63, "02", [] { return SetDpiLedMode(2) && SetDpiLedMode(0); });
-    row("DpiLedMode off", 66, "00", [] { return SetDpiLedMode(2) && SetDpiLedMode(0); });
-    row("LightMode off keeps the effect", 67, "05", [] { return SetLightMode(5) && SetLightMode(0); });
-    row("LightMode off", 73, "00", [] { return SetLightMode(5) && SetLightMode(0); });
-    row("KeyFunction of the last slot", 119, "0a0102", [] { return SetKeyFunction(15, 10, 1, 2); });
-    row("KeySequence", 124 + 5 * 52, "02000000000104000a000000", [] {
-        return SetKeySequence(5, {5, 0, 0}, {2, {0, 0, 0}, {{0, 1, 4, 10}, {1, 1, 4, 10}}});
-    });
-    row("Macro with a delay beyond 16 bits", 956 + 2 * 592, "0241620000", [] {
-        MacroSlot macro{2, "Ab", 2, {}};
-        macro.Events[0] = {0, 1, 4, 70000};
-        macro.Events[1] = {1, 1, 4, 0};
-        return SetMacro(2, {6, 2, 1}, macro);
-    });
-}
-
-void DeviceLinkTest::setter()
-{
-    QFETCH(Setter, set);
-    QFETCH(int, offset);
-    QFETCH(QByteArray, bytes);
     connectMouse();
-    QVERIFY(insist(set));
-    QCOMPARE(bytesOf(WorkingRecord::instance().copy()).mid(offset, bytes.size()).toHex(), bytes.toHex());
+    QVERIFY(insist([] { return SetKeyFunction(15, 10, 1, 2) && SetDpiLedMode(2) && SetDpiLedMode(0); }));
+    QVERIFY(insist([] { return SetDpiLevelPair({9, 9, 9, 9, 9, 9}, {1, 2, 3, 4, 5, 6}, 0, 0, 0); }));
+    const FlashDataMap record = WorkingRecord::instance().copy();
+    QCOMPARE(bytesOf(record.KeyFunctions[15]).toHex(), QByteArray("0a0102"));
+    QVERIFY2(record.DpiLedMode == 2 && record.DpiLedOn == 0, "the effect is there again when it is switched on");
+    QCOMPARE(bytesOf(record.DpiLevels[0]).toHex(), QByteArray("010203040506"));
     // The mouse holds the very record of the program: what was meant and nothing else was written.
-    QTRY_COMPARE(bytesOf(VirtualMice::record("q1")), bytesOf(WorkingRecord::instance().copy()));
+    QTRY_COMPARE(bytesOf(VirtualMice::record("q1")), bytesOf(record));
 }
 
 void DeviceLinkTest::settersRefuseWhatIsOutOfRange()
@@ -327,28 +295,6 @@ void DeviceLinkTest::combinationsAfterAReset()
     for (const int slot : slots)
         counts << QString::number(WorkingRecord::instance().copy().KeySequences[slot].EventCount);
     ProductCopy::tell(counts.join(' '));
-}
-
-/** It never freezes the program: a debug build ends and says why, any other says why and goes on. */
-void DeviceLinkTest::aBlockingSignalOnTheGuiThread()
-{
-    const ProductCopy::Result result = ProductCopy().run("blockingSignal", 10000);
-#ifdef QT_NO_DEBUG
-    QCOMPARE(result.exitCode, 0);
-    QVERIFY2(result.log.contains("not sent"), result.log.constData());
-#else
-    QVERIFY2(result.log.contains("waits for itself"), result.log.constData());
-#endif
-}
-
-void DeviceLinkTest::blockingSignal()
-{
-    if (!ProductCopy::isCopy())
-        QSKIP("runs in the copy that aBlockingSignalOnTheGuiThread makes");
-    qInstallMessageHandler(nullptr); // to standard error
-    connect(
-        postMsg(), &PostMsg::SigForm, this, [] {}, Qt::BlockingQueuedConnection);
-    postMsg()->postBlocking(&PostMsg::SigForm);
 }
 
 HALVARION_TEST_MAIN(DeviceLinkTest)

@@ -5,6 +5,7 @@
 #include "devicelink/Worker.h"
 #include "devicelink/WorkingRecord.h"
 #include "support/Screen.h"
+#include "ui/Prompt.h"
 
 #include <QDeadlineTimer>
 
@@ -53,11 +54,8 @@ bool FaultBench::openQ1()
 
 void FaultBench::dismiss(const QString &className)
 {
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (QWidget *window : windows) {
-        if (window->isVisible() && window->metaObject()->className() == className)
-            QTest::keyClick(window, Qt::Key_Escape);
-    }
+    if (Prompt *const prompt = Program::prompt(className))
+        QTest::keyClick(prompt, Qt::Key_Escape);
 }
 
 bool FaultBench::goBack()
@@ -117,7 +115,7 @@ void FaultBench::measureHealthyTurn()
     beat.restart();
     if (!connectQ1().isEmpty())
         qFatal("there is no connection even without a fault");
-    for (const char *page : {"SensorButton", "LightsButton", "MacroButton", "FormSetting", "ButtonMain"}) {
+    for (const char *page : pageButtons) {
         shown->click(page);
         QTest::qWait(10);
     }

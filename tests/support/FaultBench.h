@@ -13,6 +13,10 @@
 /** What can happen to an answer, as portwirectl names it. */
 constexpr std::array<const char *, 4> faultKinds = {"drop", "stall", "garbage", "short"};
 
+/** Buttons of the pages of the device window. */
+constexpr std::array<const char *, 5> pageButtons = {"SensorButton", "LightsButton", "MacroButton", "FormSetting",
+                                                     "ButtonMain"};
+
 /**
  * The whole program before the virtual bus, with a watch on the GUI thread. What the test does with the bus goes
  * through here, so that it isn't taken for time that the program kept the user waiting.
