@@ -104,14 +104,13 @@ void FaultsBusTest::handsAtRandomMoments()
     QRandomGenerator random(testSeed());
     FaultBench bench;
     constexpr int roundTime = 80;
-    int hands = 0;
     for (int round = 0; round < rounds; ++round) {
         // By timers: a click may open a prompt, whose event loop then runs what comes next.
         const auto later = [&](auto action) {
             QTimer::singleShot(static_cast<int>(random.bounded(roundTime)), bench.program().window(), action);
         };
         QStringList story;
-        for (int index = static_cast<int>(random.bounded(2, 8)); index > 0; --index, ++hands) {
+        for (int index = static_cast<int>(random.bounded(2, 8)); index > 0; --index) {
             const QStringList words = randomHand(random);
             story << words.join(' ');
             later([&bench, words] {
@@ -119,7 +118,7 @@ void FaultsBusTest::handsAtRandomMoments()
                 bench.heartbeat().aside([&] { portwire::ControlClient().call(words); });
             });
         }
-        for (int index = static_cast<int>(random.bounded(1, 6)); index > 0; --index, ++hands) {
+        for (int index = static_cast<int>(random.bounded(1, 6)); index > 0; --index) {
             const quint32 choice = random.bounded(1000U);
             story << QStringLiteral("click %1").arg(choice);
             later([&bench, choice] { randomClick(bench, choice); });
@@ -156,7 +155,6 @@ void FaultsBusTest::handsAtRandomMoments()
         QVERIFY2(slow.isEmpty(), qPrintable(told + ": " + slow));
         bench.heartbeat().restart();
     }
-    qInfo("%d rounds, %d hands and clicks", rounds, hands);
 }
 
 void FaultsBusTest::announcedChangeThatCannotBeRead_data()
