@@ -1,5 +1,6 @@
 #include "support/Rows.h"
 #include "support/TestHome.h"
+#include "ui/ComboStyle.h"
 #include "ui/LineBreaks.h"
 #include "ui/MyConmboBox.h"
 #include "ui/MyLineEdit.h"
@@ -13,8 +14,10 @@
 #include <QClipboard>
 #include <QEvent>
 #include <QImage>
+#include <QListView>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QWheelEvent>
 #include <QWindow>
@@ -83,6 +86,7 @@ private Q_SLOTS:
     void linesEndBehindWords_data();
     void linesEndBehindWords();
     void keyOfAListIsNoneOfTheWindow();
+    void listsHaveTheThinScrollBar();
     void comboBoxCentresItsText();
     void toolButtonActsAtThePress();
     void lineEditTakesNothing();
@@ -220,6 +224,20 @@ void WidgetsTest::keyOfAListIsNoneOfTheWindow()
     QCOMPARE(window.keys, QList<int>());
     QTest::keyClick(window.windowHandle(), Qt::Key_Return); // this one is
     QCOMPARE(window.keys, QList<int>{Qt::Key_Return});
+}
+
+void WidgetsTest::listsHaveTheThinScrollBar()
+{
+    QWidget page; // as the chooser, whose sheet is older than its list
+    page.setStyleSheet("QLabel{color: red;}");
+    auto *const box = new MyConmboBox(&page);
+    QListView *const list = styleCombo(box, "DialogChange");
+    for (int item = 0; item < 20; ++item)
+        box->addItem(QString::number(item));
+    page.show();
+    box->showPopup();
+    QCOMPARE(list->verticalScrollBar()->width(), 8);
+    box->hidePopup();
 }
 
 void WidgetsTest::comboBoxCentresItsText()

@@ -29,12 +29,14 @@ QString states()
 
 QListView *styleCombo(MyConmboBox *combo, const char *folder)
 {
-    // In this order: a list that had its sheet before it belonged to the box would never get the sheet of the box.
+    // In this order: a list that had its sheet before it belonged to the box would never get the sheet of the box. And
+    // the scroll bar looks into the sheets as soon as the list belongs to the box, and no more after that.
     auto *const list = new QListView;
-    combo->setStyleSheet(Theme::comboBox(Theme::pictureFolder(folder)) + QLatin1String(listPopup) + states());
+    combo->setStyleSheet(Theme::comboBox(Theme::pictureFolder(folder)) + QLatin1String(listPopup) + states() +
+                         Theme::scrollBar());
     combo->setView(list);
     combo->setMaxVisibleItems(visibleRows);
-    list->setStyleSheet(Theme::comboBoxList() + QLatin1String(listRow) + Theme::scrollBar());
+    list->setStyleSheet(Theme::comboBoxList() + QLatin1String(listRow));
     // The list has an edge of its own; the style takes the frame round it away only when a page gets a sheet later on.
     if (auto *const frame = qobject_cast<QFrame *>(list->parentWidget()))
         frame->setFrameShape(QFrame::NoFrame);
