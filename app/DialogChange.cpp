@@ -87,6 +87,7 @@ void DialogChange::setUpTheme()
     ui->label_2->setFont(hintFont);
     ui->label_3->setFont(hintFont);
 
+    ui->stackedWidget->setStyleSheet(Theme::toolTip()); // of the pictures that say why a device doesn't answer
     styleCombo(ui->comboBox, "DialogChange");
 }
 
