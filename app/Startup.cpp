@@ -32,6 +32,7 @@ int runProgram(int &argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     QPixmapCache::setCacheLimit(32768);
     setUpFonts();
+    setUpSelection();
     if (!InstanceGuard::instance().take()) {
         ExeIsRun prompt;
         prompt.exec();

@@ -29,6 +29,12 @@ constexpr std::array<ColourKey, 10> colourKeys = {{
     {"EdgeColor", "61,70,81"},
 }};
 
+/** What all entry fields share: round corners, and the menu that a right click opens. */
+QString entryField(const QString &widgetClass)
+{
+    return QStringLiteral("%1{border-radius: 4px;}").arg(widgetClass) + Theme::menu();
+}
+
 } // namespace
 
 QString Theme::pictureFolder(const char *name)
@@ -175,7 +181,7 @@ QString Theme::spinBox()
     return QStringLiteral("QSpinBox{background-color: transparent;color: rgb(%1;);border: 1px  solid gray;}"
                           "QSpinBox:hover{background-color: transparent;color: rgb(%1;);border: 1px  solid gray;}")
                .arg(rgb(Colour::LinEditColorSecond)) +
-           menu();
+           entryField(QStringLiteral("QSpinBox"));
 }
 
 QString Theme::lineEdit()
@@ -183,7 +189,7 @@ QString Theme::lineEdit()
     return QStringLiteral(
                "QLineEdit{background-color: transparent;color: rgb(%1);border: 1px solid gray;padding: 0 6px;}")
                .arg(rgb(Colour::LinEditColor)) +
-           menu();
+           entryField(QStringLiteral("QLineEdit"));
 }
 
 QString Theme::focusFrame(const QString &widgetClass)

@@ -6,8 +6,7 @@ void styleNumberBox(QSpinBox *number)
 {
     number->setButtonSymbols(QAbstractSpinBox::NoButtons);
     number->setAlignment(Qt::AlignCenter);
-    number->setStyleSheet(Theme::spinBox() + QStringLiteral("QSpinBox{border-radius: 4px;}") +
-                          Theme::focusFrame(QStringLiteral("QSpinBox")));
+    number->setStyleSheet(Theme::spinBox() + Theme::focusFrame(QStringLiteral("QSpinBox")));
 }
 
 void styleNumberDisplay(QSpinBox *number)

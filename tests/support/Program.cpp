@@ -18,6 +18,7 @@ Program::Program()
 {
     QApplication::setQuitOnLastWindowClosed(false);
     setUpFonts();
+    setUpSelection();
     UserFolders::prepare();
     qApp->installEventFilter(this);
     top = new DialogMain;
