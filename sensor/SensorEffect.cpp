@@ -66,6 +66,7 @@ SensorEffect::Gauge SensorEffect::makeGauge(const char *sliderName, const char *
     gauge.title->setGeometry(gaugeLeft, top, 80, 20);
     gauge.setting.place({gaugeLeft + 88, top, 140, 20}, {gaugeLeft + 236, top, 36, 20}, 184);
     gauge.setting.setMaximum(maximum);
+    gauge.setting.number->setMaximum(int(brightnessValues.size())); // alike, whatever their sliders end at
     gauge.setting.number->setFont(PageFont::small());
     return gauge;
 }
