@@ -61,8 +61,11 @@ void BadProductTest::probe()
         program.click("SensorButton");
         program.click("Button250HZ");
         const bool written = QTest::qWaitFor([] { return VirtualMice::record("q1").ReportRate == 4; });
-        const bool isUsual = Theme::rgb(Theme::Colour::LabelColor) == "176,184,192";
-        told = (written ? "written | " : "connected | ") + sensorPage(program) + (isUsual ? "" : " in another colour");
+        told = (written ? "written | " : "connected | ") + sensorPage(program);
+        if (program.find<QLabel>("label_5")->text().startsWith("broken"))
+            told += " with half a text";
+        if (Theme::rgb(Theme::Colour::LabelColor) != "176,184,192")
+            told += " in another colour";
         // Every page is shown once, and every language read.
         for (const char *page : {"MacroButton", "LightsButton", "FormSetting", "ButtonMain"})
             program.click(page);
@@ -101,9 +104,9 @@ void BadProductTest::damaged_data()
     row("no sensor table", sensors, {}, "", noFacts);
     row("a binary sensor table", sensors, {}, "#define\t\xff\x01\t\n#define A\n\n#define \t // x", noFacts);
     row("no English", english, {}, "", works);
-    row("English cut in the middle", english, {}, "<Total><Sensor><label_2>DPI", works);
-    row("English in a wrong encoding", english, {}, "<Total><Sensor><label_2>\xff\xfe\xe9</label_2></Sensor></Total>",
-        works);
+    row("English cut in the middle", english, {}, "<Total><Sensor><label_5>broken", works);
+    row("English in a wrong encoding", english, {},
+        "<Total><Sensor><label_5>broken\xff\xfe\xe9</label_5></Sensor></Total>", works);
 }
 
 void BadProductTest::damaged()

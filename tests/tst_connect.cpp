@@ -7,7 +7,7 @@
 #include "support/Program.h"
 #include "support/Rows.h"
 #include "support/TestHome.h"
-#include "ui/Prompt.h"
+#include "ui/UpDataParam.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -30,6 +30,15 @@ int heldRate() { return VirtualMice::record("q1").ReportRate; }
 QString otherRate() { return heldRate() == 4 ? "Button500HZ" : "Button250HZ"; }
 
 QString cacheFile() { return UserFolders::path(UserFolders::Folder::DeviceInfo) + "/" + LoadFileName().get(); }
+
+/** Reads the prompt about a mouse that doesn't answer and closes it, if it hasn't closed by itself meanwhile. */
+void readAndClose(QString &told)
+{
+    if (Prompt *const prompt = Program::prompt("MouseOffLine")) {
+        told = prompt->findChild<QLabel *>("label")->text();
+        prompt->close();
+    }
+}
 
 /** Another stored profile: a change of everything, which counts when the last one is long enough ago. */
 void changeProfile(const char *number)
@@ -61,6 +70,7 @@ private Q_SLOTS:
     void mouseIsToldWhetherTheWindowShows();
     void rereadWhileTheWindowIsAway_data();
     void rereadWhileTheWindowIsAway();
+    void lossDuringTheConnectShowsTheCache();
     void leavingSavesTheRecord_data();
     void leavingSavesTheRecord();
     void clickOnTheWayBackIsNoChange();
@@ -272,12 +282,7 @@ void ConnectTest::noAnswerToTheRecord()
     SensorUiLoaded = LightUiLoaded = ButtonUiLoaded = true; // as a re-read leaves them
     const QString picture = program.pictureOf("q2");
     QString told;
-    program.whenShown("MouseOffLine", [&told] {
-        if (Prompt *const prompt = Program::prompt("MouseOffLine")) { // else it has closed by itself meanwhile
-            told = prompt->findChild<QLabel *>("label")->text();
-            prompt->close();
-        }
-    });
+    program.whenShown("MouseOffLine", [&told] { readAndClose(told); });
     // The receiver goes on answering for it.
     VirtualMice::tell({"fault", "q2", "drop", "1000000"});
     program.click(picture);
@@ -365,6 +370,39 @@ void ConnectTest::rereadWhileTheWindowIsAway()
     QTRY_VERIFY(program.isConnected());
     QCOMPARE(program.shownPrompts(), wanted);
     QVERIFY(ConnectedMouse::isWritten("q1"));
+}
+
+/**
+ * The mouse changes its profile while the wait for its record stands, and is asleep when it is asked for the new one:
+ * the user sees what is known of it, and learns why.
+ */
+void ConnectTest::lossDuringTheConnectShowsTheCache()
+{
+    Program program;
+    QVERIFY(program.connectMouse("q1"));
+    program.click("SensorButton");
+    program.click("Button250HZ");
+    QTRY_COMPARE(heldRate(), 4);
+    QVERIFY(program.goBack());
+    VirtualMice::tell({"rate", "q1", "2"});
+    QTest::qWait(Wait::scaled(3000) + 20); // changes on the mouse count from then on
+    program.whenShown("UpDataParam", [] {
+        // The time of the wait is up when the loss has been noticed, however slow the machine is.
+        auto *const wait = qobject_cast<UpDataParam *>(QApplication::activeModalWidget());
+        wait->stopWaiting();
+        QVERIFY(QTest::qWaitFor([] { return LinkUp && !isConnecting(); }));
+        VirtualMice::tell({"profile", "q1", "3"});
+        VirtualMice::tell({"sleep", "q1"});
+        QVERIFY(QTest::qWaitFor([] { return OfflineWaiting && !isConnecting(); }));
+        wait->startWaiting();
+    });
+    QString told;
+    program.whenShown("MouseOffLine", [&told] { readAndClose(told); });
+    program.click(program.pictureOf("q1"));
+    QTRY_COMPARE(told, Program::englishText("MouseOffLine", "label"));
+    program.click("SensorButton");
+    QTRY_VERIFY(program.find<QToolButton>("Button250HZ")->isChecked());
+    QVERIFY(!LinkUp);
 }
 
 // Leaving ------------------------------------------------------------------------------------------------------------

@@ -4,7 +4,7 @@
 
 /**
  * A list, a number or a slider that the wheel changes only while it has the keyboard; the wheel doesn't give it that.
- * Who scrolls past it, or lets the hand rest on the wheel, means no choice.
+ * Who scrolls past it, or lets the hand rest on the wheel, means no choice. What takes no keyboard follows no wheel.
  */
 template<typename Base>
 class WheelWithKeyboard : public Base
