@@ -41,7 +41,7 @@ constexpr QRect firstRowNumber(0, 1, 28, 32);
 constexpr QRect firstRow(36, 1, 298, 32);
 constexpr QSize entrySize(174, 22);
 constexpr int entryPitch = 25;
-constexpr QPoint firstEntry(8, 8);
+constexpr QPoint firstEntry(5, 8); // leaves room for the scroll bar of a long list
 constexpr QRect debouncePlace(0, 0, 205, 72);
 
 constexpr int textPoints = 9;
@@ -159,6 +159,8 @@ void ButtonForm::buildRows()
         label->setAlignment(Qt::AlignCenter);
         rows[std::size_t(row)] =
             addButton<PlainTextButton>(content, entry.name, firstRow.translated(0, row * rowPitch), entry.text, true);
+        // The keyboard comes to the rows as to one control: the group leaves the key Tab to the one that had it last.
+        rows[std::size_t(row)]->setFocusPolicy(Qt::TabFocus);
         RowGroup->addButton(rows[std::size_t(row)], row);
     }
 }

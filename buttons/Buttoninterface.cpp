@@ -46,12 +46,17 @@ Buttoninterface::Buttoninterface(QWidget *parent)
     : QWidget(parent), macros(form,
                               [this](QToolButton *button) {
                                   connect(button, &QToolButton::clicked, this, &Buttoninterface::slotButtonClicked);
+                                  keys.watch(button);
                               }),
       PictureFolder(Theme::pictureFolder("Buttoninterface"))
 {
     setObjectName(QStringLiteral("ButtonPage"));
     setFixedSize(883, 630);
     form.build(this);
+    for (PlainTextButton *row : form.rows)
+        keys.watch(row);
+    for (QToolButton *entry : qAsConst(form.entries))
+        keys.watch(entry);
     connect(postMsg(), &PostMsg::SigChangeLanguage, this, &Buttoninterface::SlotChangeLanguage);
     connect(postMsg(), &PostMsg::SigMouseIndex, this, &Buttoninterface::SlotMouseIndex);
     QDir().mkpath(UserFolders::path(UserFolders::Folder::MainPage));
@@ -230,6 +235,7 @@ void Buttoninterface::changeEvent(QEvent *event)
 
 void Buttoninterface::mousePressEvent(QMouseEvent *event)
 {
+    setFocus();
     if (event->button() == Qt::LeftButton)
         menu.pressBeside(event->pos());
     QWidget::mousePressEvent(event);

@@ -5,6 +5,7 @@
 #include "buttons/ButtonRows.h"
 #include "buttons/FunctionMenu.h"
 #include "buttons/MacroList.h"
+#include "buttons/MenuKeys.h"
 #include "buttons/ProfileActions.h"
 #include "devicelink/FlashDataMap.h"
 
@@ -154,6 +155,7 @@ private:
 
     ButtonForm form;
     FunctionMenu menu{form};
+    MenuKeys keys{form, menu};
     ButtonRows rows{form};
     ButtonMacros buttonMacros{rows};
     MacroList macros;

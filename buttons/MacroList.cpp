@@ -12,6 +12,7 @@ namespace {
 constexpr QSize macroSize(174, 22);
 constexpr QSize fillerSize(174, 23);
 constexpr int margin = 8;
+constexpr int leftMargin = 5; // leaves room for the scroll bar
 constexpr int spacing = 3;
 constexpr int points = 9;
 /** A short list is filled up to this many buttons, which nobody sees. */
@@ -50,7 +51,7 @@ void MacroList::complete()
     auto *layout = qobject_cast<QVBoxLayout *>(form.MacroListWidget->layout());
     if (!layout) {
         layout = new QVBoxLayout(form.MacroListWidget);
-        layout->setContentsMargins(margin, margin, 0, margin);
+        layout->setContentsMargins(leftMargin, margin, 0, margin);
         layout->setSpacing(spacing);
         layout->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     }

@@ -20,7 +20,6 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMouseEvent>
-#include <QSignalBlocker>
 #include <QSpinBox>
 #include <QToolButton>
 
@@ -66,6 +65,8 @@ void Macro::connectWidgets()
     connect(rowList, &RowList::changed, this, &Macro::rowsChanged);
     connect(rowList, &RowList::deleteWanted, this, &Macro::on_DeleteKey_clicked);
     connect(rowList, &RowList::undoWanted, this, &Macro::takeBack);
+    for (const QListWidget *list : {form.listWidgetHong, form.listWidgetKey})
+        connect(list, &QListWidget::itemSelectionChanged, this, &Macro::showUsable);
     connect(form.listWidgetKey, &QListWidget::currentRowChanged, form.timeLine, &MacroTimeLine::setCurrentRow);
     connect(form.timeLine, &MacroTimeLine::rowClicked, this,
             [this](int row) { form.listWidgetKey->setCurrentRow(row); });
@@ -155,6 +156,17 @@ void Macro::rowsChanged()
     const bool isEmpty = form.listWidgetKey->count() == 0;
     const QString &advice = shown.isEmpty() ? texts.noMacro : texts.emptyRows;
     form.showHint(isEmpty && !isRecordingShown ? advice : QString());
+    showUsable();
+}
+
+/** Greys out what would do nothing. While keys are recorded each says that, so none is grey. */
+void Macro::showUsable()
+{
+    const bool hasMacro = !shown.isEmpty() || !currentName().isEmpty();
+    form.DeleteHong->setEnabled(isRecordingShown || !currentName().isEmpty());
+    form.Amend->setEnabled(isRecordingShown || rowList->current() >= 0);
+    form.DeleteKey->setEnabled(isRecordingShown ||
+                               (hasMacro && RowEditing::remove(rowList->rows(), rowList->current())));
 }
 
 // Saving -------------------------------------------------------------------------------------------------------------
@@ -289,11 +301,8 @@ void Macro::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::LanguageChange) {
-        const QSignalBlocker quietChoice(form.ChooseEvent);
-        const QSignalBlocker quietDelay(form.DelayTime);
-        const QSignalBlocker quietNumber(form.NumberEdit);
-        form.setDefaultTexts();
-        SlotChangeLanguage(language); // they are for what the language file lacks
+        form.setDefaultTexts(); // texts alone, so what is chosen and the numbers stay
+        SlotChangeLanguage(language);
     } else if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
         recorder.forgetHeldKeys();
     }

@@ -99,6 +99,7 @@ private:
     bool isTaken(const QString &name) const;
     void load(const QString &name);
     void showNothing();
+    void showUsable();
     void addRow(const QString &name, int at);
     bool hasRowsToEdit();
     void setSaveable(bool isSaveable);

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void lastLeftButtonStays();
     void combinationAndFireKey();
     void sleepingMouseKeepsItsRows();
+    void keyboard();
     void pressBesideTheMenus();
     void languageGivesRowsNewWords();
     void macroOnButtons();
@@ -264,6 +265,44 @@ void ButtonPageTest::sleepingMouseKeepsItsRows()
     QVERIFY(bench.button("StartPause")->isChecked());
 }
 
+void ButtonPageTest::keyboard()
+{
+    ButtonBench bench(0);
+    bench.page->setFocus();
+    const auto type = [&](std::initializer_list<int> keys) { // and where the keyboard is then
+        for (const int key : keys)
+            QTest::keyClick(bench.page->windowHandle(), Qt::Key(key));
+        return bench.menu() + ' ' + bench.page->focusWidget()->objectName();
+    };
+    using namespace Qt;
+    QCOMPARE(type({Key_Tab, Key_Down, Key_Up, Key_Up, Key_Down, Key_Down}), QString("page page_9 BackKey"));
+    QCOMPARE(type({Key_Return}), QString("page_2 page_9 MidKey"));
+    for (int steps = 0; steps < 11; ++steps)
+        type({Key_Down});
+    QCOMPARE(type({Key_Space}), QString("page_2 page_3 Player"));
+    QVERIFY(!bench.button("Player")->visibleRegion().isEmpty());
+    QCOMPARE(type({Key_Down, Key_Left}), QString("page_2 page_3 DPI_12"));
+    QCOMPARE(type({Key_Right, Key_Down, Key_Return}), QString("page page_9 BackKey"));
+    QCOMPARE(bench.button("BackKey")->text(), QString("Play/Pause"));
+    QVERIFY(bench.isWritten());
+    QCOMPARE(bench.pressed(2), QStringList("consumer 205"));
+    QCOMPARE(type({Key_Space, Key_Right, Key_Escape}), QString("page_2 page_9 DPI_12"));
+    QCOMPARE(type({Key_Escape}), QString("page page_9 BackKey"));
+    QVERIFY(!bench.button("BackKey")->isChecked());
+    // The key that opened the entry of a combination is none of it, however long it is down.
+    type({Key_Return, Key_Up, Key_Up, Key_Up, Key_Up, Key_Up, Key_Up});
+    QTimer::singleShot(20, [] {
+        QWidget *const dialog = QApplication::activeModalWidget();
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        Keys::click(dialog, Key_A);
+        QTest::mouseClick(dialog->findChild<QWidget *>("NewHong"), LeftButton);
+    });
+    QCOMPARE(type({Key_Return}), QString("page_2 page_9 DPI_8"));
+    QCOMPARE(bench.button("BackKey")->text(), QString("A"));
+    bench.click("TopMusic");
+    QCOMPARE(bench.page->focusWidget(), bench.page.get());
+}
+
 void ButtonPageTest::pressBesideTheMenus()
 {
     ButtonBench bench(0);
@@ -339,6 +378,7 @@ void ButtonPageTest::macroOnButtons()
         bench.click("DPI_5");
     });
     postMsg()->post(&PostMsg::SigUpDataMacro, QString("A"), 0);
+    postMsg()->post(&PostMsg::SigUpDataMacro, QString("on no button"), 0);
     QCOMPARE(wanted, QList<QVariantList>({{"A", 3}}));
     QVERIFY(MacroFile::write("A", {7, {}}));
     postMsg()->post(&PostMsg::SigUpDataMacro, QString("A"), 1);

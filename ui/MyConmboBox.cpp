@@ -1,6 +1,7 @@
 #include "ui/MyConmboBox.h"
 
 #include <QAbstractItemView>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyleOptionButton>
@@ -19,6 +20,14 @@ void MyConmboBox::showPopup()
 {
     QComboBox::showPopup();
     view()->installEventFilter(this);
+}
+
+void MyConmboBox::hidePopup()
+{
+    QComboBox::hidePopup();
+    // An open list has the mouse to itself, so Qt doesn't tell the box that it has gone from it meanwhile.
+    setAttribute(Qt::WA_UnderMouse, rect().contains(mapFromGlobal(QCursor::pos())));
+    update();
 }
 
 /**

@@ -20,6 +20,7 @@ public:
     int pressIndex() const { return PressIndex; }
 
     void showPopup() override;
+    void hidePopup() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:

@@ -2,14 +2,22 @@
 
 #include <QMouseEvent>
 
-void MyToolButton::mousePressEvent(QMouseEvent *event) { act(event, false); }
+void MyToolButton::act() { act(false); }
 
-void MyToolButton::mouseDoubleClickEvent(QMouseEvent *event) { act(event, true); }
-
-void MyToolButton::act(const QMouseEvent *event, bool isDouble)
+void MyToolButton::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() != Qt::LeftButton)
-        return;
+    if (event->button() == Qt::LeftButton)
+        act(false);
+}
+
+void MyToolButton::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        act(true);
+}
+
+void MyToolButton::act(bool isDouble)
+{
     setChecked(true);
     Q_EMIT clicked(isDouble);
 }

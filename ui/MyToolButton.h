@@ -12,6 +12,9 @@ class MyToolButton : public QToolButton
 public:
     explicit MyToolButton(QWidget *parent = nullptr) : QToolButton(parent) {}
 
+    /** What a left press does; click() would emit clicked(true). */
+    void act();
+
 Q_SIGNALS:
     void doubleClicked(); ///< never emitted; clicked(true) tells a double click
 
@@ -20,5 +23,5 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
 
 private:
-    void act(const QMouseEvent *event, bool isDouble);
+    void act(bool isDouble);
 };
