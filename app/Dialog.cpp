@@ -95,8 +95,8 @@ void Dialog::setUpTheme()
     new LateStyle(ui->frame_2,
                   Theme::frameBackground(folder, QStringLiteral("frame_2"), QStringLiteral("BackGround.png")));
     const auto pageButton = [&folder](QToolButton *button, const QString &name, const QString &checked) {
-        button->setStyleSheet(Theme::pageButton(folder, name + ".png", name + "Hover.png", name + checked + ".png") +
-                              Theme::toolTip());
+        new LateStyle(button, Theme::pageButton(folder, name + ".png", name + "Hover.png", name + checked + ".png") +
+                                  Theme::toolTip());
     };
     const QString checked = QStringLiteral("Checked");
     pageButton(ui->ButtonMain, QStringLiteral("Home"), checked);
@@ -105,8 +105,8 @@ void Dialog::setUpTheme()
     pageButton(ui->LightsButton, QStringLiteral("Light"), checked);
     pageButton(ui->FormSetting, QStringLiteral("Setting"), QStringLiteral("Click"));
     const auto toolButton = [&folder](QToolButton *button, const QString &name) {
-        button->setStyleSheet(Theme::toolButton(folder, name + ".png", name + "Hover.png", name + "Click.png") +
-                              Theme::toolTip());
+        new LateStyle(button, Theme::toolButton(folder, name + ".png", name + "Hover.png", name + "Click.png") +
+                                  Theme::toolTip());
     };
     toolButton(ui->UpArrow, QStringLiteral("PageChange"));
     toolButton(ui->MinButton, QStringLiteral("Min"));

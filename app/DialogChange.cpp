@@ -13,6 +13,7 @@
 #include "productdata/UserSettings.h"
 #include "ui/ComboStyle.h"
 #include "ui/LanguageList.h"
+#include "ui/LateStyle.h"
 #include "ui/QuestiondialogB.h"
 #include "ui/mytoolButtonEnter.h"
 #include "ui_DialogChange.h"
@@ -69,18 +70,18 @@ void DialogChange::setUpTheme()
     const QString folder = Theme::pictureFolder("DialogChange");
     ui->frameChange->setStyleSheet(
         Theme::frameBackground(folder, QStringLiteral("frameChange"), QStringLiteral("BackGround.png")));
-    const auto threePictures = [&folder](QToolButton *button, const char *name) {
+    const auto threePictures = [&folder](QToolButton *button, const char *name, const QString &more = {}) {
         const QString base = QLatin1String(name);
-        button->setStyleSheet(Theme::toolButton(folder, base + QStringLiteral(".png"),
-                                                base + QStringLiteral("Hover.png"),
-                                                base + QStringLiteral("Click.png")));
+        new LateStyle(button,
+                      Theme::toolButton(folder, base + QStringLiteral(".png"), base + QStringLiteral("Hover.png"),
+                                        base + QStringLiteral("Click.png")) +
+                          more);
     };
     threePictures(ui->CloseButton, "Close");
     threePictures(ui->MinButton, "Min");
     threePictures(ui->LeftButton, "Left");
     threePictures(ui->RightButton, "Right");
-    threePictures(ui->Repair, "Repair");
-    ui->Repair->setStyleSheet(ui->Repair->styleSheet() + Theme::toolTip());
+    threePictures(ui->Repair, "Repair", Theme::toolTip());
     ui->label_2->setStyleSheet(Theme::namedLabel(QStringLiteral("label_2")));
     ui->label_3->setStyleSheet(Theme::namedLabel(QStringLiteral("label_3")));
     const QFont hintFont(QStringLiteral("微软雅黑"), 14);

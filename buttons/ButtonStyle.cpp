@@ -51,6 +51,6 @@ void Buttoninterface::makeStyles()
                             QString::fromLatin1(sheet).arg(PictureFolder, text, label));
     styleCombo(form.ProjectChoose, "Buttoninterface");
     for (QToolButton *button : {form.Reset, form.ImportData, form.OutputData})
-        button->setStyleSheet(Theme::textButton(PictureFolder, QStringLiteral("Button.png"),
+        new LateStyle(button, Theme::textButton(PictureFolder, QStringLiteral("Button.png"),
                                                 QStringLiteral("ButtonHover.png"), QStringLiteral("ButtonClick.png")));
 }

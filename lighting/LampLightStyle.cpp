@@ -9,7 +9,7 @@
 namespace {
 
 const char *const lines = "#rule{border: 0px;background: rgb(%1);}";
-const char *const presetButton = "#%2{border: 0px;image: url(%1Color%3.png);}"
+const char *const presetButton = "#%2{border: 0px;background: url(%1Color%3.png) no-repeat center;}"
                                  "#%2:hover{border: 1px solid rgb(%5);border-radius: 5px;}"
                                  "#%2:pressed{border: 1px solid rgb(%4);border-radius: 5px;}";
 
@@ -29,17 +29,17 @@ void LampLight::setStyles()
                             Theme::label() + QString::fromLatin1(lines).arg(Theme::rgb(Theme::Tone::Hairline)) +
                             presetButtons);
 
-    form.RippeControl->setStyleSheet(Theme::switchButton(pictures, form.RippeControl->objectName()));
+    new LateStyle(form.RippeControl, Theme::switchButton(pictures, form.RippeControl->objectName()));
 
     form.label_7->setPixmap(QPixmap(pictures + QStringLiteral("ColorBoard.png")));
     form.label_7->setCursor(Qt::CrossCursor);
     form.label_9->setPixmap(QPixmap(pictures + QStringLiteral("Title.png")));
-    form.labelPreView->setStyleSheet(
-        QStringLiteral("QLabel{background-image: url(%1PreviewColor.png);}").arg(pictures));
+    new LateStyle(form.labelPreView,
+                  QStringLiteral("QLabel{background-image: url(%1PreviewColor.png);}").arg(pictures));
     for (QToolButton *button : {form.AddR, form.AddG, form.AddB})
-        button->setStyleSheet(Theme::toolButton(pictures, QStringLiteral("Add.png"), QStringLiteral("AddHover.png"),
+        new LateStyle(button, Theme::toolButton(pictures, QStringLiteral("Add.png"), QStringLiteral("AddHover.png"),
                                                 QStringLiteral("AddClick.png")));
     for (QToolButton *button : {form.ReduceR, form.ReduceG, form.ReduceB})
-        button->setStyleSheet(Theme::toolButton(pictures, QStringLiteral("Reduce.png"),
+        new LateStyle(button, Theme::toolButton(pictures, QStringLiteral("Reduce.png"),
                                                 QStringLiteral("ReduceHover.png"), QStringLiteral("ReduceClick.png")));
 }

@@ -31,6 +31,14 @@ const char *const icons = "QToolButton{border: 0px;background: url(%1Title.png) 
                           "#toolButton{background: url(%1Mouse.png) no-repeat center;}"
                           "#toolButton_2,#toolButton_3{background: url(%1Info.png) no-repeat center;}";
 
+QString updateButtonSheet(bool isOffered)
+{
+    return Theme::pushButton(Theme::pictureFolder("FormSetting"),
+                             isOffered ? QStringLiteral("WaitUpdate.png") : QStringLiteral("Confirm.png"),
+                             isOffered ? QStringLiteral("WaitUpdateHover.png") : QStringLiteral("ConfirmHover.png"),
+                             QStringLiteral("ConfirmClick.png"));
+}
+
 } // namespace
 
 void FormSetting::setStyles()
@@ -50,12 +58,12 @@ void FormSetting::setStyles()
     form.background->setPicture(pictures + QStringLiteral("Panel.png"));
     form.scrollArea->verticalScrollBar()->setStyleSheet(Theme::scrollBar() + QLatin1String(scrollPlace));
     for (QPushButton *button : {form.pushButton, form.pushButton_2})
-        button->setStyleSheet(Theme::pushButton(pictures, QStringLiteral("Button.png"),
+        new LateStyle(button, Theme::pushButton(pictures, QStringLiteral("Button.png"),
                                                 QStringLiteral("ButtonHover.png"), QStringLiteral("ButtonClick.png")));
     for (QPushButton *button : {form.pushButton_3, form.pushButton_4})
         button->setStyleSheet(QString::fromLatin1(link).arg(accent) + Theme::toolTip());
     for (QPushButton *button : {form.Receive, form.Mouse})
-        showUpdateButton(button, false);
+        new LateStyle(button, updateButtonSheet(false));
     // None of them does anything; under the mouse they would look as if.
     for (QToolButton *still :
          form.titles + QVector<QToolButton *>{form.toolButton, form.toolButton_2, form.toolButton_3})
@@ -64,8 +72,5 @@ void FormSetting::setStyles()
 
 void FormSetting::showUpdateButton(QPushButton *button, bool isOffered)
 {
-    const QString pictures = Theme::pictureFolder("FormSetting");
-    const QString plain = isOffered ? QStringLiteral("WaitUpdate.png") : QStringLiteral("Confirm.png");
-    const QString hover = isOffered ? QStringLiteral("WaitUpdateHover.png") : QStringLiteral("ConfirmHover.png");
-    changeSheet(button, Theme::pushButton(pictures, plain, hover, QStringLiteral("ConfirmClick.png")));
+    changeSheet(button, updateButtonSheet(isOffered));
 }

@@ -5,6 +5,7 @@
 #include "sensor/MarkerDrag.h"
 #include "ui/ChangeSheet.h"
 #include "ui/ComboStyle.h"
+#include "ui/LateStyle.h"
 #include "ui/MyConmboBox.h"
 #include "ui/MySlider.h"
 #include "ui/NumberBox.h"
@@ -103,7 +104,7 @@ void DpiForm::makeValueControls()
     horizontalSliderC->setRange(50, 10000);
     horizontalSliderC->setSingleStep(50);
     horizontalSliderC->setPageStep(50);
-    horizontalSliderC->setStyleSheet(Theme::slider(folder));
+    new LateStyle(horizontalSliderC, Theme::slider(folder));
 
     spinBoxA->setObjectName(QStringLiteral("spinBoxA"));
     spinBoxA->setGeometry(618, 56, 66, 20);
@@ -114,9 +115,9 @@ void DpiForm::makeValueControls()
     const auto stepButton = [this](QToolButton *button, const char *name, const QString &picture, const QRect &place) {
         button->setObjectName(QLatin1String(name));
         button->setGeometry(place);
-        button->setStyleSheet(
-            Theme::toolButton(folder, picture + ".png", picture + "Hover.png", picture + "Click.png") +
-            Theme::toolButtonFocus(folder, picture + "Hover.png"));
+        new LateStyle(button,
+                      Theme::toolButton(folder, picture + ".png", picture + "Hover.png", picture + "Click.png") +
+                          Theme::toolButtonFocus(folder, picture + "Hover.png"));
     };
     stepButton(ReduceLevelA, "ReduceLevelA", QStringLiteral("Reduce"), {598, 64, 14, 4});
     stepButton(AddLevelA, "AddLevelA", QStringLiteral("Add"), {691, 59, 14, 14});
@@ -138,7 +139,7 @@ void DpiForm::makeLevels(QWidget *editor)
         cards[static_cast<std::size_t>(level)] = button;
         bars[static_cast<std::size_t>(level)] = make(name + QLatin1Char('A'), barGroup, level);
         button->setFont(PageFont::font());
-        button->setStyleSheet(cardStyle(folder));
+        new LateStyle(button, cardStyle(folder));
         showCard(level, false);
         bar(level)->setGeometry(barAtRest(level));
         setColour(level, QLatin1String(entry.colour));
@@ -154,8 +155,9 @@ void DpiForm::makeMarker(QWidget *editor)
     // Its place reaches over the foot of the bars, but its picture doesn't: a click there is for the colour.
     for (QToolButton *bar : bars)
         bar->raise();
-    label_8->setStyleSheet(
-        QStringLiteral("#label_8{image: url(%1Level.png);}#label_8:hover{image: url(%1LevelHover.png);}").arg(folder));
+    new LateStyle(label_8, QStringLiteral("#label_8{background: url(%1Level.png) no-repeat center;}"
+                                          "#label_8:hover{background-image: url(%1LevelHover.png);}")
+                               .arg(folder));
 }
 
 void DpiForm::showCard(int level, bool selected)

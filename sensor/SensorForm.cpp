@@ -101,7 +101,7 @@ void SensorForm::makeTitles()
         QStringLiteral("QToolButton{border-image: url(%1Title.png);}").arg(Theme::pictureFolder("Sensor"));
     const auto title = [&style](QToolButton *button, const char *name, QPoint position) {
         place(button, name, QRect(position, titleButtonSize));
-        button->setStyleSheet(style);
+        new LateStyle(button, style);
         button->setFocusPolicy(Qt::NoFocus);
     };
     title(TitleButton, "TitleButton", {40, 27});

@@ -5,6 +5,7 @@
 #include "devicelink/DeviceSetters.h"
 #include "productdata/Theme.h"
 #include "ui/FittedText.h"
+#include "ui/LateStyle.h"
 #include "ui/PageFont.h"
 
 #include <QButtonGroup>
@@ -65,7 +66,7 @@ SensorRate::SensorRate(QWidget *parent) : QFrame(parent), label(new QLabel(this)
         button->setText(QLatin1String(rate.text));
         button->setGeometry(QRect(QPoint(buttonDistance * index, buttonTop), buttonSize));
         button->setCheckable(true);
-        button->setStyleSheet(style);
+        new LateStyle(button, style);
         group->addButton(button, index);
         buttons[static_cast<std::size_t>(index)] = button;
         connect(button, &QToolButton::clicked, this, [this, index](bool checked) {

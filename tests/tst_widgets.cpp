@@ -1,6 +1,7 @@
 #include "support/Rows.h"
 #include "support/TestHome.h"
 #include "ui/ComboStyle.h"
+#include "ui/LateStyle.h"
 #include "ui/LineBreaks.h"
 #include "ui/MyConmboBox.h"
 #include "ui/MyLineEdit.h"
@@ -88,6 +89,7 @@ private Q_SLOTS:
     void keyOfAListIsNoneOfTheWindow();
     void listsHaveTheThinScrollBar();
     void comboBoxCentresItsText();
+    void lateSheets();
     void toolButtonActsAtThePress();
     void lineEditTakesNothing();
 };
@@ -267,6 +269,25 @@ void WidgetsTest::comboBoxCentresItsText()
 }
 
 /** What it tells is whether the press is the second one. Other mouse buttons do nothing. */
+/** A sheet comes when its widget shows, or by itself in the end; one that is there stays. */
+void WidgetsTest::lateSheets()
+{
+    QWidget window;
+    auto *const seen = new QWidget(&window);
+    auto *const unseen = new QWidget(&window);
+    unseen->hide();
+    for (QWidget *each : {seen, unseen})
+        new LateStyle(each, "QWidget{color:red;}");
+    QVERIFY(seen->styleSheet().isEmpty());
+    unseen->setStyleSheet("QWidget{color:blue;}");
+    window.show();
+    QCOMPARE(seen->styleSheet(), QString("QWidget{color:red;}"));
+    auto *const never = new QWidget(new QWidget(&window));
+    new LateStyle(never, "QWidget{color:green;}");
+    QTRY_COMPARE(never->styleSheet(), QString("QWidget{color:green;}"));
+    QCOMPARE(unseen->styleSheet(), QString("QWidget{color:blue;}"));
+}
+
 void WidgetsTest::toolButtonActsAtThePress()
 {
     MyToolButton button;

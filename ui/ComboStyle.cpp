@@ -1,9 +1,11 @@
 #include "ui/ComboStyle.h"
 
 #include "productdata/Theme.h"
+#include "ui/LateStyle.h"
 #include "ui/MyConmboBox.h"
 
 #include <QListView>
+#include <QScrollBar>
 
 namespace {
 
@@ -29,14 +31,14 @@ QString states()
 
 QListView *styleCombo(MyConmboBox *combo, const char *folder)
 {
-    // In this order: a list that had its sheet before it belonged to the box would never get the sheet of the box. And
-    // the scroll bar looks into the sheets as soon as the list belongs to the box, and no more after that.
+    // In this order: a list that had its sheet before it belonged to the box would never get the sheet of the box.
     auto *const list = new QListView;
-    combo->setStyleSheet(Theme::comboBox(Theme::pictureFolder(folder)) + QLatin1String(listPopup) + states() +
-                         Theme::scrollBar());
+    new LateStyle(combo, Theme::comboBox(Theme::pictureFolder(folder)) + QLatin1String(listPopup) + states());
     combo->setView(list);
     combo->setMaxVisibleItems(visibleRows);
     list->setStyleSheet(Theme::comboBoxList() + QLatin1String(listRow));
+    // It looks into the sheets of its parents as soon as the list belongs to the box, and no more after that.
+    list->verticalScrollBar()->setStyleSheet(Theme::scrollBar());
     // The list has an edge of its own; the style takes the frame round it away only when a page gets a sheet later on.
     if (auto *const frame = qobject_cast<QFrame *>(list->parentWidget()))
         frame->setFrameShape(QFrame::NoFrame);

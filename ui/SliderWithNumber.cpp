@@ -1,6 +1,7 @@
 #include "ui/SliderWithNumber.h"
 
 #include "productdata/Theme.h"
+#include "ui/LateStyle.h"
 #include "ui/NumberBox.h"
 
 #include <QFrame>
@@ -30,7 +31,7 @@ SliderWithNumber::SliderWithNumber(QWidget *parent, const char *folder, const ch
     slider->setOrientation(Qt::Horizontal);
     slider->setMinimum(1);
     slider->setPageStep(1);
-    slider->setStyleSheet(Theme::slider(Theme::pictureFolder(folder)) + disabledLook());
+    new LateStyle(slider, Theme::slider(Theme::pictureFolder(folder)) + disabledLook());
     number->setObjectName(QLatin1String(numberName));
     number->setMinimum(1);
     styleNumberDisplay(number);

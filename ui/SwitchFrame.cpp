@@ -2,6 +2,7 @@
 
 #include "productdata/Theme.h"
 #include "ui/FittedText.h"
+#include "ui/LateStyle.h"
 #include "ui/PageFont.h"
 
 #include <QLabel>
@@ -26,7 +27,7 @@ SwitchFrame::SwitchFrame(const char *buttonName, const char *folder, const QStri
     button->setObjectName(QLatin1String(buttonName));
     button->setGeometry(buttonPlace);
     button->setCheckable(true);
-    button->setStyleSheet(Theme::switchButton(Theme::pictureFolder(folder), button->objectName()));
+    new LateStyle(button, Theme::switchButton(Theme::pictureFolder(folder), button->objectName()));
     setTitle(title);
 }
 
