@@ -57,8 +57,10 @@ void requestReread()
 {
     if (!statusGate().open())
         return;
-    ReconnectRequested = true;
+    // In this order: the poll that finds the request may start the pass in between, which without the mark would find
+    // nothing changed and leave the mark to a later connect.
     RereadPending = true;
+    ReconnectRequested = true;
 }
 
 struct StatusFlag
