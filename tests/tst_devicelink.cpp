@@ -114,10 +114,12 @@ void DeviceLinkTest::setters()
 {
     connectMouse();
     QVERIFY(insist([] { return SetKeyFunction(15, 10, 1, 2) && SetDpiLedMode(2) && SetDpiLedMode(0); }));
+    QVERIFY(insist([] { return SetLightMode(5) && SetLightMode(0); }));
     QVERIFY(insist([] { return SetDpiLevelPair({9, 9, 9, 9, 9, 9}, {1, 2, 3, 4, 5, 6}, 0, 0, 0); }));
     const FlashDataMap record = WorkingRecord::instance().copy();
     QCOMPARE(bytesOf(record.KeyFunctions[15]).toHex(), QByteArray("0a0102"));
-    QVERIFY2(record.DpiLedMode == 2 && record.DpiLedOn == 0, "the effect is there again when it is switched on");
+    // The effect is there again when it is switched on.
+    QVERIFY(record.DpiLedMode == 2 && record.DpiLedOn == 0 && record.LightMode == 5 && record.LightOn == 0);
     QCOMPARE(bytesOf(record.DpiLevels[0]).toHex(), QByteArray("010203040506"));
     // The mouse holds the very record of the program: what was meant and nothing else was written.
     QTRY_COMPARE(bytesOf(VirtualMice::record("q1")), bytesOf(record));

@@ -75,6 +75,10 @@ void VirtualBusTest::damagedStateIsPutAside()
     QVERIFY(QFile::exists(folder.filePath("flash-q1.bin.damaged")));
     write("scene.json", 0, "{\"mice\": 7}");
     QCOMPARE(load(folder.path(), "scene.json can't be used").size(), std::size_t{4});
+    // Nothing in a file leads out of the folder.
+    write("scene.json", 0,
+          R"({"mice": [{"id": "../../q1", "model": "q1"}, {"id": "ok", "model": "q1"}, 5], "receivers": []})");
+    QCOMPARE(load(folder.path()).size(), std::size_t{1});
     QCOMPARE(load(folder.filePath("scene.json") + "/portwire", "can't write .*/portwire/").size(), std::size_t{4});
 }
 

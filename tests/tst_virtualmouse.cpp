@@ -69,7 +69,6 @@ private Q_SLOTS:
     void receiverLooksForAMouse();
     void buttons_data();
     void buttons();
-    void ratesEndWithTheLink();
 };
 
 void tst_virtualmouse::batchIsStagedUntilItsEnd()
@@ -162,6 +161,8 @@ void tst_virtualmouse::buttons_data()
     row("until any button", "0602fd", qPrintable(twice + ", 100 +button 1, 110 -button 1"), "2:0-50 0:100-110", tapA);
     row("until any button, its own", "0602fd", qPrintable(twice), "2:0-50 2:100-110", tapA);
     row("what no report holds", "060201", "20 -key 4", "2:0-50", "04 1840010000 0641010000 0208000000 2300000000");
+    row("rates, up to the fastest of the link", "070000", "0 +rate 2000, 20 +rate 4000, 40 +rate 125",
+        "2:0-10 2:20-30 2:40-50");
     row("all lights", "080000", "0 +light 0, 0 +indicator 0");
     row("indicator", "080100", "0 +indicator 0");
     row("next effect", "080400", "0 +light 1");
@@ -187,26 +188,6 @@ void tst_virtualmouse::buttons()
         mouse.put({functions.at(0) == 5 ? std::size_t{256 + 2 * 32} : std::size_t{768 + 2 * 384 + 31},
                    {block.begin(), block.end()}});
     QCOMPARE(text(ButtonPlayer(mouse, 4000).play(pressesIn(presses))), events);
-}
-
-void tst_virtualmouse::ratesEndWithTheLink()
-{
-    const std::pair<const char *, int> links[] = {{"cable", 1000}, {"1k", 1000}, {"2k", 2000}, {"4k", 4000}};
-    for (const auto &[link, fastest] : links) {
-        const auto bus = VirtualBus::create();
-        std::string id;
-        QVERIFY(bus->add("q1", link, id).empty());
-        std::vector<std::uint8_t> record;
-        bus->record(id, record);
-        record[74] = 7; // the left button goes from rate to rate, the slowest after the fastest
-        record[75] = 0;
-        QVERIFY(bus->setRecord(id, record).empty());
-        std::vector<HidEvent> events;
-        QVERIFY(bus->play(id, pressesIn("0:0-10 0:20-30 0:40-50 0:60-70 0:80-90 0:100-110"), events).empty());
-        for (std::size_t next = 1; next < events.size(); ++next)
-            QCOMPARE(events[next].code, events[next - 1].code == fastest ? 125 : 2 * events[next - 1].code);
-        QCOMPARE(events.size(), std::size_t{6});
-    }
 }
 
 QTEST_GUILESS_MAIN(tst_virtualmouse)
