@@ -1,4 +1,3 @@
-#include "app/ChooserList.h"
 #include "devicelink/DeviceWatch.h"
 #include "devicelink/Worker.h"
 #include "productdata/UserFolders.h"

@@ -58,24 +58,16 @@ ProductCopy::ProductCopy() : program(folder.filePath(QFileInfo(QCoreApplication:
 #endif
 }
 
-void ProductCopy::replace(const QString &name, const QByteArray &content)
-{
-    QFile::remove(path(name));
-    if (content.isEmpty())
-        return;
-    QFile file(path(name));
-    if (file.open(QIODevice::WriteOnly))
-        file.write(content);
-}
-
 void ProductCopy::change(const QString &name, const std::function<QByteArray(QByteArray)> &changed)
 {
     QFile file(path(name));
     if (!file.open(QIODevice::ReadOnly))
         qFatal("there is no %s", qPrintable(name));
-    const QByteArray content = file.readAll();
+    const QByteArray content = changed(file.readAll());
     file.close(); // Windows doesn't remove a file that is open
-    replace(name, changed(content));
+    file.remove();
+    if (!content.isEmpty() && file.open(QIODevice::WriteOnly))
+        file.write(content);
 }
 
 ProductCopy::Result ProductCopy::run(const QString &testFunction, int milliseconds)

@@ -24,9 +24,7 @@ public:
 
     /** Full path of a file beside the copy. */
     QString path(const QString &name) const { return folder.filePath(name); }
-    /** Replaces a file beside the copy; empty content removes it. */
-    void replace(const QString &name, const QByteArray &content);
-    /** Changes the content of a file beside the copy. */
+    /** Changes the content of a file beside the copy; an empty one removes it. */
     void change(const QString &name, const std::function<QByteArray(QByteArray)> &changed);
     /** Runs one test function in the copy. */
     Result run(const QString &testFunction, int milliseconds = 60000);
