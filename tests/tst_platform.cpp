@@ -83,6 +83,7 @@ void TestPlatform::crashLeavesDump_data()
 {
     const Rows<QString, QString> row("function", "signal");
     row("fault", "deliberateFault", "SIGSEGV");
+    row("nullCall", "deliberateCall", "SIGSEGV");
     row("thread", "deliberateFault", "SIGSEGV");
     row("overflow", "deliberateOverflow", "SIGSEGV");
     row("exception", "deliberateCall", "SIGABRT");
