@@ -116,9 +116,9 @@ void ButtonPageTest::everyFunctionOnEveryButton()
     for (const QString &choice : QString(choices).split(", ")) {
         const QStringList words = choice.split(' ');
         const QString opener = words[1] == "-" ? QString() : words[1];
-        const auto byte = [&words](int at) { return std::uint8_t(words[at].toInt()); };
+        const auto byteAt = [&words](int at) { return std::uint8_t(words[at].toInt()); };
         const int told = words.last().toInt(nullptr, 0);
-        expected.KeyFunctions[slot] = {byte(2), byte(3), byte(4)};
+        expected.KeyFunctions[slot] = {byteAt(2), byteAt(3), byteAt(4)};
         if (opener == "DPI_4")
             expected.KeyFunctions[slot].KeyParam1 = std::uint8_t(model == 0 ? told / 50 - 1 : told / 100 + 3);
         if (const auto usage = std::uint16_t(told); opener == "DPI_12")
