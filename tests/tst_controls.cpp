@@ -11,6 +11,7 @@ private Q_SLOTS:
     void change_data();
     void change();
     void everyRate();
+    void indicator();
 };
 
 void ControlsTest::change_data()
@@ -60,6 +61,23 @@ void ControlsTest::everyRate()
     for (const char *rate : {"4000", "500", "2000", "125", "250", "1000"}) {
         click(QStringLiteral("Button%1HZ").arg(rate));
         QTRY_COMPARE(mouse()["rate"].toInt(), QByteArray(rate).toInt());
+    }
+}
+
+/** It is offered to nobody, and each choice is what the mouse then holds all the same. */
+void ControlsTest::indicator()
+{
+    hold(someRecord());
+    const auto isTaken = [this] { return isWritten() && screenDifferences(window.get(), held()).isEmpty(); };
+    for (int mode : {0, 1, 2}) {
+        Hand::choose(window.get(), sensorPage, "Model", mode);
+        QVERIFY2(isTaken(), qPrintable(QString::number(mode)));
+    }
+    for (const char *slider : {"SpeedH", "LightH"}) {
+        for (int value = find<QSlider>(slider)->maximum(); value > 0; --value) {
+            Hand::slide(window.get(), sensorPage, slider, value);
+            QVERIFY2(isTaken() && find<QSlider>(slider)->value() == value, slider);
+        }
     }
 }
 

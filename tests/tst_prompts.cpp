@@ -13,6 +13,7 @@
 #include <QWindow>
 
 #include <map>
+#include <utility>
 
 using namespace AllPrompts;
 using namespace PromptDriver;
@@ -99,19 +100,23 @@ void PromptsTest::shape()
     }
 }
 
-/** Each language while the prompt is open: the file's texts as they stand, in letters one can read. */
+/** Each language while the prompt is open: the file's texts as they stand, painted in letters one can read. */
 void PromptsTest::languages()
 {
     QFETCH(int, row);
     const char *const section = rows[row].section;
     const Made prompt = rows[row].make();
     prompt->show();
+    QImage painted;
     for (int language = LanguageFile::languageCount; language >= 0; --language) {
         postMsg()->post(&PostMsg::SigChangeLanguage, int{language});
         QCOMPARE(labelText(*prompt), fileText(language, section, rows[row].text));
         for (const QToolButton *each : textButtons(*prompt))
             QCOMPARE(each->text(), fileText(language, section, each->objectName()));
-        QVERIFY2(prompt->findChild<QLabel *>("label")->font().pointSizeF() >= 9, qPrintable(labelText(*prompt)));
+        auto *const label = prompt->findChild<QLabel *>("label");
+        QVERIFY2(label->font().pointSizeF() >= 9, qPrintable(label->text()));
+        const QImage before = std::exchange(painted, label->grab().toImage());
+        QVERIFY2(before != painted, qPrintable(label->text()));
     }
     // One that opens later comes up in the language chosen.
     UserSettings::instance()->setLanguage(4);

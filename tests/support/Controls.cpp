@@ -79,9 +79,10 @@ void setDpi(DpiLevel &level, int dpi)
 
 FlashDataMap stepDpi(Window window, FlashDataMap held)
 {
-    Hand::press(window, sensor, "AddLevelA");
     DpiLevel &level = held.DpiLevels[held.DpiCurrentLevel];
-    setDpi(level, dpiOf(level) + 50);
+    const bool isUp = dpiOf(level) % 100 == 0; // and down again
+    Hand::press(window, sensor, isUp ? "AddLevelA" : "ReduceLevelA");
+    setDpi(level, dpiOf(level) + (isUp ? 50 : -50));
     return held;
 }
 
