@@ -1,6 +1,7 @@
 #include "app/ChooserEntry.h"
 
 #include "app/ChooserList.h"
+#include "app/ModelNames.h"
 #include "devicelink/DeviceIdentity.h"
 #include "productdata/Theme.h"
 #include "ui/mytoolButtonEnter.h"
@@ -47,7 +48,19 @@ ChooserEntry::ChooserEntry(QWidget *page, int index, int left, QPoint status, QP
     offlineLabel->setPixmap(QPixmap(folder() + QStringLiteral("OffLine.png")));
 }
 
-void ChooserEntry::setOfflineTip(const QString &tip) { offlineLabel->setToolTip(tip); }
+void ChooserEntry::setOfflineTip(const QString &tip)
+{
+    offlineLabel->setToolTip(tip);
+    setHint();
+}
+
+/** Of the whole picture: whose it is, and why it is dark. The small sign alone would have to be found first. */
+void ChooserEntry::setHint()
+{
+    picture->setAccessibleName(modelName);
+    const QString why = offlineLabel->isHidden() ? QString() : offlineLabel->toolTip();
+    picture->setToolTip(modelName.isEmpty() || why.isEmpty() ? modelName + why : modelName + QLatin1Char('\n') + why);
+}
 
 void ChooserEntry::show(const DeviceAllInfo &device)
 {
@@ -66,6 +79,8 @@ void ChooserEntry::show(const DeviceAllInfo &device)
         QPixmap(folder() + (device.IsCorded ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png"))));
     linkLabel->setVisible(!offline);
     offlineLabel->setVisible(offline);
+    modelName = ModelNames::of(model);
+    setHint();
 
     const int kilohertz = ChooserList::receiverKilohertz(device);
     if (kilohertz != 0)

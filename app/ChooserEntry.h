@@ -22,6 +22,9 @@ public:
     mytoolButtonEnter *button() const { return picture; }
 
 private:
+    void setHint();
+
+    QString modelName; ///< of the model; empty if it has none
     mytoolButtonEnter *picture;
     QLabel *offlineLabel;  ///< shown while the mouse doesn't answer
     QLabel *linkLabel;     ///< cable or receiver

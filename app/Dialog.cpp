@@ -1,6 +1,7 @@
 #include "app/Dialog.h"
 
 #include "app/ConnectWait.h"
+#include "app/ModelNames.h"
 #include "app/hub/PostMsg.h"
 #include "app/hub/Wait.h"
 #include "buttons/Buttoninterface.h"
@@ -27,7 +28,6 @@
 
 #include <QButtonGroup>
 
-#include <array>
 #include <utility>
 
 namespace {
@@ -36,9 +36,6 @@ namespace {
 constexpr int lowBattery = 16;
 /** How far above the middle the wait prompt stands, in pixels. */
 constexpr QPoint promptOffset(0, -20);
-
-/** The names of the two models; they are names, not texts, and the same in all languages. */
-constexpr std::array<const char *, 2> modelNames = {"Halvarion Q1", "Halvarion Q2"};
 
 void saveRecord() { SaveDeviceCache(SaveFileName().get(), WorkingRecord::instance().copy()); }
 
@@ -220,8 +217,8 @@ void Dialog::SlotBattery(bool IsCharg, int Number, bool IsText)
 
 void Dialog::SlotMouseIndex(int index)
 {
-    if (index >= 0 && index < static_cast<int>(modelNames.size()))
-        ui->label_3->setText(QLatin1String(modelNames[static_cast<std::size_t>(index)]));
+    if (const QString name = ModelNames::of(index); !name.isEmpty())
+        ui->label_3->setText(name);
 }
 
 void Dialog::SlotUpDataParam(int index)

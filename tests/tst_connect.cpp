@@ -131,6 +131,7 @@ void ConnectTest::chooserStates()
     QVERIFY(program.find(button)->styleSheet().contains("DisOnlin0.png"));
     const QWidget *const offline = program.find("label" + button.mid(3));
     QVERIFY(offline->isVisible() && offline->toolTip().contains('\n'));
+    QCOMPARE(program.find(button)->toolTip(), "Halvarion Q1\n" + offline->toolTip());
 
     for (const char *const mouse : {"q1", "q2"})
         VirtualMice::tell({"unplug", VirtualMice::receiverOf(mouse)});
