@@ -92,7 +92,8 @@ void Dialog::setUpTheme()
     new LateStyle(ui->frame_2,
                   Theme::frameBackground(folder, QStringLiteral("frame_2"), QStringLiteral("BackGround.png")));
     const auto pageButton = [&folder](QToolButton *button, const QString &name, const QString &checked) {
-        new LateStyle(button, Theme::pageButton(folder, name + ".png", name + "Hover.png", name + checked + ".png") +
+        new LateStyle(button, Theme::pageButton(folder, name + ".png", name + "Hover.png", name + checked + ".png",
+                                                name + "Disabled.png") +
                                   Theme::toolTip());
     };
     const QString checked = QStringLiteral("Checked");

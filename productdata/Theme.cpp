@@ -102,12 +102,14 @@ QString Theme::toolButton(const QString &folder, const QString &plain, const QSt
         .arg(folder, plain, hover, click);
 }
 
-QString Theme::pageButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked)
+QString Theme::pageButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked,
+                          const QString &disabled)
 {
     return QStringLiteral("QToolButton{border: 0px;background-position:center;background-repeat:no-repeat;"
                           "background-image: url(%1%2);}QToolButton:hover{background-image: url(%1%3);}"
-                          "QToolButton:checked{background-image: url(%1%4);}")
-        .arg(folder, plain, hover, checked);
+                          "QToolButton:checked{background-image: url(%1%4);}"
+                          "QToolButton:disabled{background-image: url(%1%5);}")
+        .arg(folder, plain, hover, checked, disabled);
 }
 
 QString Theme::textButton(const QString &folder, const QString &plain, const QString &hover, const QString &click)

@@ -57,8 +57,9 @@ QString checkBox(const QString &folder);
 QString indicator(const QString &folder, const QString &widgetClass, const QString &name);
 /** A tool button with pictures for plain, hover and pressed. Pictures are file names in the folder. */
 QString toolButton(const QString &folder, const QString &plain, const QString &hover, const QString &click);
-/** A page button with pictures for plain, hover and checked. */
-QString pageButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked);
+/** A page button with pictures for plain, hover and checked, and one for while no other page can be reached. */
+QString pageButton(const QString &folder, const QString &plain, const QString &hover, const QString &checked,
+                   const QString &disabled);
 /**
  * A confirm-like button with text: `ButtonColor`, a picture, one for hover or the keyboard, and one for pressed. The
  * corners of the picture keep their shape on a button of any width.

@@ -59,6 +59,7 @@ private Q_SLOTS:
     void chooserStates();
     void duplicatesAreToldOnce();
     void connectShowsWhatTheMouseHolds();
+    void pageButtonsAreGreyDuringARecording();
     void asleepAndAwakeAgain();
     void sleepingMouseShowsTheCache();
     void cableTakesOver();
@@ -180,6 +181,20 @@ void ConnectTest::connectShowsWhatTheMouseHolds()
     QVERIFY(program.find("label")->isVisible());
     // The first connect of a model makes its cache.
     QTRY_COMPARE(QFileInfo(cacheFile()).size(), 10432);
+}
+
+void ConnectTest::pageButtonsAreGreyDuringARecording()
+{
+    const Program program;
+    QWidget *const button = program.find("SensorButton");
+    const QImage usable = button->grab().toImage();
+    postMsg()->post(&PostMsg::SigStartRecord, 0);
+    const QImage grey = button->grab().toImage();
+    QImage empty = grey; // as without a picture
+    empty.fill(grey.pixel(0, 0));
+    QVERIFY(!button->isEnabled() && grey != usable && grey != empty);
+    postMsg()->post(&PostMsg::SigStartRecord, 1);
+    QVERIFY(button->isEnabled() && button->grab().toImage() == usable);
 }
 
 void ConnectTest::asleepAndAwakeAgain()
