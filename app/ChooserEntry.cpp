@@ -48,17 +48,20 @@ ChooserEntry::ChooserEntry(QWidget *page, int index, int left, QPoint status, QP
     offlineLabel->setPixmap(QPixmap(folder() + QStringLiteral("OffLine.png")));
 }
 
-void ChooserEntry::setOfflineTip(const QString &tip)
+void ChooserEntry::setTips(const QString &offline, const QString &unknown)
 {
-    offlineLabel->setToolTip(tip);
+    offlineLabel->setToolTip(offline);
+    unknownTip = unknown;
     setHint();
 }
 
-/** Of the whole picture: whose it is, and why it is dark. The small sign alone would have to be found first. */
+/** Of the whole picture: which mouse it is, and why a click won't do. The small sign alone would have to be found. */
 void ChooserEntry::setHint()
 {
     picture->setAccessibleName(modelName);
-    const QString why = offlineLabel->isHidden() ? QString() : offlineLabel->toolTip();
+    QString why = isUnknown ? unknownTip : QString();
+    if (!offlineLabel->isHidden())
+        why = offlineLabel->toolTip();
     picture->setToolTip(modelName.isEmpty() || why.isEmpty() ? modelName + why : modelName + QLatin1Char('\n') + why);
 }
 
@@ -80,6 +83,7 @@ void ChooserEntry::show(const DeviceAllInfo &device)
     linkLabel->setVisible(!offline);
     offlineLabel->setVisible(offline);
     modelName = ModelNames::of(model);
+    isUnknown = !isKnownModel(device);
     setHint();
 
     const int kilohertz = ChooserList::receiverKilohertz(device);

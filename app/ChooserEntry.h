@@ -17,14 +17,17 @@ public:
 
     /** Shows the device as it is now. */
     void show(const DeviceAllInfo &device);
-    void setOfflineTip(const QString &tip);
+    /** Says why a mouse doesn't answer, and why a device can't be opened. */
+    void setTips(const QString &offline, const QString &unknown);
 
     mytoolButtonEnter *button() const { return picture; }
 
 private:
     void setHint();
 
-    QString modelName; ///< of the model; empty if it has none
+    QString modelName; ///< empty if it has none
+    QString unknownTip;
+    bool isUnknown = false;
     mytoolButtonEnter *picture;
     QLabel *offlineLabel;  ///< shown while the mouse doesn't answer
     QLabel *linkLabel;     ///< cable or receiver

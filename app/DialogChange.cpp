@@ -186,7 +186,7 @@ void DialogChange::showEntry(int index)
     refreshOnline(device);
     ChooserEntry &entry = entries[static_cast<std::size_t>(index)];
     entry.show(device);
-    entry.setOfflineTip(offlineTip1 + QLatin1Char('\n') + offlineTip2);
+    entry.setTips(offlineTip1 + QLatin1Char('\n') + offlineTip2, unknownTip);
 }
 
 // Devices that can't be told apart -----------------------------------------------------------------------------------
@@ -277,11 +277,13 @@ void DialogChange::ChangeDialogLanguage(int index)
                                       offlineTip1 = text;
                                   else if (element == QLatin1String("OfflineTips2"))
                                       offlineTip2 = text;
+                                  else if (element == QLatin1String("UnknownTips"))
+                                      unknownTip = text;
                                   else if (element == QLatin1String("RepairDevice"))
                                       repairText = text;
                               });
     ui->Repair->setToolTip(repairText); // the hint itself shows only where no device does
     showHint();
     for (ChooserEntry &entry : entries)
-        entry.setOfflineTip(offlineTip1 + QLatin1Char('\n') + offlineTip2);
+        entry.setTips(offlineTip1 + QLatin1Char('\n') + offlineTip2, unknownTip);
 }

@@ -63,4 +63,5 @@ private:
     QString repairText;
     QString offlineTip1;
     QString offlineTip2;
+    QString unknownTip;
 };
