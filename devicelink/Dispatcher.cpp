@@ -32,6 +32,10 @@ void onBattery(const Report &report)
     postMsg()->postBlocking(&PostMsg::SigBattery, status[1] != 0, percent, ShowBatteryValue == 1);
 }
 
+/**
+ * The receiver's defaults are no settings of the mouse and are set from here. They are shown as they were set, without a
+ * question back: the receiver has passed this report on a moment ago, and hears.
+ */
 void onReset(const Report &report)
 {
     const DeviceAllInfo selected = SelectInfo().get();

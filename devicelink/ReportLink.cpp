@@ -13,8 +13,8 @@ std::atomic<unsigned> present{0};
 std::atomic<unsigned> lastEnd{0}; ///< generation that the last end() began
 
 /**
- * Orders the starts and ends. Taken before the locks of the working record; the library neither waits nor calls back in
- * what is called under it. Never destroyed: the connect thread may outlast the static objects.
+ * Orders the starts and ends. Taken before the locks of the working record; the library calls nobody back in what is
+ * called under it, and waits for no callback. Never destroyed: the connect thread may outlast the static objects.
  */
 QMutex &linkMutex()
 {

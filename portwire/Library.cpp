@@ -23,6 +23,7 @@ void Library::startLink(const char *path, PortwireReportCallback callback)
     std::shared_ptr<Work> work;
     if (current) {
         current->end();
+        leavePairing(*current);
         // The same device again: what hasn't reached the mouse yet is the business of the new link.
         if (current->path() == path) {
             work = current->work();
@@ -44,8 +45,22 @@ void Library::endLink()
     if (!current)
         return;
     current->end();
+    leavePairing(*current);
     current->work()->abandon("the program has left the device");
     current.reset();
+}
+
+/**
+ * Tells the receiver that nobody waits for the end of its pairing any more. Before anything else is asked of it, so the
+ * caller waits, some 30 ms at most and mostly some 2 ms: it could stop the next pairing otherwise.
+ */
+void Library::leavePairing(const Link &ended)
+{
+    if (!ended.work()->isPairing())
+        return;
+    // The order may be on its way still. An ended link comes to the end of a request and begins no other.
+    const std::lock_guard turn(ended.work()->turn());
+    channels->ask(ended.path(), {ReportCode::LeavePairing});
 }
 
 std::shared_ptr<Link> Library::link()

@@ -36,6 +36,7 @@ public:
 
 private:
     Library();
+    void leavePairing(const Link &ended);
 
     const std::shared_ptr<Channels> channels;
     Upgrades upgradesOfBus;

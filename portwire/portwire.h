@@ -118,6 +118,7 @@ PORTWIRE_API void UsbServer_SetCurrentConfig(uint8_t index);
 PORTWIRE_API void UsbServer_SetClearSetting(void);
 /** The battery curve of the model, 21 values. The mouse gets it first thing at the next UsbServerC_Start. */
 PORTWIRE_API void UsbServer_SetBatteryOptimizeSection(const int *table21);
+/** The receiver looks for a mouse of this maker; reports 6 tell how it goes. The end of the link ends that. */
 PORTWIRE_API void UsbServer_EnterDonglePairOnlyCid(uint8_t cid);
 
 /* The record ----------------------------------------------------------------------------------------------------- */

@@ -21,16 +21,13 @@ namespace {
 
 QByteArray held(const QString &mouse) { return bytesOf(VirtualMice::record(mouse)); }
 
-QByteArray stated(quint32 length, const QByteArray &bytes)
+QByteArray fileOf(const QByteArray &mark, const QByteArray &sensor, const QByteArray &record)
 {
     QByteArray made;
-    QDataStream(&made, QIODevice::WriteOnly) << length;
-    return made + bytes;
+    QDataStream(&made, QIODevice::WriteOnly)
+        << mark.leftJustified(12, '\0') << sensor.leftJustified(12, '\0') << record;
+    return made;
 }
-
-QByteArray array(const QByteArray &bytes) { return stated(quint32(bytes.size()), bytes); }
-
-QByteArray name(const char *text) { return array(QByteArray(text).leftJustified(12, '\0')); }
 
 QByteArray recordWith(int levels)
 {
@@ -112,15 +109,15 @@ void ProfileFileTest::read_data()
     QTest::addColumn<int>("result");
 
     const QByteArray record = recordWith(8); // as many as the model has
-    const QByteArray good = name("Velko") + name("3395") + array(record);
+    const QByteArray good = fileOf("Velko", "3395", record);
     QTest::newRow("anything behind mark and record")
-        << array(QByteArray("Velko\0\xff\x01\x02\x03\x04\x05", 12)) + good.mid(16) + QByteArray(100000, 'x') << 0;
-    QTest::newRow("another maker") << name("Other") + good.mid(16) << 1;
-    QTest::newRow("another sensor") << name("Velko") + name("3311") + array(record) << 2;
-    QTest::newRow("a level too many") << name("Velko") + name("3395") + array(recordWith(9)) << 2;
-    QTest::newRow("a record a byte longer") << name("Velko") + name("3395") + array(record + 'x') << 1;
-    QTest::newRow("mark alone") << name("Velko") << 2;
-    QTest::newRow("record of 2 GiB") << name("Velko") + name("3395") + stated(0x80000000U, record) << 1;
+        << fileOf(QByteArray("Velko\0\xff\x01\x02\x03\x04\x05", 12), "3395", record) + QByteArray(100000, 'x') << 0;
+    QTest::newRow("another maker") << fileOf("Other", "3395", record) << 1;
+    QTest::newRow("another sensor") << fileOf("Velko", "3311", record) << 2;
+    QTest::newRow("a level too many") << fileOf("Velko", "3395", recordWith(9)) << 2;
+    QTest::newRow("a record a byte longer") << fileOf("Velko", "3395", record + 'x') << 1;
+    QTest::newRow("mark alone") << good.left(16) << 2;
+    QTest::newRow("record of 2 GiB") << QByteArray(good).replace(32, 1, "\x80") << 1;
 }
 
 void ProfileFileTest::read()
@@ -269,7 +266,7 @@ void ProfileFileTest::fileDialogs()
     pressAnswering("OutputData", file);
     QCOMPARE(name, "HALVARION-Q1 " + QDate::currentDate().toString(Qt::ISODate) + ".bin");
     QCOMPARE(cancel, QString("Отмена"));
-    Files::put(file, ::name("Velko") + ::name("3311"));
+    Files::put(file, fileOf("Velko", "3311", {}));
     program().whenShown("InportFail", [] { Program::clickIn("InportFail", "NewHong"); });
     pressAnswering("ImportData", file);
     QCOMPARE(folderAtFirst, QFileInfo(file).absolutePath());

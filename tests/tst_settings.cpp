@@ -28,7 +28,11 @@ public Q_SLOTS:
 
 private Q_SLOTS:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        ConnectedMouse::forget();
+        page.reset();
+    }
     void sections_data();
     void sections();
     void receiverSettings();
@@ -50,10 +54,7 @@ private:
     bool isChecked(const char *name) const { return find<QAbstractButton>(name)->isChecked(); }
     void click(const char *name) { QTest::mouseClick(find<QWidget>(name), Qt::LeftButton); }
     void clickText(const char *name) { QTest::mouseClick(find<QTextEdit>(name)->viewport(), Qt::LeftButton); }
-    static QJsonObject receiver(const QString &mouse = "q1")
-    {
-        return VirtualMice::device(VirtualMice::receiverOf(mouse));
-    }
+    static QJsonObject receiver() { return VirtualMice::device("q1-4k"); }
     static int lightMode() { return receiver()["light"].toObject()["mode"].toInt(); }
     /** Connects the mouse and waits for what follows its record. */
     void connectMouse(int model = 0, bool corded = false);
@@ -68,12 +69,6 @@ void SettingsTest::init()
     UserSettings::instance()->setLanguage(0);
     page = std::make_unique<FormSetting>();
     page->show();
-}
-
-void SettingsTest::cleanup()
-{
-    ConnectedMouse::forget();
-    page.reset();
 }
 
 void SettingsTest::connectMouse(int model, bool corded)
@@ -140,8 +135,8 @@ void SettingsTest::receiverSettings()
     connectMouse();
     QVERIFY(isChecked("ReUntil_3") && isChecked("checkBox_2"));
     // Set by another program, as the receiver tells of its own accord.
-    VirtualMice::tell({"receiver-light", VirtualMice::receiverOf("q1"), "1"});
-    VirtualMice::tell({"long-range", VirtualMice::receiverOf("q1"), "0"});
+    VirtualMice::tell({"receiver-light", "q1-4k", "1"});
+    VirtualMice::tell({"long-range", "q1-4k", "0"});
     QTRY_VERIFY(isChecked("ReUntil") && !isChecked("checkBox_2"));
     DeviceWritesEnabled = false;
     click("ReUntil_2");
@@ -161,9 +156,9 @@ void SettingsTest::receiverSettings()
     // The mouse answers, but what is set gets lost on the way to the receiver.
     VirtualMice::tell({"wake", "q1"});
     for (const char *control : {"checkBox_2", "ReUntil_3"}) {
-        VirtualMice::tell({"fault", VirtualMice::receiverOf("q1"), "drop", "99", "1", "requests"});
+        VirtualMice::tell({"fault", "q1-4k", "drop", "99", "1", "requests"});
         click(control);
-        VirtualMice::tell({"fault", VirtualMice::receiverOf("q1"), "drop", "0", "0", "requests"});
+        VirtualMice::tell({"fault", "q1-4k", "drop", "0", "0", "requests"});
     }
     QCOMPARE(whilePrompt.size(), 4);
     QVERIFY(lightMode() == 1 && !receiver()["longRange"].toBool());

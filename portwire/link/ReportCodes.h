@@ -19,6 +19,7 @@ enum class ReportCode : std::uint8_t {
     FactoryReset = 9,
     StatusChanged = 10, ///< only ever unprompted
     BatteryCurve = 11,
+    LeavePairing = 12,
     CurrentConfig = 14,
     SelectConfig = 15,
     MouseVersion = 18,

@@ -27,6 +27,8 @@ void Work::add(Job job)
     const std::lock_guard lock(mutex);
     if (job.isOrder())
         job.writesBehind = std::make_shared<WriteQueue>();
+    if (job.request.code == ReportCode::EnterPairing)
+        pairingUntil = Clock::now() + longestPairing;
     jobs.add(std::move(job));
 }
 
@@ -75,6 +77,12 @@ void Work::recordTaken()
         return;
     epoch->setGiven(true);
     isOutdated = false;
+}
+
+bool Work::isPairing() const
+{
+    const std::lock_guard lock(mutex);
+    return pairingUntil.has_value();
 }
 
 void Work::passOn()

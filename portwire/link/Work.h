@@ -48,6 +48,8 @@ public:
     void replace(const FlashDataMap &record);
     /** The program has taken the whole record that was delivered last. */
     void recordTaken();
+    /** The receiver was ordered to pair and has told no end of it. */
+    bool isPairing() const;
     /** Another link takes the place of the one before: what the program asked of that is forgotten. */
     void passOn();
     /** Nothing of it will be done any more. \param reason for the log */

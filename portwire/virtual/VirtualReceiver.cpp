@@ -7,7 +7,7 @@ namespace portwire {
 
 bool VirtualReceiver::isAskedAlone(std::uint8_t code)
 {
-    constexpr std::uint8_t codes[] = {1, 3, 5, 6, 20, 21, 22, 23, 24};
+    constexpr std::uint8_t codes[] = {1, 3, 5, 6, 12, 20, 21, 22, 23, 24};
     return BootLoader::isAsked(code) || std::find(std::begin(codes), std::end(codes), code) != std::end(codes);
 }
 
@@ -18,6 +18,8 @@ FirmwarePacket VirtualReceiver::answer(const FirmwarePacket &request)
         return enterPairing(request);
     case 6:
         return request.answer({pairingStatus});
+    case 12:
+        return leavePairing(request);
     case 20:
         return setLight(request);
     case 21:
@@ -89,6 +91,14 @@ FirmwarePacket VirtualReceiver::enterPairing(const FirmwarePacket &request)
         return request.refusal();
     pairingUntil = now() + pairingTime;
     setPairingStatus(1);
+    return request.answer();
+}
+
+/** Whoever says so knows it, so nothing is announced. */
+FirmwarePacket VirtualReceiver::leavePairing(const FirmwarePacket &request)
+{
+    if (isPairing())
+        pairingStatus = 0;
     return request.answer();
 }
 

@@ -68,6 +68,7 @@ private:
     FirmwarePacket setLight(const FirmwarePacket &request);
     FirmwarePacket setLongRange(const FirmwarePacket &request);
     FirmwarePacket enterPairing(const FirmwarePacket &request);
+    FirmwarePacket leavePairing(const FirmwarePacket &request);
 
     void setPairingStatus(std::uint8_t status);
 
