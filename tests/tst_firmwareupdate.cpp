@@ -1,4 +1,5 @@
 #include "devicelink/DeviceSetters.h"
+#include "devicelink/DeviceWatch.h"
 #include "maintenance/Progress.h"
 #include "maintenance/UpDateRepair.h"
 #include "productdata/FirmwareImages.h"
@@ -275,7 +276,7 @@ void FirmwareUpdateTest::update()
 void FirmwareUpdateTest::notBegun_data()
 {
     // What the image is for and its version; the element whose text the button or the message beside it has; what a
-    // hand does meanwhile.
+    // hand does with the press.
     addRows({"image", "button", "shown", "hand"},
             {"no image||Receive|VerNew|", "the same version|4k:10c|Receive|VerNew|",
              "another model's|q2:920|Mouse|VerNew|", "the mouse is on no cable|q1:920|Mouse|WiredMode|",
@@ -292,9 +293,12 @@ void FirmwareUpdateTest::notBegun()
     if (!image.isEmpty())
         putImage(image.section(':', 0, 0), image.section(':', 1).toUInt(nullptr, 16));
     open("q1");
-    press(qPrintable(button));
-    if (!hand.isEmpty())
+    if (!hand.isEmpty()) {
+        HotplugWatchEnabled = false; // as from the press on
         VirtualMice::tell(hand.split(' '));
+        QTRY_VERIFY(watchedDevices().isEmpty());
+    }
+    press(qPrintable(button));
     QVERIFY(UpdateRunning && !HotplugWatchEnabled);
     press(button == "Mouse" ? "Receive" : "Mouse"); // does nothing
     QTRY_VERIFY(!UpdateRunning);

@@ -24,8 +24,8 @@ QByteArray held(const QString &mouse) { return bytesOf(VirtualMice::record(mouse
 QByteArray fileOf(const QByteArray &mark, const QByteArray &sensor, const QByteArray &record)
 {
     QByteArray made;
-    QDataStream(&made, QIODevice::WriteOnly)
-        << mark.leftJustified(12, '\0') << sensor.leftJustified(12, '\0') << record;
+    QDataStream stream(&made, QIODevice::WriteOnly);
+    stream << mark.leftJustified(12, '\0') << sensor.leftJustified(12, '\0') << record;
     return made;
 }
 
