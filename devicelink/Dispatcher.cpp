@@ -33,8 +33,8 @@ void onBattery(const Report &report)
 }
 
 /**
- * The receiver's defaults are no settings of the mouse and are set from here. They are shown as they were set, without a
- * question back: the receiver has passed this report on a moment ago, and hears.
+ * The receiver's defaults are no settings of the mouse and are set from here. They are shown as they were set, without
+ * a question back: the receiver has passed this report on a moment ago, and hears.
  */
 void onReset(const Report &report)
 {
