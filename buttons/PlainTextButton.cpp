@@ -51,6 +51,18 @@ void PlainTextButton::leaveEvent(QEvent *event)
     Q_EMIT hovered(false);
 }
 
+void PlainTextButton::focusInEvent(QFocusEvent *event)
+{
+    QToolButton::focusInEvent(event);
+    Q_EMIT hovered(true);
+}
+
+void PlainTextButton::focusOutEvent(QFocusEvent *event)
+{
+    QToolButton::focusOutEvent(event);
+    Q_EMIT hovered(false);
+}
+
 bool PlainTextButton::event(QEvent *event)
 {
     // Only now: measuring a text loads the font that has its letters, and few texts are ever pointed at.

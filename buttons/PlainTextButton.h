@@ -16,13 +16,15 @@ public:
     void setPlainText(const QString &text);
 
 Q_SIGNALS:
-    /** The mouse came over the button, or left it. */
+    /** The mouse or the keyboard came to the button, or left it. */
     void hovered(bool isHovered);
 
 protected:
     bool event(QEvent *event) override;
     void enterEvent(QEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

@@ -276,6 +276,7 @@ void ButtonPageTest::keyboard()
     };
     using namespace Qt;
     QCOMPARE(type({Key_Tab, Key_Down, Key_Up, Key_Up, Key_Down, Key_Down}), QString("page page_9 BackKey"));
+    QVERIFY(bench.button("Number3")->underMouse()); // lit, as its row is
     QCOMPARE(type({Key_Return}), QString("page_2 page_9 MidKey"));
     for (int steps = 0; steps < 11; ++steps)
         type({Key_Down});
