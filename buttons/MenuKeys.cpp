@@ -165,4 +165,6 @@ void MenuKeys::close(int level)
     menu.close();
     if (row >= 0)
         giveFocus(form.rows[std::size_t(row)]);
+    else
+        form.groupBox->parentWidget()->setFocus(); // there was nothing to close, so the user is done with the rows
 }

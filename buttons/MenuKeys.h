@@ -10,8 +10,8 @@ class QWidget;
 
 /**
  * The keyboard on the rows and in the menu: Up and Down move, Return and Space choose as a click does, Left and Right
- * go from list to list, Escape closes one. The keyboard goes where a choice leads: into the list that opened, or back
- * to the row whose menu closed.
+ * go from list to list, Escape closes one and at last leaves the rows. The keyboard goes where a choice leads: into the
+ * list that opened, or back to the row whose menu closed.
  *
  * A choice is made when its key is let go. One that is still down would go on into the dialog that it opened, where
  * every key is an entry.

@@ -290,15 +290,18 @@ void ButtonPageTest::keyboard()
     QCOMPARE(type({Key_Space, Key_Right, Key_Escape}), QString("page_2 page_9 DPI_12"));
     QCOMPARE(type({Key_Escape}), QString("page page_9 BackKey"));
     QVERIFY(!bench.button("BackKey")->isChecked());
-    // The key that opened the entry of a combination is none of it, however long it is down.
-    type({Key_Return, Key_Up, Key_Up, Key_Up, Key_Up, Key_Up, Key_Up});
+    QCOMPARE(type({Key_Escape}), QString("page page_9 ButtonPage"));
+    type({Key_Tab, Key_Return, Key_Up, Key_Up, Key_Up, Key_Up, Key_Up, Key_Up});
+    // Nothing opens while the key is down: it would be an entry of the dialog as well.
+    QTest::keyPress(bench.page->windowHandle(), Key_Return);
     QTimer::singleShot(20, [] {
         QWidget *const dialog = QApplication::activeModalWidget();
         QVERIFY(QTest::qWaitForWindowActive(dialog));
         Keys::click(dialog, Key_A);
         QTest::mouseClick(dialog->findChild<QWidget *>("NewHong"), LeftButton);
     });
-    QCOMPARE(type({Key_Return}), QString("page_2 page_9 DPI_8"));
+    QTest::keyRelease(bench.page->windowHandle(), Key_Return);
+    QCOMPARE(type({}), QString("page_2 page_9 DPI_8"));
     QCOMPARE(bench.button("BackKey")->text(), QString("A"));
     bench.click("TopMusic");
     QCOMPARE(bench.page->focusWidget(), bench.page.get());
