@@ -5,6 +5,7 @@
 #include "ui/FormParts.h"
 #include "ui/MyConmboBox.h"
 #include "ui/MyToolButton.h"
+#include "ui/SmoothPicture.h"
 
 #include <QButtonGroup>
 #include <QFrame>
@@ -132,7 +133,7 @@ void ButtonForm::build(QWidget *parent)
 
 void ButtonForm::buildNumbers(QWidget *parent)
 {
-    widget = addPlaced<QWidget>(parent, "widget", picturePlace);
+    widget = addPlaced<SmoothPicture<QWidget>>(parent, "widget", picturePlace);
     for (int row = 0; row < rowCount; ++row) {
         const auto index = std::size_t(row);
         numbers[index] = addButton<PlainTextButton>(widget, KeyCatalogue::rows[index].number,

@@ -9,6 +9,7 @@
 #include "ui/MyToolButton.h"
 #include "ui/NumberBox.h"
 #include "ui/SliderWithNumber.h"
+#include "ui/mytoolButtonEnter.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -18,6 +19,7 @@
 #include <QListView>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QWheelEvent>
@@ -90,6 +92,7 @@ private Q_SLOTS:
     void listsHaveTheThinScrollBar();
     void comboBoxCentresItsText();
     void lateSheets();
+    void picturesOfDevicesAreScaledSmoothly();
     void toolButtonActsAtThePress();
     void lineEditTakesNothing();
 };
@@ -286,6 +289,26 @@ void WidgetsTest::lateSheets()
     new LateStyle(never, "QWidget{color:green;}");
     QTRY_COMPARE(never->styleSheet(), QString("QWidget{color:green;}"));
     QCOMPARE(unseen->styleSheet(), QString("QWidget{color:blue;}"));
+}
+
+/** As on a screen of 125 %: of black and white lines some become grey. */
+void WidgetsTest::picturesOfDevicesAreScaledSmoothly()
+{
+    QImage lines(16, 16, QImage::Format_RGB32);
+    for (int line = 0; line < 16; ++line)
+        std::fill_n(reinterpret_cast<QRgb *>(lines.scanLine(line)), 16, line % 2 ? 0xffffffff : 0xff000000);
+    mytoolButtonEnter button;
+    button.setStyleSheet("border: 0px;");
+    button.setIcon(QPixmap::fromImage(lines));
+    button.resize(16, 16);
+    QImage shown(20, 20, QImage::Format_RGB32);
+    QPainter painter(&shown);
+    painter.scale(1.25, 1.25);
+    button.render(&painter);
+    bool isSmooth = false;
+    for (int line = 0; line < shown.height(); ++line)
+        isSmooth |= qAbs(qGray(shown.pixel(10, line)) - 128) < 100;
+    QVERIFY(isSmooth);
 }
 
 void WidgetsTest::toolButtonActsAtThePress()
