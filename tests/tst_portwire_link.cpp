@@ -393,6 +393,7 @@ void tst_portwire_link::writesKeepToTheirProfile()
     }
     bench.tapped->replaceAnswers({});
     QVERIFY(bench.awaitDone());
+    QVERIFY(!isTurned || bench.awaitRecord()); // of the other profile, which nobody has asked for
     const auto checks = {std::pair(0, first), {1, second}};
     for (const auto &[profile, changes] : checks) {
         for (const char wish : changes)
