@@ -4,6 +4,7 @@
 #include "app/Ending.h"
 #include "app/InstanceGuard.h"
 #include "app/ScreenScale.h"
+#include "app/Selection.h"
 #include "app/TextSetup.h"
 #include "productdata/UserFolders.h"
 #include "ui/ExeIsRun.h"

@@ -1,11 +1,7 @@
 #include "app/TextSetup.h"
 
-#include "productdata/Theme.h"
-#include "ui/RgbText.h"
-
 #include <QApplication>
 #include <QFont>
-#include <QPalette>
 #include <QTextCodec>
 
 void useUtf8FileNames()
@@ -24,12 +20,4 @@ void setUpFonts()
     QFont font(family, 9);
     font.setStyleStrategy(QFont::PreferAntialias);
     QApplication::setFont(font);
-}
-
-void setUpSelection()
-{
-    QPalette palette = QApplication::palette();
-    palette.setColor(QPalette::Highlight, colourOf(Theme::rgb(Theme::Colour::ComboxSelectColor)));
-    palette.setColor(QPalette::HighlightedText, colourOf(Theme::rgb(Theme::Colour::ComboxTextColor)));
-    QApplication::setPalette(palette);
 }

@@ -8,6 +8,3 @@ void useUtf8FileNames();
 
 /** Sets the family of all text, with substitutes where it isn't installed. Once, after the application is made. */
 void setUpFonts();
-
-/** Gives what is selected in a text the theme's colours, wherever no style sheet says so. Once, before the widgets. */
-void setUpSelection();

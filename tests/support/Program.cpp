@@ -2,6 +2,7 @@
 
 #include "app/ChooserList.h"
 #include "app/Ending.h"
+#include "app/Selection.h"
 #include "app/TextSetup.h"
 #include "app/hub/Wait.h"
 #include "productdata/LanguageFile.h"
