@@ -77,6 +77,7 @@ void NextDeviceTest::clickOnADeviceThatIsPulled()
         if (ChooserList::devices()[index].Path == VirtualMice::device(receiver)["path"].toString())
             clicked = index;
     }
+    QVERIFY(QTest::qWaitForWindowExposed(program.window())); // nobody clicks what isn't on the screen yet
     bool isOpening = false;
     const WhenPainted watch(program.find("UpArrow"), [&] {
         isOpening = DeviceEntered && !DeviceWindowOpen;
