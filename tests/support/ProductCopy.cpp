@@ -28,13 +28,15 @@ void copyTree(const QString &from, const QString &to)
 QProcessEnvironment copyEnvironment()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QLatin1String(copyMark), QStringLiteral("1"));
 #ifdef Q_OS_WIN // which looks for libraries beside the program, then here, and where nobody debugs loses the log
+    if (ProductCopy::isCopy())
+        return environment; // the libraries are where the first copy found them, and not beside it
     environment.insert(QStringLiteral("QT_FORCE_STDERR_LOGGING"), QStringLiteral("1"));
     environment.insert(QStringLiteral("QT_PLUGIN_PATH"), QCoreApplication::applicationDirPath());
     environment.insert(QStringLiteral("PATH"), QDir::toNativeSeparators(QCoreApplication::applicationDirPath()) +
                                                    QLatin1Char(';') + environment.value(QStringLiteral("PATH")));
 #endif
+    environment.insert(QLatin1String(copyMark), QStringLiteral("1"));
     return environment;
 }
 
