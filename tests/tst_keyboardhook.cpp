@@ -33,7 +33,17 @@ class TestKeyboardHook : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        window = std::make_unique<QWidget>();
+        edit = new QLineEdit(new QWidget(window.get()));
+        window->show();
+        edit->setFocus();
+        QApplication::setActiveWindow(window.get());
+        changes.clear();
+        hook = std::make_unique<KeyboardHook>();
+        QVERIFY(hook->install(noteIn(changes)));
+    }
     void tellsKeys();
     void tellsOnce();
     void tellsNestedKeys();
@@ -49,46 +59,28 @@ private:
     std::unique_ptr<KeyboardHook> hook;
 };
 
-void TestKeyboardHook::init()
-{
-    window = std::make_unique<QWidget>();
-    edit = new QLineEdit(new QWidget(window.get()));
-    window->show();
-    edit->setFocus();
-    QApplication::setActiveWindow(window.get());
-    changes.clear();
-    hook = std::make_unique<KeyboardHook>();
-    QVERIFY(hook->install(noteIn(changes)));
-}
-
 void TestKeyboardHook::tellsKeys()
 {
-    const struct
-    {
-        const char *name;
-        int key;
-        unsigned place; // 0: not told
-        unsigned symbol;
-        unsigned virtualKey;
-        Qt::KeyboardModifiers modifiers;
-    } keys[] = {{"keypad 9", Qt::Key_9, 0, 0, 105, Qt::KeypadModifier},
-                {"F12", Qt::Key_F12, 0, 0, 123, {}},
-                {"Shift+Tab", Qt::Key_Backtab, 0, 0, 9, Qt::ShiftModifier},
-                {"Ctrl", Qt::Key_Control, 0, 0, 162, {}},
-                {"?", Qt::Key_Question, 0, 0, 191, Qt::ShiftModifier},
-                {"no code", Qt::Key_unknown, 0, 0, 255, {}},
-                {"right Shift", Qt::Key_Shift, 62, 0xffe2, 161, {}},
-                {"Shift and left Alt", Qt::Key_Meta, 64, 0xffe7, 164, Qt::ShiftModifier},
-                {"AltGr", Qt::Key_AltGr, 108, 0xfe03, 165, {}},
-                {"right Ctrl by place", Qt::Key_Control, 105, 0, 163, {}},
-                {"Cyrillic letter", 0x0424, 38, 0x6e6, 65, {}},
-                {"German Shift+7", Qt::Key_Slash, 16, 0x2f, 55, Qt::ShiftModifier},
-                {"French 1", Qt::Key_Ampersand, 10, 0x26, 49, {}}};
-    for (const auto &each : keys) {
+    // Key, its place and symbol with 0 where they aren't told, and the virtual key that is told.
+    const std::tuple<const char *, int, unsigned, unsigned, unsigned, Qt::KeyboardModifiers> keys[] = {
+        {"keypad 9", Qt::Key_9, 0, 0, 105, Qt::KeypadModifier},
+        {"F12", Qt::Key_F12, 0, 0, 123, {}},
+        {"Shift+Tab", Qt::Key_Backtab, 0, 0, 9, Qt::ShiftModifier},
+        {"Ctrl", Qt::Key_Control, 0, 0, 162, {}},
+        {"?", Qt::Key_Question, 0, 0, 191, Qt::ShiftModifier},
+        {"no code", Qt::Key_unknown, 0, 0, 255, {}},
+        {"right Shift", Qt::Key_Shift, 62, 0xffe2, 161, {}},
+        {"Shift and left Alt", Qt::Key_Meta, 64, 0xffe7, 164, Qt::ShiftModifier},
+        {"AltGr", Qt::Key_AltGr, 108, 0xfe03, 165, {}},
+        {"right Ctrl by place", Qt::Key_Control, 105, 0, 163, {}},
+        {"Cyrillic letter", 0x0424, 38, 0x6e6, 65, {}},
+        {"German Shift+7", Qt::Key_Slash, 16, 0x2f, 55, Qt::ShiftModifier},
+        {"French 1", Qt::Key_Ampersand, 10, 0x26, 49, {}}};
+    for (const auto &[name, key, place, symbol, virtualKey, modifiers] : keys) {
         changes.clear();
         for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
-            sendKey(*window, type, each.key, each.place, each.symbol, each.modifiers);
-        QVERIFY2(told().startsWith(QString("+%1 -%1").arg(each.virtualKey)), each.name);
+            sendKey(*window, type, key, place, symbol, modifiers);
+        QVERIFY2(told().startsWith(QString("+%1 -%1").arg(virtualKey)), name);
     }
 }
 

@@ -2,6 +2,7 @@
 #include "macro/MacroFile.h"
 #include "macro/MacroImage.h"
 #include "productdata/UserFolders.h"
+#include "support/Child.h"
 #include "support/ConnectedMouse.h"
 #include "support/Files.h"
 #include "support/Keys.h"
@@ -19,23 +20,8 @@
 
 namespace {
 
-void clickIn(QWidget *window, const QString &name)
-{
-    QTest::mouseClick(window->findChild<QWidget *>(name), Qt::LeftButton);
-}
-
-void press(QWidget *window, int key) { Keys::press(window, Qt::Key(key)); }
-void release(QWidget *window, int key) { Keys::release(window, Qt::Key(key)); }
-
-/** Asks the page to send a macro; again when a busy machine let the mouse's answer come too late. */
-void send(const QString &name, int slot)
-{
-    QSignalSpy asleep(postMsg(), &PostMsg::SigMouseOffLineo);
-    do {
-        asleep.clear();
-        postMsg()->post(&PostMsg::SigMacroDownLoadData, name, slot);
-    } while (!asleep.isEmpty());
-}
+using Keys::press;
+using Keys::release;
 
 /** The rows of a macro's file; the left button of the mouse is "L". */
 QString inFile(const QString &name)
@@ -50,11 +36,26 @@ class MacroPageTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        QDir(UserFolders::path(UserFolders::Folder::MacroPage)).removeRecursively();
+        UserFolders::prepare();
+        page = std::make_unique<Macro>();
+        page->show();
+        QVERIFY(QTest::qWaitForWindowActive(page.get()));
+        qApp->installEventFilter(this);
+        answers.clear();
+        prompts.clear();
+    }
+    void cleanup()
+    {
+        qApp->removeEventFilter(this);
+        QVERIFY(answers.isEmpty());
+        page.reset();
+        MacroRecording = false;
+    }
     void aMacroFromNewToFile();
     void names();
-    void edits_data();
     void edits();
     void amendRefused();
     void seventyEventsAtMost();
@@ -74,118 +75,84 @@ private:
     template<typename Widget>
     Widget *find(const char *name) const
     {
-        auto *widget = page->findChild<Widget *>(name);
-        if (!widget)
-            qFatal("no %s", name);
-        return widget;
+        return childOf<Widget>(page.get(), name);
     }
     QListWidget *macros() const { return find<QListWidget>("listWidgetHong"); }
     QListWidget *list() const { return find<QListWidget>("listWidgetKey"); }
     bool isSaveable() const { return find<QToolButton>("Save")->isEnabled(); }
-    void click(const char *name) const { clickIn(page.get(), name); }
+    void click(const char *name) const { clickChild(page.get(), name); }
     /** As inFile(), from the texts and types of the items. */
-    QString rows() const;
-    QString macroNames() const;
-    void select(const QString &name, Qt::MouseButton button = Qt::LeftButton) const;
+    QString rows() const
+    {
+        QStringList words;
+        for (int at = 0; at < list()->count(); ++at) {
+            const QListWidgetItem *item = list()->item(at);
+            words += item->text() + (item->text().contains("ms") ? "" : item->type() == 0 ? "+" : "-");
+        }
+        return words.join(' ').replace(MouseButtonNames::current().names[0], "L");
+    }
+    QString macroNames() const
+    {
+        QStringList all;
+        for (int at = 0; at < macros()->count(); ++at)
+            all += macros()->item(at)->text();
+        return all.join(' ');
+    }
+    void select(const QString &name, Qt::MouseButton button = Qt::LeftButton) const
+    {
+        const QListWidgetItem *item = macros()->findItems(name, Qt::MatchExactly).value(0);
+        QTest::mouseClick(macros()->viewport(), button, {}, macros()->visualItemRect(item).center());
+    }
     /** The macro with these rows, selected. */
-    void given(const QString &name, const MacroRows &rows, int repeat = 1);
+    void given(const QString &name, const MacroRows &content, int repeat = 1)
+    {
+        QVERIFY(MacroFile::write(name, {repeat, content}));
+        if (macros()->findItems(name, Qt::MatchExactly).isEmpty())
+            macros()->addItem(name);
+        select(name);
+        QCOMPARE(list()->count(), content.size());
+    }
     void given(const QString &name, const QString &text, int repeat = 1) { given(name, MacroText::rows(text), repeat); }
     void choose(int index) const { Q_EMIT find<QComboBox>("ChooseEvent")->activated(index); }
+    void takeBack() const { QTest::keyClick(page->windowHandle(), Qt::Key_Z, Qt::ControlModifier); }
     /**
      * What a user enters into the prompts that come next, in order, and the button that follows. Each prompt is named
      * in `prompts` when it shows; one that nobody has an answer for is closed.
      */
-    void answer(const std::function<void(QWidget *prompt)> &enter = {}, const char *button = "NewHong");
+    void answer(const std::function<void(QWidget *prompt)> &enter = {}, const char *button = "NewHong")
+    {
+        answers += [enter, button](QWidget *prompt) {
+            if (enter)
+                enter(prompt);
+            clickChild(prompt, button);
+        };
+    }
     void answerName(const QString &name)
     {
         answer([name](QWidget *prompt) { QTest::keyClicks(prompt->findChild<QLineEdit *>(), name); });
     }
-    void answerKey(int key)
+    void answerKey(Qt::Key key)
     {
-        answer([key](QWidget *prompt) { press(prompt, key), release(prompt, key); });
+        answer([key](QWidget *prompt) { Keys::click(prompt, key); });
     }
-    bool eventFilter(QObject *object, QEvent *event) override;
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        auto *prompt = qobject_cast<Prompt *>(object);
+        if (event->type() == QEvent::Show && prompt) {
+            prompts += prompt->metaObject()->className();
+            const auto action = answers.isEmpty() ? [](QWidget *shown) { shown->close(); } : answers.takeFirst();
+            QTimer::singleShot(0, prompt, [prompt, action] {
+                if (QTest::qWaitForWindowActive(prompt))
+                    action(prompt);
+            });
+        }
+        return false;
+    }
 
     std::unique_ptr<Macro> page;
     QVector<std::function<void(QWidget *)>> answers;
     QStringList prompts;
 };
-
-void MacroPageTest::init()
-{
-    QDir(UserFolders::path(UserFolders::Folder::MacroPage)).removeRecursively();
-    UserFolders::prepare();
-    page = std::make_unique<Macro>();
-    page->show();
-    QVERIFY(QTest::qWaitForWindowActive(page.get()));
-    qApp->installEventFilter(this);
-    answers.clear();
-    prompts.clear();
-}
-
-void MacroPageTest::cleanup()
-{
-    qApp->removeEventFilter(this);
-    QVERIFY(answers.isEmpty());
-    page.reset();
-    MacroRecording = false;
-}
-
-bool MacroPageTest::eventFilter(QObject *object, QEvent *event)
-{
-    auto *prompt = qobject_cast<Prompt *>(object);
-    if (event->type() == QEvent::Show && prompt) {
-        prompts += prompt->metaObject()->className();
-        const auto action = answers.isEmpty() ? [](QWidget *shown) { shown->close(); } : answers.takeFirst();
-        QTimer::singleShot(0, prompt, [prompt, action] {
-            if (QTest::qWaitForWindowActive(prompt))
-                action(prompt);
-        });
-    }
-    return false;
-}
-
-void MacroPageTest::answer(const std::function<void(QWidget *)> &enter, const char *button)
-{
-    answers += [enter, button](QWidget *prompt) {
-        if (enter)
-            enter(prompt);
-        clickIn(prompt, button);
-    };
-}
-
-QString MacroPageTest::rows() const
-{
-    QStringList words;
-    for (int at = 0; at < list()->count(); ++at) {
-        const QListWidgetItem *item = list()->item(at);
-        words += item->text() + (item->text().contains("ms") ? "" : item->type() == 0 ? "+" : "-");
-    }
-    return words.join(' ').replace(MouseButtonNames::current().names[0], "L");
-}
-
-QString MacroPageTest::macroNames() const
-{
-    QStringList all;
-    for (int at = 0; at < macros()->count(); ++at)
-        all += macros()->item(at)->text();
-    return all.join(' ');
-}
-
-void MacroPageTest::select(const QString &name, Qt::MouseButton button) const
-{
-    const QListWidgetItem *item = macros()->findItems(name, Qt::MatchExactly).value(0);
-    QTest::mouseClick(macros()->viewport(), button, {}, macros()->visualItemRect(item).center());
-}
-
-void MacroPageTest::given(const QString &name, const MacroRows &content, int repeat)
-{
-    QVERIFY(MacroFile::write(name, {repeat, content}));
-    if (macros()->findItems(name, Qt::MatchExactly).isEmpty())
-        macros()->addItem(name);
-    select(name);
-    QCOMPARE(list()->count(), content.size());
-}
 
 void MacroPageTest::aMacroFromNewToFile()
 {
@@ -193,7 +160,7 @@ void MacroPageTest::aMacroFromNewToFile()
     click("NewHong");
     QCOMPARE(macroNames(), "jump");
     QVERIFY(MacroFile::exists("jump") && !MacroFile::read("jump")->repeat && !isSaveable());
-    for (const int key : {Qt::Key_A, Qt::Key_Return}) { // Enter and Space are answers like any other key
+    for (const Qt::Key key : {Qt::Key_A, Qt::Key_Return}) { // Enter and Space are answers like any other key
         answerKey(key);
         choose(1);
     }
@@ -225,68 +192,60 @@ void MacroPageTest::names()
     QCOMPARE(MacroFile::names(), QStringList({"ab", "Roll"}));
 }
 
-void MacroPageTest::edits_data()
-{
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<int>("current");
-    QTest::addColumn<QString>("edit"); ///< an insertion, with the left button as L; the row becomes F5; it goes
-    QTest::addColumn<QString>("after");
-    const auto row = [](const char *before, int current, const char *edit, const char *after) {
-        QTest::addRow("%s at %d of %s", edit, current, before) << before << current << edit << after;
-    };
-    const char five[] = "A+ 1ms A- 2ms C+";
-    row("", -1, "B+", "B+");
-    row("", -1, "L", "L+ 10ms L-");
-    for (const int none : {-1, 4}) {
-        row(five, none, "B+", "A+ 1ms A- 2ms C+ 10ms B+");
-        row(five, none, "L", "A+ 1ms A- 2ms C+ 10ms L+ 10ms L-");
-    }
-    for (const int first : {0, 1}) {
-        row(five, first, "B+", "A+ 1ms B+ 10ms A- 2ms C+");
-        row(five, first, "L", "A+ 1ms L+ 10ms L- 10ms A- 2ms C+");
-    }
-    row(five, 2, "B+", "A+ 1ms A- 2ms B+ 10ms C+");
-    row(five, 2, "L", "A+ 1ms A- 10ms L+ 10ms L- 2ms C+");
-    for (const int before : {-1, 0})
-        row("A+ 1ms A- C+", before, "300ms", "A+ 1ms A- C+");
-    for (const int pause : {1, 2})
-        row("A+ 1ms A- C+", pause, "300ms", "A+ 300ms A- C+");
-    row("A+ 1ms A- C+", 3, "300ms", "A+ 1ms A- 300ms C+");
-    row("A+ 1ms A-", 2, "F5", "A+ 1ms F5-");
-    row("A+ 1ms A-", -1, "Del", "");
-    row(five, -1, "Del", five);
-    row(five, 1, "Del", "A- 2ms C+");
-    row(five, 2, "Del", "A+ 1ms C+");
-    row(five, 4, "Del", "A+ 1ms A-");
-    row("A+ B+ C+ D+", 1, "Del", "A+ C+ D+");
-}
-
 void MacroPageTest::edits()
 {
-    QFETCH(QString, before);
-    QFETCH(int, current);
-    QFETCH(QString, edit);
-    QFETCH(QString, after);
-    given("m", before);
-    list()->setCurrentRow(current);
-    list()->setFocus();
-    if (edit == "B+" || edit == "F5") {
-        answerKey(edit == "B+" ? Qt::Key_B : Qt::Key_F5);
-        edit == "B+" ? choose(1) : click("Amend");
-    } else if (edit == "L") {
-        choose(4);
-    } else if (edit == "Del") {
-        press(page.get(), Qt::Key_Delete);
-    } else {
-        answer([](QWidget *prompt) { prompt->findChild<QSpinBox *>()->setValue(300); });
-        choose(3);
+    const char five[] = "A+ 1ms A- 2ms C+";
+    const char three[] = "A+ 1ms A- C+";
+    // Rows, the current one or several that are the same, an insertion with the left button as L, and the rows after
+    // it; F5 takes the place of the row, Del removes it.
+    const std::tuple<const char *, QList<int>, QString, QString> edits[] = {
+        {"", {-1}, "B+", "B+"},
+        {"", {-1}, "L", "L+ 10ms L-"},
+        {five, {-1, 4}, "B+", "A+ 1ms A- 2ms C+ 10ms B+"},
+        {five, {-1, 4}, "L", "A+ 1ms A- 2ms C+ 10ms L+ 10ms L-"},
+        {five, {0, 1}, "B+", "A+ 1ms B+ 10ms A- 2ms C+"},
+        {five, {0, 1}, "L", "A+ 1ms L+ 10ms L- 10ms A- 2ms C+"},
+        {five, {2}, "B+", "A+ 1ms A- 2ms B+ 10ms C+"},
+        {five, {2}, "L", "A+ 1ms A- 10ms L+ 10ms L- 2ms C+"},
+        {three, {-1, 0}, "300ms", three},
+        {three, {1, 2}, "300ms", "A+ 300ms A- C+"},
+        {three, {3}, "300ms", "A+ 1ms A- 300ms C+"},
+        {"A+ 1ms A-", {2}, "F5", "A+ 1ms F5-"},
+        {"A+ 1ms A-", {-1}, "Del", ""},
+        {five, {-1}, "Del", five},
+        {five, {1}, "Del", "A- 2ms C+"},
+        {five, {2}, "Del", "A+ 1ms C+"},
+        {five, {4}, "Del", "A+ 1ms A-"},
+        {"A+ B+ C+ D+", {1}, "Del", "A+ C+ D+"}};
+    for (const auto &[before, currentRows, edit, after] : edits) {
+        for (const int current : currentRows) {
+            cleanup();
+            init(); // a page of its own
+            given("m", before);
+            list()->setCurrentRow(current);
+            list()->setFocus();
+            if (edit == "B+" || edit == "F5") {
+                answerKey(edit == "B+" ? Qt::Key_B : Qt::Key_F5);
+                edit == "B+" ? choose(1) : click("Amend");
+            } else if (edit == "L") {
+                choose(4);
+            } else if (edit == "Del") {
+                press(page.get(), Qt::Key_Delete);
+            } else {
+                answer([](QWidget *prompt) { prompt->findChild<QSpinBox *>()->setValue(300); });
+                choose(3);
+            }
+            const bool isChange = before != after;
+            const QString name = QString("%1 at %2 of %3: ").arg(edit).arg(current).arg(before);
+            QCOMPARE(name + rows(), name + after);
+            QVERIFY2(isSaveable() == isChange, qPrintable(name));
+            QSignalSpy told(postMsg(), &PostMsg::SigUpDataMacro);
+            click("Save");
+            // An emptied list isn't told to the mouse.
+            QVERIFY2(told.isEmpty() == (!isChange || after.isEmpty()), qPrintable(name));
+            QCOMPARE(name + inFile("m"), name + after);
+        }
     }
-    QCOMPARE(rows(), after);
-    QCOMPARE(isSaveable(), before != after);
-    QSignalSpy told(postMsg(), &PostMsg::SigUpDataMacro);
-    click("Save");
-    QCOMPARE(!told.isEmpty(), before != after && !after.isEmpty()); // an emptied list isn't told to the mouse
-    QCOMPARE(inFile("m"), after);
 }
 
 void MacroPageTest::amendRefused()
@@ -339,7 +298,7 @@ void MacroPageTest::repeatModes()
         click("Save");
         QCOMPARE(*MacroFile::read("m")->repeat, code <= 250 ? code % 250 + 1 : code);
     }
-    QTest::mouseClick(find<QWidget>("ReUntilLabel"), Qt::LeftButton); // its text counts as the box
+    click("ReUntilLabel"); // its text counts as the box
     QFile(MacroFile::path("m")).resize(0);
     select("m");
     QVERIFY(find<QCheckBox>("ReUntil")->isChecked() && list()->count() == 0); // an empty file says nothing
@@ -431,7 +390,6 @@ void MacroPageTest::undo()
         edit % 3 == 2 ? click("DeleteKey") : choose(4);
     }
     list()->setFocus();
-    const auto takeBack = [this] { QTest::keyClick(page->windowHandle(), Qt::Key_Z, Qt::ControlModifier); };
     for (; !states.isEmpty(); states.removeLast()) {
         takeBack();
         QCOMPARE(rows(), states.last());
@@ -454,14 +412,15 @@ void MacroPageTest::recording()
     click("StartRecord");
     QVERIFY(MacroRecording && list()->count() == 0 && !find<QWidget>("DelayTime")->isVisible());
     QWidget *const window = page.get();
-    for (const int key : {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Return, Qt::Key_Delete, Qt::Key_VolumeUp, Qt::Key_Z}) {
+    for (const Qt::Key key :
+         {Qt::Key_Space, Qt::Key_Tab, Qt::Key_Return, Qt::Key_Delete, Qt::Key_VolumeUp, Qt::Key_Z}) {
         press(window, key);
         press(window, key);
         release(window, key);
     }
-    for (const int key : {Qt::Key_A, Qt::Key_B}) // both are down, and the second one again
+    for (const Qt::Key key : {Qt::Key_A, Qt::Key_B}) // both are down, and the second one again
         press(window, key);
-    for (const int key : {Qt::Key_A, Qt::Key_B})
+    for (const Qt::Key key : {Qt::Key_A, Qt::Key_B})
         release(window, key);
     press(window, Qt::Key_B);
     press(window, Qt::Key_VolumeUp); // a pause, and then no key that a macro can hold
@@ -478,7 +437,7 @@ void MacroPageTest::recording()
     press(window, Qt::Key_Q);
     QCOMPARE(list()->count(), 29);
     list()->setFocus();
-    QTest::keyClick(page->windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+    takeBack();
     QCOMPARE(rows(), "A+ 1ms A-");
     click("StartRecord");
     postMsg()->post(&PostMsg::SigSetMacroPage);
@@ -520,7 +479,7 @@ void MacroPageTest::savedRowsReachTheMouse()
     std::function<void()> meanwhile;
     const auto listening = connect(postMsg(), &PostMsg::SigUpDataMacro, page.get(), [&](const QString &name, int) {
         meanwhile();
-        send(name, 2);
+        ConnectedMouse::untilAnswered([&name] { postMsg()->post(&PostMsg::SigMacroDownLoadData, name, 2); });
     });
     const auto save = [&](const char *rows, const std::function<void()> &then) {
         given("m", rows);
@@ -528,9 +487,7 @@ void MacroPageTest::savedRowsReachTheMouse()
         list()->setCurrentRow(-1);
         choose(4);
         click("Save");
-        if (!ConnectedMouse::isWritten("q1"))
-            qFatal("the mouse did not get it");
-        return MacroText::of(MacroImage::rows(VirtualMice::record("q1").MacroSlots[2])).section(' ', 0, 0);
+        return MacroText::of(MacroImage::rows(ConnectedMouse::settled("q1").MacroSlots[2])).section(' ', 0, 0);
     };
     QCOMPARE(save("A+", [this] { click("StartRecord"); }), "A+");
     click("StopRecord");

@@ -1,14 +1,12 @@
 #pragma once
 
 #include "buttons/Buttoninterface.h"
+#include "support/Child.h"
 #include "support/ConnectedMouse.h"
 
-#include <QLabel>
 #include <QScrollArea>
-#include <QSignalSpy>
 #include <QSpinBox>
 #include <QStackedWidget>
-#include <QTest>
 #include <QTimer>
 #include <QToolButton>
 
@@ -39,10 +37,7 @@ public:
     template<typename Widget>
     Widget *find(const QString &name) const
     {
-        auto *const widget = page->findChild<Widget *>(name);
-        if (!widget)
-            qFatal("there is no %s", qPrintable(name));
-        return widget;
+        return childOf<Widget>(page.get(), name);
     }
     /** Clicks as a user can: ends the test when the button doesn't show or is out of sight. */
     void click(const QString &name) const
@@ -55,6 +50,15 @@ public:
         if (!target->isVisible() || target->visibleRegion().isEmpty())
             qFatal("%s can't be clicked", qPrintable(name));
         QTest::mouseClick(target, Qt::LeftButton);
+    }
+    /** Does something in the dialog that opens next. */
+    static void inDialog(const std::function<void(QWidget *dialog)> &act)
+    {
+        QTimer::singleShot(20, [act] {
+            QWidget *const dialog = QApplication::activeModalWidget();
+            QVERIFY(dialog && QTest::qWaitForWindowActive(dialog));
+            act(dialog);
+        });
     }
     /** Chooses a macro of the list, which needn't show. */
     void clickMacro(const QString &name) const
@@ -86,6 +90,7 @@ public:
     /** What the mouse sends when the button of a slot is pressed: "type code" of each event that begins something. */
     QStringList pressed(int slot) const
     {
+        held(); // an earlier change is over
         QStringList events;
         const QList<QJsonObject> all = VirtualMice::press(mouse, slot);
         for (const QJsonObject &event : all) {
@@ -94,14 +99,13 @@ public:
         }
         return events;
     }
-    FlashDataMap held() const { return VirtualMice::record(mouse); }
+    FlashDataMap held() const { return ConnectedMouse::settled(mouse); }
     /** Puts a record into the mouse and on the page. */
     void hold(const FlashDataMap &record) const
     {
         WorkingRecord::instance().updateAndSend([&](FlashDataMap &working) { working = record; });
         page->SlotUpDataButtonUIB(record);
     }
-    bool isWritten() const { return ConnectedMouse::isWritten(mouse); }
 
     const QString mouse;
     std::unique_ptr<Buttoninterface> page;

@@ -10,6 +10,7 @@
 #include "devicelink/WorkingRecord.h"
 #include "support/VirtualMice.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <QThread>
 
@@ -63,6 +64,19 @@ inline void runOnThread(const std::function<void()> &work)
         QCoreApplication::processEvents();
 }
 
+/**
+ * Does something that asks the mouse first. On a machine that is busy with others it may miss the time for its answer.
+ * The program then says so and leaves everything alone, and it is done again, as a user would.
+ */
+inline void untilAnswered(const std::function<void()> &work)
+{
+    QSignalSpy offline(postMsg(), &PostMsg::SigMouseOffLineo);
+    do {
+        offline.clear();
+        work();
+    } while (!offline.isEmpty());
+}
+
 /** State of the process as before any mouse. */
 inline void forget()
 {
@@ -79,6 +93,14 @@ inline void forget()
 inline bool isWritten(const QString &mouse)
 {
     return QTest::qWaitFor([&] { return VirtualMice::record(mouse) == WorkingRecord::instance().copy(); });
+}
+
+/** What the mouse holds once that is what the program believes; ends the test when it doesn't come to that. */
+inline FlashDataMap settled(const QString &mouse)
+{
+    if (!isWritten(mouse))
+        qFatal("%s doesn't hold what the program believes", qPrintable(mouse));
+    return VirtualMice::record(mouse);
 }
 
 } // namespace ConnectedMouse

@@ -1,5 +1,6 @@
 #include "support/Controls.h"
 
+#include "support/Child.h"
 #include "support/SensorModel.h"
 
 #include <QAbstractSlider>
@@ -20,10 +21,7 @@ const char *const light = "LampLight";
 template<typename Widget = QWidget>
 Widget *in(Window window, const QString &page, const QString &name)
 {
-    auto *const widget = window->findChild<QWidget *>(page)->findChild<Widget *>(name);
-    if (!widget)
-        qFatal("there is no %s", qPrintable(name));
-    return widget;
+    return childOf<Widget>(childOf(window, page), name);
 }
 
 /** One of two values that the record can hold, and where it is set: an item of a list or a position of a slider. */

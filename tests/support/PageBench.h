@@ -3,6 +3,7 @@
 #include "app/hub/PostMsg.h"
 #include "lighting/LampLight.h"
 #include "sensor/Sensor.h"
+#include "support/Child.h"
 #include "support/ConnectedMouse.h"
 
 #include <QComboBox>
@@ -37,10 +38,7 @@ protected:
     template<typename Widget = QWidget>
     Widget *find(const QString &name) const
     {
-        auto *const widget = window->findChild<QWidget *>(page)->findChild<Widget *>(name);
-        if (!widget)
-            qFatal("no %s", qPrintable(name));
-        return widget;
+        return childOf<Widget>(childOf(window.get(), page), name);
     }
     bool isShown(const QString &name) const { return find(name)->isVisible(); }
     void click(const QString &name) { QTest::mouseClick(find(name), Qt::LeftButton); }
