@@ -31,7 +31,7 @@ void KeyEntryTest::combination()
     // Text, what its events are by action, kind and code, and what is read of them.
     const std::tuple<const char *, const char *, const char *> combinations[] = {
         {"Ctrl+C", "000001 000106 010106 010001", "Ctrl+C"},
-        {"Shift+Ctrl+A", "000002 000001 000104 010104 010001 010002", "Shift+Ctrl+A"},
+        {"Shift+Ctrl+Num+", "000002 000001 000157 010157 010001 010002", "Shift+Ctrl+Num+"},
         {"Alt+Win", "000004 000008 010008 010004", "Alt+Win"},
         {"", "000100 010100", ""},
         {"Ctrl+Num++A", "000001 000157 000104 010104 010157 010001", "Ctrl+Num++A"},
