@@ -12,6 +12,8 @@
 #include "support/TestHome.h"
 #include "tools/FirmwareFile.h"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <memory>
@@ -46,16 +48,21 @@ void putImage(const QString &what, unsigned version, const QString &model = "q1"
 
 QString firmwareOf(const QString &id) { return VirtualMice::device(id)["firmware"].toString(); }
 
-/** Rows of texts: the name and the columns with bars between. */
-void addRows(std::initializer_list<const char *> columns, const QStringList &rows)
+/** Rows of texts with bars between: the name, and the columns. */
+void addRows(const QStringList &rows)
 {
-    for (const char *column : columns)
-        QTest::addColumn<QString>(column);
-    for (const QString &row : rows) {
-        QTestData &data = QTest::newRow(qPrintable(row.section('|', 0, 0)));
-        for (int column = 1; column <= int(columns.size()); ++column)
-            data << row.section('|', column, column);
-    }
+    QTest::addColumn<QStringList>("columns");
+    for (const QString &row : rows)
+        QTest::newRow(qPrintable(row.section('|', 0, 0))) << QStringList(row.split('|').mid(1));
+}
+
+template<std::size_t count>
+std::array<QString, count> columnsOfRow()
+{
+    QFETCH(QStringList, columns);
+    std::array<QString, count> texts;
+    std::copy_n(columns.begin(), count, texts.begin());
+    return texts;
 }
 
 const auto englishText = Program::englishText;
@@ -80,9 +87,7 @@ private Q_SLOTS:
     void fitting();
     void update_data();
     void update();
-    void notBegun_data();
     void notBegun();
-    void bothDevices_data();
     void bothDevices();
     void repair_data();
     void repair();
@@ -159,8 +164,7 @@ QStringList FirmwareUpdateTest::repairByClicks()
 void FirmwareUpdateTest::images_data()
 {
     // What the device has; the images as a device would show them, in the order of their names; number of the selected.
-    addRows({"device", "images", "selected"},
-            {"nothing there|v1.1||-1", "newer|v1.1|v1.2|0", "a version without its v|1.1|v1.2|0",
+    addRows({"nothing there|v1.1||-1", "newer|v1.1|v1.2|0", "a version without its v|1.1|v1.2|0",
              "the same version|v1.1|v1.1|-1", "the last name wins|v1.1|v1.3 v1.2 v1.1|1",
              "an older one ends the search|v1.1|v1.2 v1.0 v1.9|0", "1.10 is older than 1.9|v1.9|v1.10 v2.0|-1",
              "hexadecimal counts as nothing|v1.1|v1.a v1.9|-1", "hexadecimal in the device|v1.a|v1.1|0",
@@ -170,9 +174,7 @@ void FirmwareUpdateTest::images_data()
 
 void FirmwareUpdateTest::images()
 {
-    QFETCH(QString, device);
-    QFETCH(QString, images);
-    QFETCH(QString, selected);
+    const auto [device, images, selected] = columnsOfRow<3>();
     const QTemporaryDir folder;
     QList<QByteArray> files;
     const QStringList versions = images.split(' ', Qt::SkipEmptyParts);
@@ -219,8 +221,7 @@ void FirmwareUpdateTest::fitting()
 void FirmwareUpdateTest::update_data()
 {
     // What is noted while it is written, and at how many percent the device loses its power.
-    addRows({"mouse", "link", "noted", "loss"},
-            {"mouse|q1|cable|210,0,18,1|", "1K|q2|1k|211,1,18,2|", "2K|q1|2k|211,2,18,1|", "4K|q1|4k|211,4,18,1|",
+    addRows({"mouse|q2|cable|210,0,18,2|", "1K|q2|1k|211,1,18,2|", "2K|q1|2k|211,2,18,1|", "4K|q1|4k|211,4,18,1|",
              "power lost at 1|q1|cable|210,0,18,1|1", "at 100|q1|cable|210,0,18,1|100",
              "receiver|q1|4k|211,4,18,1|50"});
 }
@@ -231,13 +232,10 @@ void FirmwareUpdateTest::update_data()
  */
 void FirmwareUpdateTest::update()
 {
-    QFETCH(QString, mouse);
-    QFETCH(QString, link);
-    QFETCH(QString, noted);
-    QFETCH(QString, loss);
+    const auto [mouse, link, noted, loss] = columnsOfRow<4>();
     const bool isMouse = link == "cable";
     const QString device = isMouse ? mouse : mouse + '-' + link;
-    const auto setLod = [&mouse](int lod) { return SetLod(lod) && VirtualMice::record(mouse).Lod == lod; };
+    const auto setLod = [&mouse = mouse](int lod) { return SetLod(lod) && VirtualMice::record(mouse).Lod == lod; };
     VirtualMice::tell({"remove", mouse});
     QCOMPARE(VirtualMice::add(mouse, link), mouse);
     putImage(isMouse ? mouse : link, 0x0920, mouse);
@@ -251,8 +249,8 @@ void FirmwareUpdateTest::update()
     press(isMouse ? "Mouse" : "Receive");
     QTRY_VERIFY(Program::prompt("Progress"));
     QCOMPARE(ModelData::updateFailInfo(), noted);
-    QTest::keyClick(Program::prompt("Progress"), Qt::Key_Escape);
-    QTest::keyClick(Program::prompt("Progress"), Qt::Key_Return);
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return})
+        QTest::keyClick(Program::prompt("Progress"), key);
     QCOMPARE(confirmProgress(), englishText("Progress", loss.isEmpty() ? "UpDateSuccess" : "UpDateFail"));
     QTRY_VERIFY(!UpdateRunning && HotplugWatchEnabled);
     if (loss.isEmpty()) {
@@ -273,78 +271,60 @@ void FirmwareUpdateTest::update()
     QTRY_VERIFY(program->isConnected() && setLod(1));
 }
 
-void FirmwareUpdateTest::notBegun_data()
-{
-    // What the image is for and its version; the element whose text the button or the message beside it has; what a
-    // hand does with the press.
-    addRows({"image", "button", "shown", "hand"},
-            {"no image||Receive|VerNew|", "the same version|4k:10c|Receive|VerNew|",
-             "another model's|q2:920|Mouse|VerNew|", "the mouse is on no cable|q1:920|Mouse|WiredMode|",
-             "the receiver is pulled out|4k:920|Receive||unplug q1-4k"});
-}
-
 /** Nobody acts on the bus from the press on; when the run is over, the window of a device that has gone is left. */
 void FirmwareUpdateTest::notBegun()
 {
-    QFETCH(QString, image);
-    QFETCH(QString, button);
-    QFETCH(QString, shown);
-    QFETCH(QString, hand);
-    if (!image.isEmpty())
-        putImage(image.section(':', 0, 0), image.section(':', 1).toUInt(nullptr, 16));
+    putImage("q1", 0x0920);
     open("q1");
-    if (!hand.isEmpty()) {
-        HotplugWatchEnabled = false; // as from the press on
-        VirtualMice::tell(hand.split(' '));
-        QTRY_VERIFY(watchedDevices().isEmpty());
-    }
-    press(qPrintable(button));
+    press("Receive"); // there is no image for it
     QVERIFY(UpdateRunning && !HotplugWatchEnabled);
-    press(button == "Mouse" ? "Receive" : "Mouse"); // does nothing
+    press("Mouse"); // does nothing meanwhile
     QTRY_VERIFY(!UpdateRunning);
-    QTRY_COMPARE(program->isDeviceWindowShown(), hand.isEmpty());
-    QVERIFY(HotplugWatchEnabled && !Program::prompt("Progress") && ModelData::updateFailInfo().isEmpty());
-    if (!hand.isEmpty())
-        return;
+    QCOMPARE(program->find<QPushButton>("Receive")->text(), englishText("FormSetting", "VerNew"));
     const auto *const message = program->find<QLabel>("label_13");
-    QCOMPARE(message->isVisibleTo(message->parentWidget()), shown == "WiredMode");
-    QCOMPARE(shown == "WiredMode" ? message->text() : program->find<QPushButton>(button)->text(),
-             englishText("FormSetting", shown));
-}
+    QVERIFY(message->isHidden());
+    press("Mouse"); // which is on no cable
+    QTRY_VERIFY(!UpdateRunning);
+    QCOMPARE(message->text(), englishText("FormSetting", "WiredMode"));
+    QVERIFY(!message->isHidden() && HotplugWatchEnabled && program->isDeviceWindowShown());
 
-void FirmwareUpdateTest::bothDevices_data()
-{
-    addRows({"hand", "versions"}, {"both|plug|9.30 9.20", "the mouse is on no cable|wake|9.30 1.12"});
+    putImage("4k", 0x0920);
+    HotplugWatchEnabled = false; // as from the press on
+    VirtualMice::tell({"unplug", "q1-4k"});
+    QTRY_VERIFY(watchedDevices().isEmpty());
+    press("Receive");
+    QTRY_VERIFY(!UpdateRunning && !program->isDeviceWindowShown());
+    QVERIFY(HotplugWatchEnabled && !Program::prompt("Progress") && ModelData::updateFailInfo().isEmpty());
 }
 
 /** The receiver first, by its button; when that is confirmed the mouse follows by itself, or is asked for its cable. */
 void FirmwareUpdateTest::bothDevices()
 {
-    QFETCH(QString, hand);
-    QFETCH(QString, versions);
-    VirtualMice::tell({hand, "q1"});
-    putImage("q1", 0x0920);
-    putImage("4k", 0x0930);
-    open("q1");
-    QTRY_VERIFY(MouseUpdateAvailable && DongleUpdateAvailable);
-    program->whenShown("UpDateWarning", [] { Program::clickIn("UpDateWarning", "NewHong"); });
-    press("Receive");
-    QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
-    if (hand == "plug")
-        QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
-    QTRY_VERIFY(!UpdateRunning);
-    QTest::qWait(200);
-    QVERIFY(!UpdateRunning && !Program::prompt("Progress")); // and not in a circle
-    QCOMPARE(firmwareOf("q1-4k") + ' ' + firmwareOf("q1"), versions);
-    QCOMPARE(program->shownPrompts().contains("UpDateWarning"), hand != "plug");
-    QVERIFY(program->find("label_13")->isHidden()); // the prompt has said it
+    for (const bool isOnCable : {true, false}) {
+        init();
+        VirtualMice::tell({isOnCable ? "plug" : "wake", "q1"});
+        putImage("q1", 0x0920);
+        putImage("4k", 0x0930);
+        open("q1");
+        QTRY_VERIFY(MouseUpdateAvailable && DongleUpdateAvailable);
+        program->whenShown("UpDateWarning", [] { Program::clickIn("UpDateWarning", "NewHong"); });
+        press("Receive");
+        for (int device = 0; device < (isOnCable ? 2 : 1); ++device)
+            QCOMPARE(confirmProgress(), englishText("Progress", "UpDateSuccess"));
+        QTRY_VERIFY(!UpdateRunning);
+        QTest::qWait(200);
+        QVERIFY(!UpdateRunning && !Program::prompt("Progress")); // and not in a circle
+        QCOMPARE(firmwareOf("q1-4k") + ' ' + firmwareOf("q1"), QString(isOnCable ? "9.30 9.20" : "9.30 1.12"));
+        QCOMPARE(program->shownPrompts().contains("UpDateWarning"), !isOnCable);
+        QVERIFY(program->find("label_13")->isHidden()); // the prompt has said it
+        program.reset();
+    }
 }
 
 void FirmwareUpdateTest::repair_data()
 {
     // What is noted; what happens to the devices; what is said, and that it is offered still.
-    addRows({"entry", "hands", "said", "isOffered"},
-            {"mouse|210,4,18,1|boot q1,plug q1|UpdateSuccess|", "receiver|211,4,18,1|boot q1-4k|UpdateSuccess|",
+    addRows({"mouse|210,4,18,1|boot q1,plug q1|UpdateSuccess|", "receiver|211,4,18,1|boot q1-4k|UpdateSuccess|",
              "loses its power again|211,4,18,1|boot q1-4k,fault q1-4k powerloss 60|UpdateFail|still",
              "mouse works|210,4,18,1||DeviceWorks|", "receiver works|211,4,18,1||DeviceWorks|",
              "receiver gone|211,4,18,1|unplug q1-4k|NoDevice|still", "mouse gone|210,4,18,1|sleep q1|NoDevice|still",
@@ -356,10 +336,7 @@ void FirmwareUpdateTest::repair_data()
 
 void FirmwareUpdateTest::repair()
 {
-    QFETCH(QString, entry);
-    QFETCH(QString, hands);
-    QFETCH(QString, said);
-    QFETCH(QString, isOffered);
+    const auto [entry, hands, said, isOffered] = columnsOfRow<4>();
     const QStringList commands = hands.split(',', Qt::SkipEmptyParts);
     for (const QString &command : commands)
         VirtualMice::tell(command.split(' '));
@@ -381,9 +358,9 @@ void FirmwareUpdateTest::repair()
 
 void FirmwareUpdateTest::mismatch_data()
 {
-    // What is offered for one receiver, and for a clicked 2K one, of which there is no image.
-    addRows({"images", "version", "prompts", "clicked"},
-            {"never seen|q1 4k||Match|Match", "no images||v1.12|RePair Match|RePair Match",
+    // Images that are there; version of the mouse, as it was seen last; what is offered for one receiver, and for a
+    // clicked 2K one, of which there is no image.
+    addRows({"never seen|q1 4k||Match|Match", "no images||v1.12|RePair Match|RePair Match",
              "mouse is older|q1|v1.12|UpDateWarning|UpDateWarning",
              "receiver is older|4k|v1.12|ContainReset UpDateRepair|RePair Match",
              "both are|q1 4k|v1.12|RePair Match|UpDateWarning"});
@@ -392,10 +369,7 @@ void FirmwareUpdateTest::mismatch_data()
 /** One receiver that doesn't hear its mouse: what the space bar offers, and a click when another one hears it. */
 void FirmwareUpdateTest::mismatch()
 {
-    QFETCH(QString, images);
-    QFETCH(QString, version); // of the mouse, as it was seen last
-    QFETCH(QString, prompts);
-    QFETCH(QString, clicked);
+    const auto [images, version, prompts, clicked] = columnsOfRow<4>();
     VirtualMice::tell({"remove", "q2"});
     for (const QString &image : images.split(' ', Qt::SkipEmptyParts))
         putImage(image, 0x0920);

