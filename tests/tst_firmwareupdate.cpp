@@ -28,8 +28,7 @@ QByteArray imageFile(const FirmwareDescription &image)
     return {reinterpret_cast<const char *>(bytes.data()), int(bytes.size())};
 }
 
-/** Moments of an update at which it may be killed: so many for each percent, of 20 us each, from its first picture on.
- */
+/** Moments of an update at which it may be killed: so many a percent, of 20 us each, from its first picture on. */
 constexpr int momentsPerStep = 1000;
 /** Exit code of a process that ends in the middle of everything. */
 constexpr int killedCode = 77;

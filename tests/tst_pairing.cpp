@@ -123,6 +123,8 @@ void PairingTest::newReceiver()
     VirtualMice::tell({"add", "receiver", "2k", "q1"});
     open(1, true); // between the 1K receiver of the other mouse and the 4K one
     const FlashDataMap before = VirtualMice::record("q1");
+    const auto *const version = program->find<QLabel>("label_7");
+    QCOMPARE(version->text(), QString()); // of a mouse that isn't there
     pair([&] {
         start();
         QVERIFY(QTest::qWaitFor([] { return button()->text() == "Pairing..."; }));
@@ -141,11 +143,10 @@ void PairingTest::newReceiver()
     QTRY_VERIFY(program->isConnected());
     QVERIFY(VirtualMice::record("q1") == before); // nothing of the receiver before was written to it
     QVERIFY(isAlive("q1") && VirtualMice::device("q1")["program"].toBool());
-    QTRY_COMPARE(program->find<QLabel>("label_7")->text(), QString("v1.12"));
+    QTRY_COMPARE(version->text(), QString("v1.12"));
 }
 
-/** What was set for the mouse before never reaches the new one, and one of another model has no place in this window.
- */
+/** What was set for the mouse before never reaches the new one, which has no place in this window if it's a Q2. */
 void PairingTest::anotherModel()
 {
     open(1);
@@ -245,8 +246,7 @@ void PairingTest::spaceOnTheChooser()
     QVERIFY(program->connectEntry(0));
 }
 
-/** The list that had the keyboard when the device was left isn't opened over another page; open menus and lists close.
- */
+/** The list that had the keyboard when the device was left isn't opened over another page; menus and lists close. */
 void PairingTest::spaceAfterAList()
 {
     for (const Qt::UIEffect effect : {Qt::UI_General, Qt::UI_AnimateCombo, Qt::UI_AnimateMenu})
@@ -293,8 +293,7 @@ void PairingTest::interrupt(QRandomGenerator &random)
     }
 }
 
-/** Whatever comes in between: no dialog stays, no state is left in which the window is dead, no wrong mouse is written.
- */
+/** Whatever comes in between: no dialog stays, the window isn't dead afterwards, no wrong mouse is written. */
 void PairingTest::interruptions()
 {
     QRandomGenerator random(testSeed());
