@@ -35,6 +35,7 @@ private Q_SLOTS:
     }
     void sections();
     void receiverSettings();
+    void versionSteps();
     void language();
     void companyPage();
     void startWithTheSystem();
@@ -152,6 +153,20 @@ void SettingsTest::receiverSettings()
     VirtualMice::add("q2", "4k");
     connectMouse(1);
     QVERIFY(isShown("checkBox_2") && !isChecked("checkBox_2") && !isShown("ReUntil"));
+}
+
+void SettingsTest::versionSteps()
+{
+    connectMouse();
+    const auto shown = [this] { return find<QLabel>("label_5")->text() + '/' + find<QLabel>("label_7")->text(); };
+    const QString versions = shown();
+    page->SetVer(6);
+    QCOMPARE(shown(), QString("/"));
+    page->SetVer(5);
+    QCOMPARE(shown(), versions);
+    SelectInfo().update([](DeviceAllInfo &info) { info.Online = false; });
+    page->SetVer(0);
+    QCOMPARE(shown(), versions.section('/', 0, 0) + '/');
 }
 
 /** The maker's page is that of the language. */
