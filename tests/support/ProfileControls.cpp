@@ -1,11 +1,13 @@
 #include "support/ProfileControls.h"
 
 #include "buttons/ProfileFile.h"
+#include "support/TestHome.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QScopeGuard>
 #include <QToolButton>
 
 ProfileHand::ProfileHand(const QString &file, const Look &look)
@@ -37,6 +39,9 @@ std::vector<Control> profileControls(const FlashDataMap &factory)
              }},
             {"ButtonMain", "reset", [file, factory](const QWidget *window, const FlashDataMap &) {
                  const ProfileHand hand(file);
+                 // Each report that gets lost takes 50 ms, of what the cut waits leave for reading everything anew.
+                 const auto cutAgain = qScopeGuard([] { Wait::setScale(shortWaits); });
+                 Wait::setScale(0.1);
                  Hand::press(window, "ButtonPage", "Reset");
                  return factory;
              }}};
