@@ -5,8 +5,10 @@
 #include <QWidget>
 
 /**
- * A panel as large as its widget, from a picture whose edges keep their size. It is kept as it was drawn: to stretch
- * the picture takes some two thirds of what the whole rest of a page costs, and a style sheet does it each time.
+ * A panel as large as its widget, from a picture whose edges keep their size. Between its left and right edge the
+ * picture is the same in each column, so a strip of it is stretched to the height and kept, and painted side by side. A
+ * style sheet stretches all of it each time that it paints, which takes some two thirds of what the whole rest of a
+ * page costs.
  */
 class Panel : public QWidget
 {
@@ -22,5 +24,5 @@ protected:
 
 private:
     QString picture;
-    QPixmap drawn;
+    QPixmap strip; ///< both edges and some of what lies between them
 };
