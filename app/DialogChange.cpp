@@ -193,11 +193,12 @@ void DialogChange::showEntry(int index)
 
 /**
  * Runs apart from the scan: a scan that stood in a prompt would not be called again, and could not see the cause go.
- * And the first scan runs before there is a window to stand over; showEvent comes back to it.
+ * And the first scan runs before there is a window to stand over; showEvent comes back to it. The top window does when
+ * it has been minimised, which makes no such event.
  */
 void DialogChange::tellDuplicates()
 {
-    if (!DuplicateDevices || duplicatesNotice || !isVisible() || Wait::isEnding())
+    if (!DuplicateDevices || duplicatesNotice || !isVisible() || WindowAway || Wait::isEnding())
         return;
     QuestiondialogB notice;
     duplicatesNotice = &notice;

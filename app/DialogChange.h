@@ -25,6 +25,8 @@ public:
 
     /** Looks for devices at each USB change from now on, and once at once. */
     static void startScanning();
+    /** Tells of devices that can't be told apart, if there are any and the window is before the user. */
+    void tellDuplicates();
 
 public Q_SLOTS:
     void on_MinButton_clicked();
@@ -52,7 +54,6 @@ private:
     void openEntry(int index);
     bool isLeftByItsMouse(int index) const;
     void checkMismatch(const DeviceAllInfo &receiver);
-    void tellDuplicates();
     void closeDuplicatesNotice();
     void showHint();
 

@@ -1,6 +1,7 @@
 // The window out of sight, minimised or in the tray, and its way back.
 
 #include "app/Dialog.h"
+#include "app/DialogChange.h"
 #include "app/DialogMain.h"
 #include "app/hub/Wait.h"
 #include "devicelink/DeviceFlags.h"
@@ -33,8 +34,12 @@ void DialogMain::setAway(bool isAway)
 
 void DialogMain::openWhatIsDue()
 {
-    if (WindowAway || !DeviceEntered)
+    if (WindowAway)
         return;
+    if (!DeviceEntered) {
+        chooser->tellDuplicates();
+        return;
+    }
     deviceWindow->windowCameBack();
     if (const auto index = std::exchange(dueNotice, std::nullopt); index && OfflineWaiting)
         SlotMouseOffLine(*index);
