@@ -84,6 +84,8 @@ void Buttoninterface::connectHub()
             Qt::BlockingQueuedConnection);
     connect(hub, &PostMsg::SigUpDataButtonUIC, this, &Buttoninterface::SlotUpDataButtonUIB);
     connect(hub, &PostMsg::SigUpDataConfigUI, this, &Buttoninterface::SlotUpDataConfigUI, Qt::BlockingQueuedConnection);
+    // Another mouse may sleep and tell none; the profile of the mouse before isn't its.
+    connect(hub, &PostMsg::SigSelectMouseInfo, this, [this] { SlotUpDataConfigUI(0, 0, false); });
     connect(hub, &PostMsg::SigFormReset, this, &Buttoninterface::SlotFormResetButton, Qt::BlockingQueuedConnection);
     connect(hub, &PostMsg::SigAddMacroButton, this, &Buttoninterface::SlotAddMacroButton);
     connect(hub, &PostMsg::SigDeleteMacroButton, this, &Buttoninterface::SlotDeleteMacroButton);
