@@ -4,6 +4,7 @@
 #include "app/hub/PostMsg.h"
 #include "app/hub/Wait.h"
 #include "buttons/ProfileFile.h"
+#include "devicelink/DeviceCache.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
 #include "devicelink/SelectedDevice.h"
@@ -19,6 +20,8 @@
 #include "ui/UpDataParam.h"
 
 #include <QDate>
+
+#include <optional>
 
 namespace {
 
@@ -55,6 +58,18 @@ public:
     PollingPause(const PollingPause &) = delete;
     PollingPause &operator=(const PollingPause &) = delete;
 };
+
+/**
+ * What the pages show. While the selected mouse has yet to tell its record, the working record is that of the mouse
+ * before, and a file of it would pass for one of this model. \return nothing if this mouse was never read
+ */
+std::optional<FlashDataMap> shownRecord()
+{
+    if (isRecordOfSelected())
+        return WorkingRecord::instance().copy();
+    FlashDataMap cached{};
+    return LoadDeviceCache(LoadFileName().get(), cached) ? std::optional(cached) : std::nullopt;
+}
 
 /** Model and date, such as "HALVARION-Q1 2026-11-25.bin". */
 QString nameToOffer()
@@ -108,9 +123,14 @@ void ProfileActions::reset()
 
 void ProfileActions::exportProfile()
 {
+    if (!shownRecord()) {
+        postMsg()->post(&PostMsg::SigMouseOffLineo, 0);
+        return;
+    }
     const QString path = FileDialogs::askForSaving(page, filter, nameToOffer());
-    if (!path.isEmpty())
-        WriteProfile(path, WorkingRecord::instance().copy());
+    const auto record = shownRecord(); // it may have told more meanwhile
+    if (!path.isEmpty() && record)
+        WriteProfile(path, *record);
 }
 
 void ProfileActions::importProfile()

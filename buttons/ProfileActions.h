@@ -24,7 +24,7 @@ public:
     void chooseProfile(MyConmboBox *list, int index);
     /** Asks, then sets the active profile to what the factory gave it. Returns when the pages show that. */
     void reset();
-    /** Asks for a file and writes the working record to it; needs no device. */
+    /** Asks for a file and writes to it what the pages show; needs no device that answers, but one that once did. */
     void exportProfile();
     /** Asks for a file and brings it to the mouse and the pages. Returns when that is done. */
     void importProfile();

@@ -1,5 +1,6 @@
 #include "buttons/ProfileFile.h"
 #include "devicelink/DeviceSetters.h"
+#include "productdata/UserFolders.h"
 #include "productdata/UserSettings.h"
 #include "support/FaultBench.h"
 #include "support/Files.h"
@@ -37,6 +38,7 @@ private Q_SLOTS:
     void inTheMiddle();
     void fileDialogs();
     void chosenProfileAndSleep();
+    void theNextMouseSleeps();
 
 private:
     void open(const QString &mouse, const std::function<void()> &prepare = {});
@@ -294,6 +296,31 @@ void ProfileFileTest::chosenProfileAndSleep()
         program().find<QToolButton>(button)->click(); // neither question nor dialog: they would stand here for ever
         QCOMPARE(program().shownPrompts().value(0), QString("MouseOffLine"));
     }
+}
+
+/** The program still has the record of the mouse before; what it shows and saves is what is known of this one. */
+void ProfileFileTest::theNextMouseSleeps()
+{
+    open("q1");
+    const QByteArray known = held("q1");
+    QVERIFY(bench->goBack() && program().connectMouse("q2"));
+    VirtualMice::tell({"profile", "q2", "2"});
+    const auto *const list = program().find<MyConmboBox>("ProjectChoose");
+    QTRY_VERIFY(list->currentIndex() == 2 && program().isConnected());
+    QVERIFY(bench->goBack());
+    VirtualMice::tell({"sleep", "q1"});
+    program().click(program().pictureOf("q1"));
+    QTRY_VERIFY(OfflineWaiting && allPagesLoaded());
+    QVERIFY(!list->isEnabled() && list->currentIndex() == 0);
+    const ProfileHand hand(file);
+    auto *const save = program().find<QToolButton>("OutputData");
+    save->click();
+    QCOMPARE(Files::content(file).mid(36), known);
+
+    QVERIFY(QFile::remove(file));
+    QDir(UserFolders::path(UserFolders::Folder::DeviceInfo)).removeRecursively();
+    save->click();
+    QVERIFY(!QFileInfo::exists(file) && program().shownPrompts().contains("MouseOffLine"));
 }
 
 HALVARION_TEST_MAIN(ProfileFileTest)
