@@ -51,6 +51,11 @@ Macro::Macro(QWidget *parent)
     connect(postMsg(), &PostMsg::SigButtonToMacro, this, &Macro::SlotButtonToMacro);
     connect(postMsg(), &PostMsg::SigMacroDownLoadData, this, &Macro::SlotMacroDownLoadData);
     connect(postMsg(), &PostMsg::SigSetMacroPage, this, &Macro::SlotSetMacroPage);
+    // A device that is pulled takes the page away without a word to it. What was recorded until then can be saved.
+    connect(postMsg(), &PostMsg::SigSecondPageChange, this, [this] {
+        if (isRecordingShown)
+            on_StopRecord_clicked();
+    });
 }
 
 Macro::~Macro() = default;

@@ -188,15 +188,15 @@ void Macro::on_StartRecord_clicked()
 void Macro::on_StopRecord_clicked()
 {
     endRecording();
-    MacroRows rows = rowList->rows();
-    if (!rows.isEmpty() && !rows.last().isEvent()) // the pause before a key that no macro can hold
-        rowList->dropLast();
     setSaveable(true);
 }
 
 void Macro::endRecording()
 {
     hook.remove();
+    const MacroRows rows = rowList->rows();
+    if (isRecordingShown && !rows.isEmpty() && !rows.last().isEvent())
+        rowList->dropLast(); // the pause before a key that no macro can hold
     isRecordingShown = false;
     MacroRecording = false;
     postMsg()->post(&PostMsg::SigStartRecord, 1);

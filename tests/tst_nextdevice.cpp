@@ -1,12 +1,14 @@
 #include "app/ChooserList.h"
 #include "app/Ending.h"
 #include "devicelink/Worker.h"
+#include "macro/MacroFile.h"
 #include "productdata/UserFolders.h"
 #include "support/Program.h"
 #include "support/TestHome.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QListWidget>
 #include <QRandomGenerator>
 
 #include <functional>
@@ -47,6 +49,7 @@ private Q_SLOTS:
     void clickOnADeviceThatIsPulled();
     void aRereadIsNotTheNextMouses();
     void levelsAreNotTheNextMouses();
+    void recordingEndsWithTheDevice();
     void goingBackEndsEverything();
     void promptsOfTheGraceTime();
 };
@@ -128,6 +131,21 @@ void NextDeviceTest::levelsAreNotTheNextMouses()
     wanted.DpiLevelCount = 2;
     wanted.DpiCurrentLevel = 1;
     QTRY_VERIFY(VirtualMice::record("q2") == wanted);
+}
+
+void NextDeviceTest::recordingEndsWithTheDevice()
+{
+    UserFolders::prepare();
+    QVERIFY(MacroFile::create("m"));
+    Program program;
+    QVERIFY(program.connectMouse("q1"));
+    program.click("MacroButton");
+    program.find<QListWidget>("listWidgetHong")->setCurrentRow(0);
+    program.click("StartRecord");
+    QVERIFY(MacroRecording && !program.find("MacroButton")->isEnabled());
+    VirtualMice::tell({"unplug", "q1-4k"});
+    QTRY_VERIFY(!program.isDeviceWindowShown());
+    QVERIFY(!MacroRecording && program.find("MacroButton")->isEnabled());
 }
 
 /** However far the connect had come: on the chooser no report of the mouse reaches the pages any more. */
