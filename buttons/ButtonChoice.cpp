@@ -38,17 +38,34 @@ const Entry &entryOf(const char *name)
 
 // Rows ---------------------------------------------------------------------------------------------------------------
 
-void Buttoninterface::chooseRow(int row)
+/** True if no other row is the left button: a mouse without one could hardly be given it back. */
+bool Buttoninterface::isLastLeft(int row) const
 {
     const QString left = form.entry("LeftKey_3")->text();
     int count = 0;
     for (int each = 0; each < rowCount; ++each)
         count += rows.text(each) == left;
-    if (count == 1 && rows.text(row) == left) {
-        menu.uncheckRows();
-        menu.close();
-        LeftButtonOnly prompt;
-        ask(prompt);
+    return count == 1 && row >= 0 && rows.text(row) == left;
+}
+
+void Buttoninterface::keepLastLeft()
+{
+    leaveRow();
+    LeftButtonOnly prompt;
+    ask(prompt);
+}
+
+/** Nothing is chosen, so that the next choice can't be meant for this row. */
+void Buttoninterface::leaveRow()
+{
+    menu.uncheckRows();
+    menu.close();
+}
+
+void Buttoninterface::chooseRow(int row)
+{
+    if (isLastLeft(row)) {
+        keepLastLeft();
         return;
     }
     menu.setRowBar(row == 0 ? closedRowBar : openRowBar);
@@ -59,6 +76,9 @@ void Buttoninterface::chooseNumber(int row)
 {
     TestDeviceOnline();
     form.rows[std::size_t(row)]->setChecked(true);
+    // The list that another row has opened would give it away.
+    if (menu.state() != FunctionMenu::State::Closed && isLastLeft(row))
+        keepLastLeft();
 }
 
 void Buttoninterface::openMenuAt(int row)

@@ -91,6 +91,11 @@ void Buttoninterface::connectHub()
     connect(hub, &PostMsg::SigDeleteMacroButton, this, &Buttoninterface::SlotDeleteMacroButton);
     connect(hub, &PostMsg::SigUpDataMacro, this, &Buttoninterface::SlotUpDataMacro);
     connect(hub, &PostMsg::SigMacroRename, this, &Buttoninterface::SlotMacroRename);
+    // What was chosen, and the profile, are the left mouse's and not the next one's.
+    connect(hub, &PostMsg::SigSecondPageChange, this, [this] {
+        leaveRow();
+        SlotUpDataConfigUI(0, 0, false);
+    });
 }
 
 // Records ------------------------------------------------------------------------------------------------------------
@@ -112,6 +117,8 @@ void Buttoninterface::applyRecord(const FlashDataMap &record)
         readBackMacros(record);
         form.DebunceButton->setIndexSilently(record.DebounceTime);
     }
+    if (isLastLeft(form.checkedRow()))
+        leaveRow(); // it wasn't when its list opened: another profile, or another mouse
     if (std::exchange(isMacroListStale, false))
         SlotAddMacroButton();
 }

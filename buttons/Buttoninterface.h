@@ -144,6 +144,9 @@ private:
     void applyRecord(const FlashDataMap &record);
     void readBackMacros(const FlashDataMap &record);
 
+    bool isLastLeft(int row) const;
+    void keepLastLeft();
+    void leaveRow();
     void chooseRow(int row);
     void chooseNumber(int row);
     void openMenuAt(int row);

@@ -166,11 +166,17 @@ void ButtonPageTest::lastLeftButtonStays()
     answer.start(5);
     bench.click("FireKey");
     QVERIFY(prompts == 1 && bench.menu() == "page page_9" && !bench.button("FireKey")->isChecked());
+    for (const char *button : {"RightKey", "Number1"}) // nor by its number, with the list of another row
+        bench.click(button);
+    QVERIFY(prompts == 2 && bench.menu() == "page page_9" && !bench.button("FireKey")->isChecked());
+    const FlashDataMap oneLeft = bench.held();
     for (const char *button : {"BackMusic", "LeftKey_3", "FireKey"})
         bench.click(button);
-    QCOMPARE(prompts, 1);
+    QCOMPARE(prompts, 2);
     bench.click("DPI_10"); // a list of macros without a macro
-    QVERIFY(prompts == 2 && bench.menu() == "page_2 page_9");
+    QVERIFY(prompts == 3 && bench.menu() == "page_2 page_9");
+    bench.page->SlotUpDataButtonUIB(oneLeft); // the profile changed meanwhile
+    QVERIFY(bench.menu() == "page page_9" && !bench.button("FireKey")->isChecked());
 }
 
 void ButtonPageTest::combinationAndFireKey()

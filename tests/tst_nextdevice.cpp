@@ -48,7 +48,7 @@ private Q_SLOTS:
     void clickOnADeviceThatIsPulled_data();
     void clickOnADeviceThatIsPulled();
     void aRereadIsNotTheNextMouses();
-    void levelsAreNotTheNextMouses();
+    void choicesAreNotTheNextMouses();
     void recordingEndsWithTheDevice();
     void goingBackEndsEverything();
     void promptsOfTheGraceTime();
@@ -114,16 +114,19 @@ void NextDeviceTest::aRereadIsNotTheNextMouses()
 }
 
 /** The next mouse has been woken and has yet to tell what it holds; the program still has what the last one held. */
-void NextDeviceTest::levelsAreNotTheNextMouses()
+void NextDeviceTest::choicesAreNotTheNextMouses()
 {
     Program program;
     QVERIFY(program.connectMouse("q1"));
+    QTRY_VERIFY(program.find("ProjectChoose")->isEnabled());
+    program.click("BackKey");
     program.click("UpArrow");
     QTRY_VERIFY(!program.isDeviceWindowShown());
     FlashDataMap wanted = VirtualMice::record("q2");
     VirtualMice::tell({"sleep", "q2"});
     program.click(program.pictureOf("q2"));
     QTRY_VERIFY(OfflineWaiting && !isConnecting());
+    QVERIFY(!program.find("page_2")->isVisible() && !program.find("ProjectChoose")->isEnabled());
     VirtualMice::tell({"fault", "q2", "drop", "100000"});
     VirtualMice::tell({"wake", "q2"});
     program.find<QComboBox>("ChooseEvent")->setCurrentIndex(1);
