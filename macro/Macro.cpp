@@ -220,13 +220,25 @@ void Macro::on_Save_clicked()
     tellSaved(hasNewRows, hasNewRepeat);
 }
 
+/**
+ * A mouse that sleeps takes nothing, and what it holds comes back over the file with its next record. So what is told
+ * to it in vain counts as not saved yet; the offline prompt says why, and the user saves again when it is awake.
+ */
 void Macro::tellSaved(bool hasNewRows, bool hasNewRepeat)
 {
+    bool isRefused = false;
+    const auto watch = connect(postMsg(), &PostMsg::SigMouseOffLineo, this, [&isRefused] { isRefused = true; });
     ++savesUnderWay;
     if (hasNewRows)
         postMsg()->post(&PostMsg::SigUpDataMacro, saved->name, 0);
     if (hasNewRepeat && saved)
         postMsg()->post(&PostMsg::SigUpDataMacro, saved->name, 1);
+    disconnect(watch);
+    if (isRefused && saved && saved->name == shown && !isRecordingShown) {
+        EventsChanged = EventsChanged || hasNewRows;
+        RepeatChanged = RepeatChanged || hasNewRepeat;
+        setSaveable(true);
+    }
     if (--savesUnderWay == 0)
         saved.reset();
 }

@@ -501,6 +501,19 @@ void MacroPageTest::savedRowsReachTheMouse()
     QCOMPARE(save("F+", [this] { answers.isEmpty() ? void() : page->RenameMacro(); }), "F+");
     QCOMPARE(MacroImage::name(VirtualMice::record("q1").MacroSlots[2]), "renamed");
     disconnect(listening);
+    // One that sleeps takes nothing, and tells the older rows when it wakes: what is on show is still to be saved.
+    connect(postMsg(), &PostMsg::SigUpDataMacro, page.get(),
+            [](const QString &name, int) { postMsg()->post(&PostMsg::SigMacroDownLoadData, name, 2); });
+    VirtualMice::tell({"sleep", "q1"});
+    given("renamed", "G+");
+    choose(4);
+    click("Save");
+    postMsg()->post(&PostMsg::SigButtonToMacro, VirtualMice::record("q1"), 2);
+    QVERIFY(inFile("renamed").startsWith("F+") && isSaveable());
+    VirtualMice::tell({"wake", "q1"});
+    ConnectedMouse::untilAnswered([this] { click("Save"); });
+    QCOMPARE(MacroText::of(MacroImage::rows(ConnectedMouse::settled("q1").MacroSlots[2])).section(' ', 0, 0), "G+");
+    QVERIFY(inFile("renamed").startsWith("G+") && !isSaveable());
     ConnectedMouse::forget();
 }
 
