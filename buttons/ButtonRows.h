@@ -41,7 +41,7 @@ public:
     /** True if the row plays the macro, by its text. */
     bool hasMacro(int row, const QString &macro) const;
 
-    /** \return false, with the row as it was, when the mouse doesn't answer. */
+    /** \return false, with the row as it was, when the mouse doesn't answer or hasn't told its record yet. */
     bool assign(int row, const KeyFunction &function, const QString &text);
     bool assignSequence(int row, const KeySequence &sequence, const QString &text);
     bool assignMacro(int row, const KeyFunction &function, const MacroSlot &image, const QString &macro);

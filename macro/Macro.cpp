@@ -3,6 +3,7 @@
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
+#include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"
 #include "macro/MacroFile.h"
 #include "macro/MacroImage.h"
@@ -51,6 +52,7 @@ Macro::Macro(QWidget *parent)
     connect(postMsg(), &PostMsg::SigButtonToMacro, this, &Macro::SlotButtonToMacro);
     connect(postMsg(), &PostMsg::SigMacroDownLoadData, this, &Macro::SlotMacroDownLoadData);
     connect(postMsg(), &PostMsg::SigSetMacroPage, this, &Macro::SlotSetMacroPage);
+    connect(postMsg(), &PostMsg::SigMouseOffLineo, this, [this] { isRefused = true; });
     // A device that is pulled takes the page away without a word to it. What was recorded until then can be saved.
     connect(postMsg(), &PostMsg::SigSecondPageChange, this, [this] {
         if (isRecordingShown)
@@ -226,14 +228,12 @@ void Macro::on_Save_clicked()
  */
 void Macro::tellSaved(bool hasNewRows, bool hasNewRepeat)
 {
-    bool isRefused = false;
-    const auto watch = connect(postMsg(), &PostMsg::SigMouseOffLineo, this, [&isRefused] { isRefused = true; });
-    ++savesUnderWay;
+    if (savesUnderWay++ == 0)
+        isRefused = false;
     if (hasNewRows)
         postMsg()->post(&PostMsg::SigUpDataMacro, saved->name, 0);
     if (hasNewRepeat && saved)
         postMsg()->post(&PostMsg::SigUpDataMacro, saved->name, 1);
-    disconnect(watch);
     if (isRefused && saved && saved->name == shown && !isRecordingShown) {
         EventsChanged = EventsChanged || hasNewRows;
         RepeatChanged = RepeatChanged || hasNewRepeat;
@@ -252,6 +252,11 @@ void Macro::SlotMacroDownLoadData(QString name, int slot)
         return; // the user has left the device meanwhile
     if (name != shown || shown.isEmpty() || !DeviceWritesEnabled || slot < 0 || slot >= macroSlotCount)
         return;
+    if (!isRecordOfSelected()) {
+        isRefused = true; // not by a mouse that is awake, but as an assignment: the record is that of the mouse before
+        TestDeviceOnline();
+        return;
+    }
     const MacroRows rows = saved && saved->name == name ? saved->rows : rowList->rows();
     MacroSlot image = MacroImage::make(name, rows);
     if (rows.isEmpty())

@@ -129,6 +129,7 @@ private:
     bool RepeatChanged = false;
     std::optional<Saved> saved; ///< while the listeners of a save run, and until the user leaves
     int savesUnderWay = 0;      ///< one can begin while the listeners of another wait
+    bool isRefused = false;     ///< the mouse didn't take what it was told since the first of them began
 
     std::unique_ptr<QMenu> menu; ///< of the list of macros, made anew at each right click
     MacroRecorder recorder;
