@@ -123,6 +123,7 @@ private Q_SLOTS:
     void recordSurvivesTheImage();
     void damagedFramesAreRefused();
     void queueBringsTheMouseToTheRecord();
+    void partsOfTheUnknownAreWrittenWhole();
     void queueKeepsTheNewestValue();
     void levelsTravelTogether();
     void readingDoesNotUndoAChange();
@@ -203,6 +204,31 @@ void tst_portwire_codec::queueBringsTheMouseToTheRecord()
         RC_ASSERT(isSame(accordingToMouse(mouse), record));
         queue.update(record, record);
         RC_ASSERT(queue.size() == 0);
+    }));
+}
+
+void tst_portwire_codec::partsOfTheUnknownAreWrittenWhole()
+{
+    QVERIFY(rc::check("what replaces something that nobody has read doesn't mix with it", [] {
+        Random random = anyRandom();
+        FlashDataMap held = recordOfPages(random);
+        DeviceImage mouse{};
+        encodeImage(held, mouse);
+        const FlashDataMap before = recordOfPages(random); // of another mouse
+        FlashDataMap record = before;
+        for (std::uint8_t *byte : {&(record.KeyFunctions[4] = held.KeyFunctions[5]).KeyParam2, &record.DpiLevels[6].Red,
+                                   &record.KeySequences[7].Events[0].Action, &record.MacroSlots[8].Events[0].Action})
+            *byte ^= 1;
+        WriteQueue queue;
+        queue.update(record, before);
+        send(queue, mouse);
+        held.KeyFunctions[4] = record.KeyFunctions[4];
+        held.DpiLevels[6].Red = record.DpiLevels[6].Red;
+        held.DpiLevels[6].Green = record.DpiLevels[6].Green;
+        held.DpiLevels[6].Blue = record.DpiLevels[6].Blue;
+        held.KeySequences[7] = record.KeySequences[7];
+        held.MacroSlots[8] = record.MacroSlots[8];
+        RC_ASSERT(isSame(accordingToMouse(mouse), held));
     }));
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace portwire {
 
@@ -39,6 +40,31 @@ const std::bitset<imageSize> &fieldBytes()
     return fields;
 }
 
+/** A row of parts of the image whose bytes mean something only together. */
+struct Parts
+{
+    std::size_t first;
+    std::size_t size;
+    std::size_t count;
+};
+
+constexpr Parts allParts[] = {{ImageLayout::dpiLevels, 3, 16}, // of each level code and flags, and its colour
+                              {ImageLayout::keyFunctions, 3, ImageLayout::slots},
+                              {ImageLayout::keySequences, ImageLayout::keySequenceSize, ImageLayout::slots},
+                              {ImageLayout::macros, ImageLayout::macroSize, ImageLayout::slots}};
+
+/** Beginning and end of the part that a byte belongs to; of most the byte alone. */
+std::pair<std::size_t, std::size_t> partOf(std::size_t at)
+{
+    for (const Parts &parts : allParts) {
+        if (at < parts.first || at >= parts.first + parts.size * parts.count)
+            continue;
+        const std::size_t from = at - (at - parts.first) % parts.size;
+        return {from, from + parts.size};
+    }
+    return {at, at + 1};
+}
+
 } // namespace
 
 void WriteQueue::update(const FlashDataMap &record, const FlashDataMap &previous)
@@ -57,10 +83,23 @@ void WriteQueue::update(const FlashDataMap &record, const FlashDataMap &previous
         if (isAllKnown && std::memcmp(wanted.data() + from, image.data() + from, stretch) == 0)
             continue;
         for (std::size_t at = from; at < from + stretch; ++at) {
-            const bool isHeld = known[at] && wanted[at] == image[at];
-            if (!isHeld && (comparable[at] || wanted[at] != before[at]))
+            if (isHeld(at, wanted[at]))
+                continue;
+            if (comparable[at])
                 queue(at, wanted[at]);
+            else if (wanted[at] != before[at])
+                queuePart(at, wanted);
         }
+    }
+}
+
+/** All of a macro, say: some of its bytes would mix with those of the one that it replaces and nobody knows. */
+void WriteQueue::queuePart(std::size_t changed, const DeviceImage &wanted)
+{
+    const auto [from, to] = partOf(changed);
+    for (std::size_t at = from; at < to; ++at) {
+        if (fieldBytes()[at] && !isHeld(at, wanted[at]))
+            queue(at, wanted[at]);
     }
 }
 
@@ -70,7 +109,7 @@ void WriteQueue::replace(const FlashDataMap &record)
     encodeImage(record, wanted);
     ++lastSerial;
     for (std::size_t at = 0; at < imageSize; ++at) {
-        if (fieldBytes()[at] && !(known[at] && wanted[at] == image[at]))
+        if (fieldBytes()[at] && !isHeld(at, wanted[at]))
             queue(at, wanted[at]);
     }
     given.set();

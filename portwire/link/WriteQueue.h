@@ -41,7 +41,8 @@ public:
     /**
      * Queues what differs between the record and what the mouse holds. Where that is unknown, or the program has never
      * been given it, only what also differs from `previous`, the record as the program had it before: a record that is
-     * of another mouse or profile must not flood this one.
+     * of another mouse or profile must not flood this one. A function, a DPI level's code or colour, a key sequence, a
+     * macro then is queued as a whole.
      */
     void update(const FlashDataMap &record, const FlashDataMap &previous);
 
@@ -82,7 +83,9 @@ public:
     void giveUp(const Write &write, std::uint64_t serial);
 
 private:
+    bool isHeld(std::size_t at, std::uint8_t value) const { return known[at] && image[at] == value; }
     void queue(std::size_t at, std::uint8_t value);
+    void queuePart(std::size_t changed, const DeviceImage &wanted);
     bool mayBridge(std::size_t from, std::size_t to) const;
     void cut(std::size_t from, std::size_t to, std::vector<Write> &writes) const;
 
