@@ -92,6 +92,8 @@ void Work::addressIs(const std::optional<Address> &told)
         begin(std::make_shared<WriteQueue>());
         // Of a link that goes on, the program doesn't know that it leads to another mouse.
         isOutdated = !isInherited;
+        if (isOutdated)
+            jobs.add(Job::wholeRecord());
         profile.reset();
     }
     owner = told;

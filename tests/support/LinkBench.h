@@ -66,8 +66,19 @@ struct LinkBench
     void enter(int profile)
     {
         bus->changeProfile(mouse, profile);
+        awaitDelivered(); // what comes late of the profile before, or of the bench before
         First::reset();
         read();
+        awaitDelivered();
+        link->work()->recordTaken(); // the link reads another profile of its own accord as well
+    }
+
+    /** Waits until the first callback has had all that was read until now. */
+    void awaitDelivered()
+    {
+        First::reset();
+        link->add({Job::Kind::Read, {ReportCode::Battery}});
+        First::await(4);
     }
 
     /** From now on the mouse answers nothing but its profile, as if it slept; what it does by itself is told. */
