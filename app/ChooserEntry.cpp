@@ -50,8 +50,9 @@ ChooserEntry::ChooserEntry(QWidget *page, int index, int left, QPoint status, QP
 
 void ChooserEntry::setTips(const QString &offline, const QString &unknown)
 {
-    offlineLabel->setToolTip(offline);
+    offlineTip = offline;
     unknownTip = unknown;
+    offlineLabel->setToolTip(offline);
     setHint();
 }
 
@@ -59,19 +60,18 @@ void ChooserEntry::setTips(const QString &offline, const QString &unknown)
 void ChooserEntry::setHint()
 {
     picture->setAccessibleName(modelName);
-    QString why = isUnknown ? unknownTip : QString();
-    if (!offlineLabel->isHidden())
-        why = offlineLabel->toolTip();
+    const QString why = isUnknown ? unknownTip : isOffline ? offlineTip : QString();
     picture->setToolTip(modelName.isEmpty() || why.isEmpty() ? modelName + why : modelName + QLatin1Char('\n') + why);
 }
 
 void ChooserEntry::show(const DeviceAllInfo &device)
 {
     const int model = pictureOf(device);
-    const bool offline = isKnownModel(device) && !device.Online;
+    isUnknown = !isKnownModel(device);
+    isOffline = !isUnknown && !device.Online;
     QString name = QStringLiteral("Unknow.png");
     if (model >= 0)
-        name = (offline ? QStringLiteral("DisOnlin%1.png") : QStringLiteral("OnLine%1.png")).arg(model);
+        name = (isOffline ? QStringLiteral("DisOnlin%1.png") : QStringLiteral("OnLine%1.png")).arg(model);
     picture->setStyleSheet(
         QStringLiteral("QToolButton{border:0px;background-position:center;"
                        "background-repeat:no-repeat;background-image: url(%1%2);}"
@@ -80,10 +80,9 @@ void ChooserEntry::show(const DeviceAllInfo &device)
             .arg(folder(), name, Theme::rgb(Theme::Colour::LabelColor), Theme::rgb(Theme::Colour::SliderColor)));
     linkLabel->setPixmap(
         QPixmap(folder() + (device.IsCorded ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png"))));
-    linkLabel->setVisible(!offline);
-    offlineLabel->setVisible(offline);
+    linkLabel->setVisible(!isOffline);
+    offlineLabel->setVisible(isOffline);
     modelName = ModelNames::of(model);
-    isUnknown = !isKnownModel(device);
     setHint();
 
     const int kilohertz = ChooserList::receiverKilohertz(device);

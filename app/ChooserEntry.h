@@ -26,8 +26,10 @@ private:
     void setHint();
 
     QString modelName; ///< empty if it has none
+    QString offlineTip;
     QString unknownTip;
     bool isUnknown = false;
+    bool isOffline = false; ///< a known mouse that doesn't answer
     mytoolButtonEnter *picture;
     QLabel *offlineLabel;  ///< shown while the mouse doesn't answer
     QLabel *linkLabel;     ///< cable or receiver

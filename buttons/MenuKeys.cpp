@@ -115,17 +115,16 @@ int MenuKeys::levelOf(const QToolButton &button) const
     return parent == form.rowArea->widget() ? Rows : parent == form.page_2->widget() ? Entries : SmallEntries;
 }
 
-/** To the checked button of a level, or its first. \return false if there is none. */
-bool MenuKeys::enter(int level)
+/** To the checked button of a level, or its first, if there is one. */
+void MenuKeys::enter(int level)
 {
     const QWidget *const shown = list(level);
     const QList<QToolButton *> buttons = shown ? buttonsOf(*shown) : QList<QToolButton *>();
     if (buttons.isEmpty())
-        return false;
+        return;
     const auto checked =
         std::find_if(buttons.begin(), buttons.end(), [](const QToolButton *button) { return button->isChecked(); });
     giveFocus(checked != buttons.end() ? *checked : buttons.first());
-    return true;
 }
 
 void MenuKeys::step(const QToolButton &from, int steps)

@@ -31,7 +31,7 @@ private:
     QWidget *list(int level) const;
     int levelOf(const QToolButton &button) const;
     bool press(QToolButton *button, int key);
-    bool enter(int level);
+    void enter(int level);
     void step(const QToolButton &from, int steps);
     void choose(QToolButton *button);
     void close(int level);
