@@ -20,7 +20,7 @@ QStringList Wireless4Pids;
 
 } // namespace
 
-QList<DeviceAllInfo> &ChooserList::devices()
+QList<DeviceAllInfo> &ChooserDevices()
 {
     static QList<DeviceAllInfo> list;
     return list;
@@ -28,7 +28,7 @@ QList<DeviceAllInfo> &ChooserList::devices()
 
 void ChooserList::scan()
 {
-    devices().clear();
+    ChooserDevices().clear();
     const ModelData::UsbIds ids = ModelData::usbIds();
     Wireless1Pids = ids.wirelessPids;
     Wireless2Pids = ids.wireless2Pids;
@@ -38,7 +38,7 @@ void ChooserList::scan()
     QList<DeviceAllInfo> entries = findEntries(findDefaultPaths);
     for (DeviceAllInfo &entry : entries)
         identifyDevice(entry);
-    devices() = entries;
+    ChooserDevices() = entries;
 }
 
 bool ChooserList::hasDuplicates(const QList<DeviceAllInfo> &list)

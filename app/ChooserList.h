@@ -7,11 +7,8 @@
 /** What the chooser shows, apart from how: the devices on the bus and the rules for several of one model. */
 namespace ChooserList {
 
-/** The devices that the last scan found, in picture order. GUI thread only. */
-QList<DeviceAllInfo> &devices();
-
-/** Finds and identifies everything on the bus into `devices()`. Without models in the product file nothing is listed.
- */
+/** Finds and identifies everything on the bus into `ChooserDevices`. Without models in the product file nothing is
+ * listed. */
 void scan();
 
 /** Two of one model on the same kind of connection: they can't be told apart. */
@@ -24,6 +21,9 @@ void hideReceivers(QList<DeviceAllInfo> &list);
 int receiverKilohertz(const DeviceAllInfo &entry);
 
 } // namespace ChooserList
+
+/** The devices that the last scan found, in picture order. GUI thread only. */
+QList<DeviceAllInfo> &ChooserDevices();
 
 /** The last rebuild found devices that can't be told apart. */
 extern bool DuplicateDevices;

@@ -137,7 +137,7 @@ void DialogChange::rebuild()
     clearEntries();
     ui->LeftButton->hide();
     ui->RightButton->hide();
-    QList<DeviceAllInfo> &devices = ChooserList::devices();
+    QList<DeviceAllInfo> &devices = ChooserDevices();
     const bool empty = devices.isEmpty();
     for (DeviceAllInfo &device : devices)
         refreshOnline(device);
@@ -157,7 +157,7 @@ void DialogChange::rebuild()
 
 void DialogChange::addPages()
 {
-    const int count = ChooserList::devices().size();
+    const int count = ChooserDevices().size();
     for (int first = 0; first < count; first += entriesPerPage) {
         auto *const page = new QWidget;
         const int onPage = qMin(entriesPerPage, count - first);
@@ -178,7 +178,7 @@ void DialogChange::addPages()
 
 void DialogChange::showEntry(int index)
 {
-    QList<DeviceAllInfo> &devices = ChooserList::devices();
+    QList<DeviceAllInfo> &devices = ChooserDevices();
     if (index < 0 || index >= devices.size() || index >= static_cast<int>(entries.size()))
         return;
     DeviceAllInfo &device = devices[index];

@@ -35,9 +35,9 @@ void DialogChange::slotButtonClicked()
 void DialogChange::openEntry(int index)
 {
     // A second click may already lie in the queue when the first one has opened the device.
-    if (index < 0 || index >= ChooserList::devices().size() || DeviceEntered || Wait::isEnding())
+    if (index < 0 || index >= ChooserDevices().size() || DeviceEntered || Wait::isEnding())
         return;
-    const DeviceAllInfo device = ChooserList::devices().at(index);
+    const DeviceAllInfo device = ChooserDevices().at(index);
     postMsg()->post(&PostMsg::SigSetver, 6);
     if (!isKnownModel(device)) {
         qWarning() << "a device of an unknown model was clicked:" << device.Path;
@@ -70,7 +70,7 @@ void DialogChange::openEntry(int index)
 /** Two of one product, and the mouse answers behind the other one: the clicked receiver is without it. */
 bool DialogChange::isLeftByItsMouse(int index) const
 {
-    const QList<DeviceAllInfo> &devices = ChooserList::devices();
+    const QList<DeviceAllInfo> &devices = ChooserDevices();
     if (devices.size() != 2)
         return false;
     const DeviceAllInfo &clicked = devices.at(index);

@@ -215,7 +215,7 @@ void DialogMain::pairByKey()
         PairingRun::onDevicePage(this);
         return;
     }
-    const QList<DeviceAllInfo> &devices = ChooserList::devices();
+    const QList<DeviceAllInfo> &devices = ChooserDevices();
     if (devices.size() != 1 || devices.first().IsCorded)
         return;
     const DeviceAllInfo receiver = devices.first();

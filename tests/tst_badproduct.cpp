@@ -52,7 +52,7 @@ void BadProductTest::probe()
     const int entries = program.entryCount();
     bool connected = false;
     for (int index = 0; index < entries && !connected; ++index) {
-        const DeviceAllInfo device = ChooserList::devices()[index];
+        const DeviceAllInfo device = ChooserDevices()[index];
         if (device.DeviceKind == 1 && device.Path.contains("q1"))
             connected = program.connectEntry(index);
     }

@@ -33,7 +33,7 @@ void randomClick(FaultBench &bench, quint32 choice)
         if (choice % 3 == 0)
             bench.dismiss(QStringLiteral("MouseOffLine"));
     } else if (!program.isDeviceWindowShown()) {
-        const auto entries = static_cast<quint32>(ChooserList::devices().size());
+        const auto entries = static_cast<quint32>(ChooserDevices().size());
         if (entries > 0 && !DuplicateDevices)
             program.click(QStringLiteral("btn%1").arg(choice % entries));
     } else if (choice % 5 == 0) {
@@ -79,7 +79,7 @@ void FaultsBusTest::deadReceiverOnTheChooser()
     bench.hand({"plug", "q1-4k"});
     QVERIFY(bench.waitFor([&] { return bench.program().entryCount() == 2; }));
     QCOMPARE(bench.heartbeat().complaint(), QString());
-    const int dead = ChooserList::devices()[0].Path.contains("q1") ? 0 : 1;
+    const int dead = ChooserDevices()[0].Path.contains("q1") ? 0 : 1;
     const QString picture = QStringLiteral("btn%1").arg(dead);
     QVERIFY(bench.program().find(picture)->styleSheet().contains("Unknow.png"));
     // Nobody knows what it is, so it may be one without its mouse.

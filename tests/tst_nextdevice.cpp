@@ -77,7 +77,7 @@ void NextDeviceTest::clickOnADeviceThatIsPulled()
     const QString receiver = VirtualMice::receiverOf("q1");
     int clicked = 0;
     for (int index = 0; index < program.entryCount(); ++index) {
-        if (ChooserList::devices()[index].Path == VirtualMice::device(receiver)["path"].toString())
+        if (ChooserDevices()[index].Path == VirtualMice::device(receiver)["path"].toString())
             clicked = index;
     }
     QVERIFY(QTest::qWaitForWindowExposed(program.window())); // nobody clicks what isn't on the screen yet

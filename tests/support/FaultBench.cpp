@@ -41,7 +41,7 @@ FlashDataMap FaultBench::held()
 bool FaultBench::openQ1()
 {
     const auto isListed = [this] {
-        const QList<DeviceAllInfo> &devices = ChooserList::devices();
+        const QList<DeviceAllInfo> &devices = ChooserDevices();
         return shown->entryCount() == devices.size() &&
                std::any_of(devices.begin(), devices.end(),
                            [](const DeviceAllInfo &each) { return each.DeviceKind == 1; });

@@ -109,7 +109,7 @@ QString Program::pictureOf(const QString &mouse) const
     const int kind = mouse == QLatin1String("q1") ? 1 : 2;
     int found = -1;
     const bool isFound = QTest::qWaitFor([&] {
-        const QList<DeviceAllInfo> &devices = ChooserList::devices();
+        const QList<DeviceAllInfo> &devices = ChooserDevices();
         const auto device = std::find_if(devices.begin(), devices.end(),
                                          [kind](const DeviceAllInfo &each) { return each.DeviceKind == kind; });
         found = static_cast<int>(device - devices.begin());

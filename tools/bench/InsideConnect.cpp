@@ -14,7 +14,7 @@ constexpr int deliberateWait = 150;
 /** Longer than the wait prompt shows, in ms. */
 constexpr int connectTime = 15000;
 
-QString picture() { return QStringLiteral("btn%1").arg(ChooserList::devices().at(0).DeviceKind == 1 ? 0 : 1); }
+QString picture() { return QStringLiteral("btn%1").arg(ChooserDevices().at(0).DeviceKind == 1 ? 0 : 1); }
 
 /** Takes the time when all three pages have told that they hold the record. Made after the pages, so told after them.
  */
