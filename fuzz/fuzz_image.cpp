@@ -57,6 +57,11 @@ void writeRecord(const RecordBytes &bytes)
     FlashDataMap read{};
     decodeImage(image, read);
     requireCounts(read);
+    FirmwareFlash mouse;
+    mouse.setRecord(bytes);
+    const auto other = mouse.record();
+    const RecordBytes own = bytesOf(read);
+    require(std::equal(own.begin(), own.end(), other.begin(), other.end()), "both write a record alike");
     DeviceImage again{};
     encodeImage(read, again);
     require(again == image, "an image holds what a mouse can hold of a record");
