@@ -1,18 +1,12 @@
 #include "portwire/control/ControlJson.h"
 #include "portwire/virtual/VirtualBus.h"
+#include "support/Rows.h"
 
 #include <QtTest>
 
 using namespace portwire;
 
 namespace {
-
-/** Bytes of the device image as the protocol document has them, written out by hand. */
-struct Bytes
-{
-    std::size_t at;
-    std::vector<std::uint8_t> values;
-};
 
 /** A clock that stands until it is told. */
 struct HandClock
@@ -23,9 +17,10 @@ struct HandClock
     void pass(int seconds) const { *time += std::chrono::seconds(seconds); }
 };
 
-FirmwarePacket writing(const Bytes &bytes, std::uint8_t flags = 3)
+/** Writes bytes of the device image as the protocol document has them. */
+FirmwarePacket writing(int at, std::vector<std::uint8_t> bytes, std::uint8_t flags = 3)
 {
-    return {7, 1, static_cast<std::uint16_t>(bytes.at), flags, bytes.values};
+    return {7, 1, static_cast<std::uint16_t>(at), flags, std::move(bytes)};
 }
 
 /** The events as text, such as "0 +key 4, 10 -key 4". */
@@ -55,7 +50,10 @@ std::vector<ButtonPress> pressesIn(const QString &words)
 struct Q1 : VirtualMouse
 {
     Q1() : VirtualMouse(*findMouseModel("q1"), &std::chrono::steady_clock::now) {}
-    void put(const Bytes &bytes) { QCOMPARE(int{answer(writing(bytes)).flags}, 0); }
+    void put(int at, const QByteArray &bytes)
+    {
+        QCOMPARE(int{answer(writing(at, {bytes.begin(), bytes.end()})).flags}, 0);
+    }
 };
 
 } // namespace
@@ -76,12 +74,12 @@ void tst_virtualmouse::batchIsStagedUntilItsEnd()
     Q1 mouse;
     const std::function<void()> interruptions[] = {[&] { mouse.sleep(), mouse.wake(); },
                                                    [&] { mouse.connectionLost(); }, [&] { mouse.setCorded(true); }};
-    mouse.put({161, {50}});
+    mouse.put(161, "2");
     for (const auto &interruption : interruptions) {
-        mouse.answer(writing({161, {70}}, 1));
+        mouse.answer(writing(161, {70}, 1));
         interruption();
-        QCOMPARE(int{mouse.answer(writing({162, {80}}, 2)).flags}, 3);
-        QCOMPARE(int{mouse.flash().bytes[161]}, 50);
+        QCOMPARE(int{mouse.answer(writing(162, {80}, 2)).flags}, 3);
+        QCOMPARE(int{mouse.flash().bytes[161]}, int{'2'});
     }
 }
 
@@ -120,14 +118,10 @@ void tst_virtualmouse::receiverLooksForAMouse()
 /** Functions of the buttons 2 and following, a block of the flash, what the hand does and what comes of it. */
 void tst_virtualmouse::buttons_data()
 {
-    QTest::addColumn<QByteArray>("functions");
-    QTest::addColumn<QByteArray>("block");
-    QTest::addColumn<QString>("presses");
-    QTest::addColumn<QString>("events");
-    const auto row = [](const char *name, const char *functions, const char *events, const char *presses = "2:0-50",
-                        const char *block = "") {
-        QTest::newRow(name) << QByteArray::fromHex(functions) << QByteArray::fromHex(block) << QString(presses)
-                            << QString(events);
+    const Rows<QByteArray, QString, QString, QByteArray> all("functions", "events", "presses", "block");
+    const auto row = [&all](const char *name, const char *functions, const QString &events,
+                            const char *presses = "2:0-50", const char *block = "") {
+        all(name, QByteArray::fromHex(functions), events, presses, QByteArray::fromHex(block));
     };
     row("nothing", "000000", "");
     row("back", "010800", "0 +button 8, 50 -button 8");
@@ -155,11 +149,11 @@ void tst_virtualmouse::buttons_data()
         "2:0-2 2:10-10", "02 1600000000 1700000000");
     const char tapA[] = "02 22c0030000 23c0030000"; // 30 ms each
     const QString twice = "0 +key 4, 30 -key 4, 60 +key 4, 90 -key 4";
-    row("until pressed again", "0602ff", qPrintable(twice), "2:0-50 2:100-110", tapA);
-    row("another button is none of its", "0602ff", qPrintable("0 +button 1, " + twice + ", 95 -button 1"),
+    row("until pressed again", "0602ff", twice, "2:0-50 2:100-110", tapA);
+    row("another button is none of its", "0602ff", "0 +button 1, " + twice + ", 95 -button 1",
         "2:0-50 0:0-95 2:100-110", tapA);
-    row("until any button", "0602fd", qPrintable(twice + ", 100 +button 1, 110 -button 1"), "2:0-50 0:100-110", tapA);
-    row("until any button, its own", "0602fd", qPrintable(twice), "2:0-50 2:100-110", tapA);
+    row("until any button", "0602fd", twice + ", 100 +button 1, 110 -button 1", "2:0-50 0:100-110", tapA);
+    row("until any button, its own", "0602fd", twice, "2:0-50 2:100-110", tapA);
     row("what no report holds", "060201", "20 -key 4", "2:0-50", "04 1840010000 0641010000 0208000000 2300000000");
     row("rates, up to the fastest of the link", "070000", "0 +rate 2000, 20 +rate 4000, 40 +rate 125",
         "2:0-10 2:20-30 2:40-50");
@@ -167,7 +161,7 @@ void tst_virtualmouse::buttons_data()
     row("indicator", "080100", "0 +indicator 0");
     row("next effect", "080400", "0 +light 1");
     row("profile", "090000", "0 +profile 1");
-    row("profile in a macro", "060201 090000", qPrintable("0 +key 4, 10 +profile 1, 30 -key 4"), "2:0-5 3:10-20", tapA);
+    row("profile in a macro", "060201 090000", "0 +key 4, 10 +profile 1, 30 -key 4", "2:0-5 3:10-20", tapA);
     row("DPI locks", "0a0700 0a0f00", "0 +dpi 400, 20 +dpi 800, 50 +dpi 800, 100 +dpi 1600", "2:0-50 3:20-100");
     row("wheel down", "0b0200", "0 +wheel -1");
     for (const char *unknown : {"7f0101", "010300", "010101", "020400", "030000", "040901", "041404", "050001",
@@ -182,11 +176,10 @@ void tst_virtualmouse::buttons()
     QFETCH(QString, presses);
     QFETCH(QString, events);
     Q1 mouse;
-    mouse.put({54, {QByteArray(QTest::currentDataTag()).startsWith("without") ? std::uint8_t{0} : std::uint8_t{4}}});
-    mouse.put({96 + 2 * 3, {functions.begin(), functions.end()}});
+    mouse.put(54, QByteArray(1, QByteArray(QTest::currentDataTag()).startsWith("without") ? 0 : 4)); // ms
+    mouse.put(96 + 2 * 3, functions);
     if (!block.isEmpty())
-        mouse.put({functions.at(0) == 5 ? std::size_t{256 + 2 * 32} : std::size_t{768 + 2 * 384 + 31},
-                   {block.begin(), block.end()}});
+        mouse.put(functions.at(0) == 5 ? 256 + 2 * 32 : 768 + 2 * 384 + 31, block);
     QCOMPARE(text(ButtonPlayer(mouse, 4000).play(pressesIn(presses))), events);
 }
 
