@@ -113,12 +113,9 @@ void DpiCodingTest::steps_data()
     row("the first", q1Range, 50, {50, 50, 100, 0});
     row("last of the first row", q1Range, 10000, {10000, 50, 10100, 9950});
     row("the gap jumps up", q1Range, 10001, {10100, 100, 10100, 10100});
-    row("the gap's end too", q1Range, 10099, {10100, 100, 10100, 10100});
     row("first of the second row", q1Range, 10100, {10100, 100, 10200, 10000});
     row("the end", q1Range, 26000, {26000, 100, 26100, 25900});
     row("of the value itself, not from Min", "70,1000,50,0x00", 99, {50, 50, 149, 49});
-    row("above all rows", q1Range, 26001, {26001, 0, 26001, 26001});
-    row("below all rows", q1Range, 49, {49, 0, 49, 49});
     row("where rows meet", meeting, 1000, {1000, 50, 1100, 950});
 }
 

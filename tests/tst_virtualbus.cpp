@@ -88,7 +88,6 @@ void VirtualBusTest::commandsOfTheSocket()
     UsbFinderC_FindHidDevicesByDefaultDeviceId("", "", &count); // the library opens its bus, and with it the socket
     const ControlClient control;
     QCOMPARE(control.call({"devices"}).json().array().size(), 4);
-    QCOMPARE(control.call({"record", "q1"}).output.size(), 10428);
     const QString wrongOnes = "|nothing|record q9|dpi q1 8|dpi q1 x|rate q1 3|profile q1 4|battery q1 101|"
                               "battery q1 10 full|add q3 cable|add q1 8k|fault q1 rain|fault q1 drop -1|"
                               "fault q1 powerloss|fault q1 powerloss 101|boot q9|firmware q1 256.0|firmware q1 1|plug|"
@@ -132,18 +131,14 @@ void VirtualBusTest::hostileClients()
 
 void VirtualBusTest::controlProgram()
 {
-    struct
-    {
-        const char *words;
-        int status;
-        const char *output; ///< how it begins; nothing else must come
-        const char *errors;
-    } const runs[] = {{"dpi q1 2", 0, "{", ""},
-                      {"dpi q1 8", 1, "", "portwirectl: "},
-                      {"play q1 0:60-90 1:0-50", 0, R"({"action":"press","at":0,"code":2,"ms":0,"type":"button"})", ""},
-                      {"flash q1 /dev/null", 1, "", "portwirectl: /dev/null doesn't have"},
-                      {"--help", 0, "usage: ", ""},
-                      {"", 1, "", "usage: "}};
+    // Words and the status; how output and complaint begin, of which nothing must come where it is empty.
+    const std::tuple<const char *, int, const char *, const char *> runs[] = {
+        {"dpi q1 2", 0, "{", ""},
+        {"dpi q1 8", 1, "", "portwirectl: "},
+        {"play q1 0:60-90 1:0-50", 0, R"({"action":"press","at":0,"code":2,"ms":0,"type":"button"})", ""},
+        {"flash q1 /dev/null", 1, "", "portwirectl: /dev/null doesn't have"},
+        {"--help", 0, "usage: ", ""},
+        {"", 1, "", "usage: "}};
     for (const auto &[words, status, output, errors] : runs) {
         QProcess program;
         program.start(QCoreApplication::applicationDirPath() + "/portwirectl",
