@@ -34,47 +34,41 @@ private:
     int dpiOfTheMouse() const { return mouse()["dpi"].toInt(); }
     void press(QWidget *widget) { QTest::mouseClick(widget, Qt::LeftButton); }
     /** So many levels in use, in the mouse and on the page: level n has (21 + n) * 50 DPI and the colour n, 2n, 3n. */
-    void setLevels(int count, int active);
+    void setLevels(int count, int active)
+    {
+        FlashDataMap record = held();
+        record.DpiLevelCount = std::uint8_t(count);
+        record.DpiCurrentLevel = std::uint8_t(active);
+        for (int level = 0; level < 8; ++level)
+            record.DpiLevels[level] = {std::uint8_t(20 + level), std::uint8_t(20 + level), 0,
+                                       std::uint8_t(level),      std::uint8_t(2 * level),  std::uint8_t(3 * level)};
+        hold(record);
+    }
     /** A change that goes to the mouse; choosing a level swallows the one behind it. */
-    void arm();
+    void arm()
+    {
+        const int value = slider()->value();
+        slider()->setValue(value == slider()->maximum() ? slider()->minimum() : slider()->maximum());
+        slider()->setValue(value);
+    }
     /** Takes the marker at `from` and lets it go at `to`, in coordinates of the editor. */
-    void dragMarker(QPoint from, QPoint to);
+    void dragMarker(QPoint from, QPoint to)
+    {
+        auto *const editor = find("frameDpi");
+        const auto send = [editor](QEvent::Type type, QPoint point, Qt::MouseButton button, Qt::MouseButtons buttons) {
+            // What the window system sees is the child under the pointer; where the event ends is the program's affair.
+            QWidget *const under = type == QEvent::MouseMove ? nullptr : editor->childAt(point);
+            QWidget *const receiver = under ? under : editor;
+            QMouseEvent event(type, receiver->mapFrom(editor, point), editor->mapToGlobal(point), button, buttons,
+                              Qt::NoModifier);
+            QCoreApplication::sendEvent(receiver, &event);
+        };
+        send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+        for (int part = 1; part <= 20; ++part)
+            send(QEvent::MouseMove, from + (to - from) * part / 20, Qt::NoButton, Qt::LeftButton);
+        send(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+    }
 };
-
-void DpiEditorTest::setLevels(int count, int active)
-{
-    FlashDataMap record = held();
-    record.DpiLevelCount = std::uint8_t(count);
-    record.DpiCurrentLevel = std::uint8_t(active);
-    for (int level = 0; level < 8; ++level)
-        record.DpiLevels[level] = {std::uint8_t(20 + level), std::uint8_t(20 + level), 0,
-                                   std::uint8_t(level),      std::uint8_t(2 * level),  std::uint8_t(3 * level)};
-    hold(record);
-}
-
-void DpiEditorTest::arm()
-{
-    const int value = slider()->value();
-    slider()->setValue(value == slider()->maximum() ? slider()->minimum() : slider()->maximum());
-    slider()->setValue(value);
-}
-
-void DpiEditorTest::dragMarker(QPoint from, QPoint to)
-{
-    auto *const editor = find("frameDpi");
-    const auto send = [editor](QEvent::Type type, QPoint point, Qt::MouseButton button, Qt::MouseButtons buttons) {
-        // What the window system sees is the child under the pointer; where the event ends is the program's affair.
-        QWidget *const under = type == QEvent::MouseMove ? nullptr : editor->childAt(point);
-        QWidget *const receiver = under ? under : editor;
-        QMouseEvent event(type, receiver->mapFrom(editor, point), editor->mapToGlobal(point), button, buttons,
-                          Qt::NoModifier);
-        QCoreApplication::sendEvent(receiver, &event);
-    };
-    send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
-    for (int part = 1; part <= 20; ++part)
-        send(QEvent::MouseMove, from + (to - from) * part / 20, Qt::NoButton, Qt::LeftButton);
-    send(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
-}
 
 // Levels -------------------------------------------------------------------------------------------------------------
 

@@ -16,7 +16,6 @@ public:
     LightingTest() : PageBench(lightPage) {}
 
 private Q_SLOTS:
-    void effect_data();
     void effect();
     void recordsAreNotTrusted_data();
     void recordsAreNotTrusted();
@@ -36,51 +35,47 @@ private:
         return {record.LightRed, record.LightGreen, record.LightBlue};
     }
     /** Effect, speed, brightness, idle time: what shows. */
-    QList<int> shown() const;
-    void pressOnStrip(int x, Qt::MouseButton button);
+    QList<int> shown() const
+    {
+        return {find<QComboBox>("LightMod")->currentIndex(), number("SpeedSpinBox_2"), number("LightSpinBox_2"),
+                find<QComboBox>("StopClose")->currentIndex()};
+    }
+    void pressOnStrip(int x, Qt::MouseButton button)
+    {
+        const QPoint at = find("label_7")->geometry().topLeft() + QPoint(x, 17);
+        QCursor::setPos(light->mapToGlobal(at));
+        QTest::mouseClick(light, button, {}, at);
+    }
 };
-
-QList<int> LightingTest::shown() const
-{
-    return {find<QComboBox>("LightMod")->currentIndex(), number("SpeedSpinBox_2"), number("LightSpinBox_2"),
-            find<QComboBox>("StopClose")->currentIndex()};
-}
-
-void LightingTest::effect_data()
-{
-    const Rows<int, QString> row("index", "offered");
-    int index = 0;
-    for (const char *offered : {"", "brightness speed", "brightness speed colour", "brightness colour",
-                                "brightness speed", "brightness speed"})
-        QTest::addRow("%d", index) << index << offered, ++index;
-}
 
 /** An effect, chosen with the keyboard: what can be set of it shows, and the mouse keeps what it has no use for. */
 void LightingTest::effect()
 {
-    QFETCH(int, index);
-    QFETCH(QString, offered);
     FlashDataMap expected = someRecord();
     expected.LightMode = 3;
     hold(expected);
     QTest::keyClick(find("LightMod"), Qt::Key_Home);
-    for (int step = 0; step < index; ++step)
-        QTest::keyClick(find("LightMod"), Qt::Key_Down);
-    expected.LightOn = index != 0;
-    expected.LightMode = std::uint8_t(index == 0 ? 3 : index); // the light comes back as it was
-    QTRY_COMPARE(held(), expected);
-    const LightLook look = find<LightStage>("stage")->look();
-    QVERIFY(look.effect == index && look.colour == QColor(10, 20, 30));
     const std::pair<const char *, QStringList> parts[] = {
         {"colour", {"label_6", "label_7", "labelPreView", "label_12", "RSpinBox", "AddR", "toolButtonColorN"}},
         {"brightness", {"horizontalLight", "LightSpinBox_2"}},
         {"speed", {"horizontalSpeed", "SpeedSpinBox_2"}},
         {"", {"label_2", "label_3", "label_4", "label_5", "RippeControl", "frameClose"}}}; // whatever the effect
-    for (const auto &[part, names] : parts) {
-        for (const QString &name : names)
-            QVERIFY2(isShown(name) == offered.contains(part), qPrintable(name));
+    int index = 0;
+    for (const QString offered : {"", "brightness speed", "brightness speed colour", "brightness colour",
+                                  "brightness speed", "brightness speed"}) {
+        expected.LightOn = index != 0;
+        expected.LightMode = std::uint8_t(index == 0 ? 3 : index); // the light comes back as it was
+        QTRY_COMPARE(held(), expected);
+        const LightLook look = find<LightStage>("stage")->look();
+        QVERIFY(look.effect == index && look.colour == QColor(10, 20, 30));
+        for (const auto &[part, names] : parts) {
+            for (const QString &name : names)
+                QVERIFY2(isShown(name) == offered.contains(part), qPrintable(name));
+        }
+        QVERIFY(isShown("line") != offered.contains("brightness") && isShown("line_2") != offered.contains("speed"));
+        QTest::keyClick(find("LightMod"), Qt::Key_Down);
+        ++index;
     }
-    QVERIFY(isShown("line") != offered.contains("brightness") && isShown("line_2") != offered.contains("speed"));
     QVERIFY(!find("frameClose")->findChild<QLabel *>("label")->isVisible()); // the page has a title of its own
 }
 
@@ -176,13 +171,6 @@ void LightingTest::everyPreset()
 }
 
 // The colour strip ---------------------------------------------------------------------------------------------------
-
-void LightingTest::pressOnStrip(int x, Qt::MouseButton button)
-{
-    const QPoint at = find("label_7")->geometry().topLeft() + QPoint(x, 17);
-    QCursor::setPos(light->mapToGlobal(at));
-    QTest::mouseClick(light, button, {}, at);
-}
 
 void LightingTest::stripPicksWhatIsOnShow()
 {
