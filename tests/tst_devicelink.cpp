@@ -5,6 +5,7 @@
 #include "productdata/UserFolders.h"
 #include "support/ConnectedMouse.h"
 #include "support/ProductCopy.h"
+#include "support/Rows.h"
 #include "support/TestHome.h"
 
 namespace {
@@ -21,43 +22,35 @@ bool insist(const Setter &set)
     return false;
 }
 
-/** The mouse says that it has its factory settings. */
-void dispatchReset()
+/** A report with this code as the library hands it over. */
+void dispatch(std::uint8_t code, const QByteArray &payload = {})
 {
-    const std::array<std::uint8_t, 5> reset{0, 9, 0, 0, 0};
-    ConnectedMouse::runOnThread([&reset] { dispatchReport(reset.data(), 5, nullptr, 0); });
+    const std::array<std::uint8_t, 5> header{0, code, 0, 0, 0};
+    const auto *const bytes = reinterpret_cast<const std::uint8_t *>(payload.constData());
+    ConnectedMouse::runOnThread([&] { dispatchReport(header.data(), 5, bytes, std::uint32_t(payload.size())); });
 }
 
 /** Between the library and the dispatcher: lets something happen when a settings reply has left the one for the other.
  */
 struct Between
 {
-    static void arm(const Setter &click, bool isAnnounced)
-    {
-        onReply = click;
-        losesAnnouncements = !isAnnounced;
-        armed = true;
-    }
-    static bool isArmed() { return armed; }
+    static inline Setter onReply;
+    static inline std::atomic<bool> losesAnnouncements{false};
+    static inline std::atomic<bool> isArmed{false};
 
     static void callback(const std::uint8_t *header, int headerLength, const std::uint8_t *payload,
                          std::uint32_t length)
     {
         if (header[1] == 10 && losesAnnouncements)
             return;
-        const bool isMeant = header[1] == 8 && armed;
+        const bool isMeant = header[1] == 8 && isArmed;
         if (isMeant && onReply)
             QMetaObject::invokeMethod(
                 qApp, [] { insist(onReply); }, Qt::BlockingQueuedConnection);
         dispatchReport(header, headerLength, payload, length);
         if (isMeant)
-            armed = false;
+            isArmed = false;
     }
-
-private:
-    static inline Setter onReply;
-    static inline std::atomic<bool> losesAnnouncements{false};
-    static inline std::atomic<bool> armed{false};
 };
 
 } // namespace
@@ -69,8 +62,19 @@ class DeviceLinkTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        UserFolders::prepare();
+        VirtualMice::restoreScene();
+        ConnectedMouse::select(0);
+    }
+    void cleanup()
+    {
+        ConnectedMouse::forget();
+        SensorUiUpdating = false;
+        ReconnectRequested = false;
+        RereadPending = false;
+    }
     void setters();
     void settersRefuseWhatIsOutOfRange();
     void dispatcherDropsWhatCannotBe();
@@ -80,32 +84,14 @@ private Q_SLOTS:
     void twoRereadsInThreeSeconds();
     void resetOfOneMouseSparesTheNext();
     void resetSparesCombinationsOfTheProduct();
-    void combinationsAfterAReset();
 
 private:
-    static void connectMouse(PortwireReportCallback callback = dispatchReport);
+    static void connectMouse(PortwireReportCallback callback = dispatchReport)
+    {
+        QVERIFY(ConnectedMouse::read(false, callback));
+        QCOMPARE(bytesOf(WorkingRecord::instance().copy()), bytesOf(VirtualMice::record("q1")));
+    }
 };
-
-void DeviceLinkTest::init()
-{
-    UserFolders::prepare();
-    VirtualMice::restoreScene();
-    ConnectedMouse::select(0);
-}
-
-void DeviceLinkTest::cleanup()
-{
-    ConnectedMouse::forget();
-    SensorUiUpdating = false;
-    ReconnectRequested = false;
-    RereadPending = false;
-}
-
-void DeviceLinkTest::connectMouse(PortwireReportCallback callback)
-{
-    QVERIFY(ConnectedMouse::read(false, callback));
-    QCOMPARE(bytesOf(WorkingRecord::instance().copy()), bytesOf(VirtualMice::record("q1")));
-}
 
 // Setters ------------------------------------------------------------------------------------------------------------
 
@@ -148,9 +134,7 @@ void DeviceLinkTest::dispatcherDropsWhatCannotBe()
     const QByteArray before = bytesOf(WorkingRecord::instance().copy());
     const auto reportRate4000 = [](bool isCorded) {
         SelectInfo().update([isCorded](DeviceAllInfo &info) { info.IsCorded = isCorded; });
-        const std::array<std::uint8_t, 5> settings{0, 8, 0, 0, 0};
-        const std::uint8_t rate = 32;
-        ConnectedMouse::runOnThread([&] { dispatchReport(settings.data(), 5, &rate, 1); });
+        dispatch(8, QByteArray(1, 32));
     };
     reportRate4000(true);
     QCOMPARE(bytesOf(WorkingRecord::instance().copy()), before);
@@ -159,34 +143,28 @@ void DeviceLinkTest::dispatcherDropsWhatCannotBe()
     QTRY_COMPARE(int{VirtualMice::record("q1").ReportRate}, 32);
     QTRY_COMPARE(SelectInfo().get().MouseVersion, QString("v1.12"));
     VirtualMice::tell({"sleep", "q1"});
-    const std::array<std::uint8_t, 5> version{0, 18, 0, 0, 0};
-    ConnectedMouse::runOnThread([&] { dispatchReport(version.data(), 5, nullptr, 0); }); // and then it can't be asked
+    dispatch(18); // and then it can't be asked
     QCOMPARE(SelectInfo().get().MouseVersion, QString("v1.12"));
     QCOMPARE(ModelData::mouseVersion(0), QString("v1.12"));
 }
 
 void DeviceLinkTest::aSetterMeetsAReply_data()
 {
-    QTest::addColumn<QStringList>("onTheMouse");
-    QTest::addColumn<bool>("isAnnounced"); ///< else its word of that gets lost, and the program reads on its own
-    QTest::addColumn<Setter>("click");     ///< when the reply has left the library and the program doesn't have it yet
-    QTest::addColumn<QString>("rateLevelLod");
-    const auto row = [](const char *name, const char *onTheMouse, bool isAnnounced, const char *wanted,
-                        const Setter &click = {}) {
-        QTest::newRow(name) << QString(onTheMouse).split(' ') << isAnnounced << click << QString(wanted);
-    };
+    // isAnnounced: else the mouse's word of that gets lost, and the program reads on its own
+    // click: when the reply has left the library and the program doesn't have it yet
+    const Rows<QString, bool, QString, Setter> row("onTheMouse", "isAnnounced", "rateLevelLod", "click");
     row("the same field", "rate q1 4", true, "2 0 1", [] { return SetReportRate(2); });
     row("there and back", "rate q1 4", true, "1 0 1", [] { return SetReportRate(2) && SetReportRate(1); });
     row("another field", "dpi q1 3", true, "1 3 2", [] { return SetLod(2); });
     row("the same and another", "dpi q1 3", true, "1 1 2", [] { return SetLod(2) && SetDpiCurrentLevel(1); });
     row("whole record", "rate q1 4", false, "2 0 1", [] { return SetReportRate(2); });
-    row("no click: the mouse has the last word", "rate q1 4", false, "4 0 1");
+    row("no click: the mouse has the last word", "rate q1 4", false, "4 0 1", {});
 }
 
 /** A click in the microseconds in which a reply is on its way from the library into the record. */
 void DeviceLinkTest::aSetterMeetsAReply()
 {
-    QFETCH(QStringList, onTheMouse);
+    QFETCH(QString, onTheMouse);
     QFETCH(bool, isAnnounced);
     QFETCH(Setter, click);
     QFETCH(QString, rateLevelLod);
@@ -202,11 +180,13 @@ void DeviceLinkTest::aSetterMeetsAReply()
     if (click)
         WorkingRecord::instance().settle(); // some report has come since
 
-    Between::arm(click, isAnnounced);
-    VirtualMice::tell(onTheMouse);
+    Between::onReply = click;
+    Between::losesAnnouncements = !isAnnounced;
+    Between::isArmed = true;
+    VirtualMice::tell(onTheMouse.split(' '));
     if (!isAnnounced)
         UsbServer_ReadAllFlashData();
-    QTRY_COMPARE(Between::isArmed(), false);
+    QTRY_VERIFY(!Between::isArmed);
     QTRY_COMPARE(held(WorkingRecord::instance().copy()), rateLevelLod);
     QVERIFY(ConnectedMouse::isWritten("q1"));
     if (!click)
@@ -260,7 +240,7 @@ void DeviceLinkTest::resetOfOneMouseSparesTheNext()
 
     QVERIFY(connectTo(0));
     VirtualMice::tell({"fault", "q1", "drop", "1000000"});
-    dispatchReset();
+    dispatch(9); // the mouse says that it has its factory settings
     ReportLink::end();
 
     QVERIFY(connectTo(1));
@@ -269,34 +249,29 @@ void DeviceLinkTest::resetOfOneMouseSparesTheNext()
     QCOMPARE(int{VirtualMice::record("q2").MacroSlots[4].EventCount}, 2);
 }
 
-/** A product whose third button is a key combination from the factory on. */
+/** A product whose third button is a key combination from the factory on; what is tested runs in a copy of it. */
 void DeviceLinkTest::resetSparesCombinationsOfTheProduct()
 {
-    ProductCopy copy;
-    copy.change("usersetting/Config.ini",
-                [](QByteArray content) { return content.replace("KeyParam3=0x01,", "KeyParam3=0x05,"); });
-    const ProductCopy::Result result = copy.run("combinationsAfterAReset");
-    QVERIFY2(result.exitCode == 0, result.log.constData());
-    QCOMPARE(result.told, QString("0 2 2"));
-}
-
-/** Tells how many events the combinations of the second, the third and the last button have after a reset. */
-void DeviceLinkTest::combinationsAfterAReset()
-{
-    if (!ProductCopy::isCopy())
-        QSKIP("runs in the copy that resetSparesCombinationsOfTheProduct makes");
+    if (!ProductCopy::isCopy()) {
+        ProductCopy copy;
+        copy.change("usersetting/Config.ini",
+                    [](QByteArray content) { return content.replace("KeyParam3=0x01,", "KeyParam3=0x05,"); });
+        const ProductCopy::Result result = copy.run(QTest::currentTestFunction());
+        QVERIFY2(result.exitCode == 0, result.log.constData());
+        return;
+    }
     connectMouse();
     const std::array<int, 3> slots{1, 2, 15};
     for (const int slot : slots)
         QVERIFY(insist([slot] { return SetKeySequence(slot, {5, 0, 0}, {2, {}, {{0, 1, 4, 10}, {1, 1, 4, 10}}}); }));
     QTRY_COMPARE(int{VirtualMice::record("q1").KeySequences[15].EventCount}, 2);
     LinkUp = false;
-    dispatchReset();
+    dispatch(9);
     QTRY_VERIFY(LinkUp);
     QStringList counts;
     for (const int slot : slots)
         counts << QString::number(WorkingRecord::instance().copy().KeySequences[slot].EventCount);
-    ProductCopy::tell(counts.join(' '));
+    QCOMPARE(counts.join(' '), QString("0 2 2"));
 }
 
 HALVARION_TEST_MAIN(DeviceLinkTest)
