@@ -6,21 +6,24 @@
 #include "support/TappedBus.h"
 
 #include <QSemaphore>
+#include <QTest>
 
 #include <cstring>
-#include <thread>
 
 /** The parts of the library by themselves: a virtual bus with a tap, and what a link on it does. */
 namespace LinkTest {
 
 using namespace portwire;
+using First = ReportCollector<1>; ///< of the first link
+using Second = ReportCollector<2>;
+using Packet = TappedBus::Packet;
+using Replacement = TappedBus::Replacement;
+
+inline bool isSame(const FlashDataMap &a, const FlashDataMap &b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
 /** A Q1 on a 4K receiver, and a link to it. */
 struct LinkBench
 {
-    using First = ReportCollector<1>; ///< of the first link
-    using Second = ReportCollector<2>;
-
     /** \param answerTime another one than the device's */
     explicit LinkBench(std::optional<std::chrono::milliseconds> answerTime = {})
     {
@@ -84,19 +87,25 @@ struct LinkBench
     /** From now on the mouse answers nothing but its profile, as if it slept; what it does by itself is told. */
     void holdUp()
     {
-        tapped->replaceAnswers([](const TappedBus::Packet &request) -> TappedBus::Replacement {
+        tapped->replaceAnswers([](const Packet &request) -> Replacement {
             const bool isAnswered = request.code == 1 || request.code == 3 || request.code == 14;
-            return isAnswered ? std::nullopt : TappedBus::Replacement{{request.offline()}};
+            return isAnswered ? std::nullopt : Replacement{{request.offline()}};
         });
+    }
+
+    /** Does something and waits until the device is asked for this. */
+    bool awaitRequest(int code, const std::function<void()> &act)
+    {
+        QSemaphore asked;
+        tapped->before(code, 1, [&] { asked.release(); });
+        act();
+        return asked.tryAcquire(1, 10000);
     }
 
     /** Waits until all is done that was asked for until now. */
     bool awaitDone()
     {
-        QSemaphore asked;
-        tapped->before(23, 1, [&] { asked.release(); });
-        link->add({Job::Kind::Tell, {ReportCode::LongRange}});
-        return asked.tryAcquire(1, 10000);
+        return awaitRequest(23, [this] { link->add({Job::Kind::Tell, {ReportCode::LongRange}}); });
     }
 
     void change(const FlashDataMap &to)
@@ -117,14 +126,7 @@ struct LinkBench
     bool awaitInFlash(const FlashDataMap &wanted)
     {
         // Long enough for a machine that is busy with something else; nothing here takes a tenth of it.
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (std::chrono::steady_clock::now() < end) {
-            const FlashDataMap held = flash();
-            if (std::memcmp(&held, &wanted, sizeof held) == 0)
-                return true;
-            std::this_thread::yield();
-        }
-        return false;
+        return QTest::qWaitFor([&] { return isSame(flash(), wanted); }, 10000);
     }
 
     std::string mouse;
@@ -150,7 +152,5 @@ inline FlashDataMap changedEverywhere(FlashDataMap record)
     }
     return record;
 }
-
-inline bool isSame(const FlashDataMap &a, const FlashDataMap &b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
 } // namespace LinkTest

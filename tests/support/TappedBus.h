@@ -20,7 +20,7 @@ public:
     using Replacement = std::optional<std::vector<Packet>>;
 
     explicit TappedBus(std::shared_ptr<portwire::Bus> behind) : bus(std::move(behind)) {}
-    ~TappedBus() override { *isReaderLate = flood->isOn = false; }
+    ~TappedBus() override { reader->isLate = reader->isFlooded = false; }
 
     std::vector<portwire::DeviceNode> enumerate() override { return bus->enumerate(); }
     void setChangeNotice(std::function<void()> notice) override { bus->setChangeNotice(std::move(notice)); }
@@ -58,18 +58,15 @@ public:
     /** Set before the bus is used: instead of the device's own. What waits longer for a while then does it sooner. */
     std::optional<std::chrono::milliseconds> answerTime{};
 
-    /** While it is set, reader threads don't come to take anything, as on a computer that is busy with something else.
-     */
-    const std::shared_ptr<std::atomic<bool>> isReaderLate = std::make_shared<std::atomic<bool>>(false);
-
-    /** A device that talks all the time, of two changes in turn. */
-    struct Flood
+    /** What happens to the reader threads, which may outlast the bus. */
+    struct Reader
     {
-        std::atomic<bool> isOn{false};
-        std::atomic<bool> isRead{false}; ///< by the reader thread, not only by who asks
-        std::atomic<unsigned> told{0};
+        std::atomic<bool> isLate{false}; ///< comes to take nothing, as on a computer that is busy with something else
+        std::atomic<bool> isFlooded{false};  ///< by a device that talks all the time, of two changes in turn
+        std::atomic<bool> takesFlood{false}; ///< not only who asks does
+        std::atomic<unsigned> told{0};       ///< reports of the flood
     };
-    const std::shared_ptr<Flood> flood = std::make_shared<Flood>();
+    const std::shared_ptr<Reader> reader = std::make_shared<Reader>();
 
 private:
     class Tap : public portwire::Endpoint
@@ -88,16 +85,16 @@ private:
         }
         bool waitForReport() override
         {
-            const bool isOpen = (flood->isOn && flood->isRead) || endpoint->waitForReport();
-            while (*isReaderLate)
+            const bool isOpen = (reader->isFlooded && reader->takesFlood) || endpoint->waitForReport();
+            while (reader->isLate)
                 std::this_thread::yield();
             return isOpen;
         }
         bool takeReport(portwire::Report &report) override
         {
             const std::lock_guard lock(mutex);
-            if (flood->isOn) {
-                report = Packet{10, 0, 0, 0, {static_cast<std::uint8_t>(1 + ++flood->told % 2)}}.build();
+            if (reader->isFlooded) {
+                report = Packet{10, 0, 0, 0, {static_cast<std::uint8_t>(1 + ++reader->told % 2)}}.build();
                 return true;
             }
             if (arriving.empty())
@@ -114,8 +111,7 @@ private:
 
     private:
         TappedBus &bus;
-        const std::shared_ptr<std::atomic<bool>> isReaderLate = bus.isReaderLate; // a reader may outlast the bus
-        const std::shared_ptr<Flood> flood = bus.flood;
+        const std::shared_ptr<Reader> reader = bus.reader;
         const std::unique_ptr<portwire::Endpoint> endpoint;
         std::mutex mutex;
         std::deque<portwire::Report> arriving; ///< taken by whoever asked; the reader thread isn't told of it
