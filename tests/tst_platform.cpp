@@ -10,11 +10,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <array>
-#include <atomic>
+#include <future>
 #include <map>
 #include <memory>
-#include <thread>
 
 namespace {
 
@@ -29,8 +27,13 @@ class TestPlatform : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-
+    void init()
+    {
+        home = std::make_unique<QTemporaryDir>();
+        QVERIFY(home->isValid());
+        qputenv("HOME", QFile::encodeName(home->path()));
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(inHome(".config")));
+    }
     void crashLeavesDump_data();
     void crashLeavesDump();
     void crashReplacesDump();
@@ -51,33 +54,23 @@ private:
     QString registryFile() const { return inHome(".config/halvarion/registry.ini"); }
     QString autoStartFile() const { return inHome(".config/autostart/halvarion.desktop"); }
     QString inHome(const QString &name) const { return home->filePath(name); }
-    QString runChild(const QString &way, const QString &folder);
+    /** Runs the child to its end, checks that it ended quietly, and gives what it printed. */
+    QString runChild(const QString &way, const QString &folder) const
+    {
+        QProcess child;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("TZ", zone);
+        child.setProcessEnvironment(environment);
+        child.start(CRASH_CHILD, {way, folder});
+        if (!child.waitForFinished())
+            return "the child did not end";
+        if (child.exitStatus() != QProcess::NormalExit || child.exitCode() == 0)
+            return QString("ended by a signal, or as if nothing was: %1").arg(child.exitCode());
+        return child.readAllStandardOutput() + child.readAllStandardError();
+    }
 
     std::unique_ptr<QTemporaryDir> home;
 };
-
-void TestPlatform::init()
-{
-    home = std::make_unique<QTemporaryDir>();
-    QVERIFY(home->isValid());
-    qputenv("HOME", QFile::encodeName(home->path()));
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(inHome(".config")));
-}
-
-/** Runs the child to its end, checks that it ended quietly, and gives what it printed. */
-QString TestPlatform::runChild(const QString &way, const QString &folder)
-{
-    QProcess child;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("TZ", zone);
-    child.setProcessEnvironment(environment);
-    child.start(CRASH_CHILD, {way, folder});
-    if (!child.waitForFinished())
-        return "the child did not end";
-    if (child.exitStatus() != QProcess::NormalExit || child.exitCode() == 0)
-        return QString("ended by a signal, or as if nothing was: %1").arg(child.exitCode());
-    return child.readAllStandardOutput() + child.readAllStandardError();
-}
 
 void TestPlatform::crashLeavesDump_data()
 {
@@ -180,21 +173,18 @@ void TestPlatform::registryReadsByHand()
 
 void TestPlatform::registryFromThreads()
 {
-    std::array<std::thread, 3> threads;
-    std::atomic<int> wrong{0};
-    for (std::size_t thread = 0; thread < threads.size(); ++thread) {
-        threads[thread] = std::thread([thread, &wrong] {
-            const std::string value = std::to_string(thread);
-            for (int i = 0; i < 20; ++i) {
-                const std::string text = std::to_string(i);
-                wrong += !platform::setRegistryText(testKey, value, text);
-                wrong += platform::registryText(testKey, value) != text;
-            }
-        });
-    }
-    for (std::thread &thread : threads)
-        thread.join();
-    QCOMPARE(wrong.load(), 0);
+    const auto write = [](const std::string &value) {
+        int wrong = 0;
+        for (int i = 0; i < 20; ++i) {
+            const std::string text = std::to_string(i);
+            wrong += !platform::setRegistryText(testKey, value, text);
+            wrong += platform::registryText(testKey, value) != text;
+        }
+        return wrong;
+    };
+    std::future<int> one = std::async(std::launch::async, write, "1"),
+                     other = std::async(std::launch::async, write, "2");
+    QCOMPARE(write("3") + one.get() + other.get(), 0);
 }
 
 void TestPlatform::autoStartEntry()
@@ -212,10 +202,8 @@ void TestPlatform::autoStartEntry()
         QVERIFY(!platform::startsWithSystem());
         QVERIFY(platform::setStartsWithSystem(true, executable));
         QVERIFY(platform::startsWithSystem());
-        const QList<QByteArray> written = Files::content(autoStartFile()).split('\n');
-        QCOMPARE(written.first(), QByteArray("[Desktop Entry]"));
-        QVERIFY(written.contains("Type=Application"));
-        QVERIFY2(written.contains(line), Files::content(autoStartFile()).constData());
+        const QByteArray written = Files::content(autoStartFile());
+        QVERIFY2(written.split('\n').contains(line), written.constData());
         for (int times = 0; times < 2; ++times)
             QVERIFY(platform::setStartsWithSystem(false, executable));
         QVERIFY(!QFile::exists(autoStartFile()));
@@ -272,8 +260,7 @@ void TestPlatform::mouseSettings()
     const QString note = inHome("started");
     for (const QString &program : installed) {
         const QString file = inHome("bin/" + program);
-        Files::put(file, "#!/bin/sh\necho \"${0##*/}:$*\" >" + QFile::encodeName(note) + ".new\n/bin/mv " +
-                             QFile::encodeName(note) + ".new " + QFile::encodeName(note) + "\n");
+        Files::put(file, "#!/bin/sh\necho \"${0##*/}:$*\" >" + QFile::encodeName(note) + '\n');
         QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner);
     }
     const QByteArray path = qgetenv("PATH");
