@@ -76,7 +76,6 @@ private Q_SLOTS:
         RereadPending = false;
     }
     void setters();
-    void settersRefuseWhatIsOutOfRange();
     void dispatcherDropsWhatCannotBe();
     void aSetterMeetsAReply_data();
     void aSetterMeetsAReply();
@@ -93,28 +92,18 @@ private:
     }
 };
 
-// Setters ------------------------------------------------------------------------------------------------------------
-
 /** What no control does; the pages' tests drive the others. */
 void DeviceLinkTest::setters()
 {
     connectMouse();
     QVERIFY(insist([] { return SetKeyFunction(15, 10, 1, 2) && SetDpiLedMode(2) && SetDpiLedMode(0); }));
-    QVERIFY(insist([] { return SetLightMode(5) && SetLightMode(0); }));
-    QVERIFY(insist([] { return SetDpiLevelPair({9, 9, 9, 9, 9, 9}, {1, 2, 3, 4, 5, 6}, 0, 0, 0); }));
     const FlashDataMap record = WorkingRecord::instance().copy();
     QCOMPARE(bytesOf(record.KeyFunctions[15]).toHex(), QByteArray("0a0102"));
     // The effect is there again when it is switched on.
-    QVERIFY(record.DpiLedMode == 2 && record.DpiLedOn == 0 && record.LightMode == 5 && record.LightOn == 0);
-    QCOMPARE(bytesOf(record.DpiLevels[0]).toHex(), QByteArray("010203040506"));
+    QVERIFY(record.DpiLedMode == 2 && record.DpiLedOn == 0);
     // The mouse holds the very record of the program: what was meant and nothing else was written.
     QTRY_COMPARE(bytesOf(VirtualMice::record("q1")), bytesOf(record));
-}
-
-void DeviceLinkTest::settersRefuseWhatIsOutOfRange()
-{
-    connectMouse();
-    const QByteArray before = bytesOf(WorkingRecord::instance().copy());
+    // What is out of range is refused.
     for (const int index : {-1, 8, 1000}) {
         QVERIFY(!SetDpiLevelCode(index, 1, 1, 1));
         QVERIFY(!SetDpiLevelColor(index, 1, 1, 1));
@@ -122,10 +111,8 @@ void DeviceLinkTest::settersRefuseWhatIsOutOfRange()
         QVERIFY(!SetKeyFunction(index * 2, 1, 1, 1));
     }
     QVERIFY(!SetDpiLevelPair({}, {}, 0, 1, 8));
-    QCOMPARE(bytesOf(WorkingRecord::instance().copy()), before);
+    QCOMPARE(bytesOf(WorkingRecord::instance().copy()), bytesOf(record));
 }
-
-// Reports ------------------------------------------------------------------------------------------------------------
 
 /** No cable carries 4000 Hz, whatever a report says, and a report of nothing forgets nothing. */
 void DeviceLinkTest::dispatcherDropsWhatCannotBe()
