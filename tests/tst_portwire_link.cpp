@@ -86,6 +86,7 @@ private Q_SLOTS:
     void finders();
     void busChangesReachTheGuiThread();
     void queueKeepsTheNewestValue();
+    void partsOfTheUnknownAreWrittenWhole();
     void levelsTravelTogether();
     void readingDoesNotUndoAChange();
     void changingAddressIsHeldBack();
@@ -714,6 +715,33 @@ void tst_portwire_link::queueKeepsTheNewestValue()
     queue.update(record, record);
     queue.confirm(batch, {});
     QCOMPARE(takeNow(queue).writes.at(0).bytes, std::vector<std::uint8_t>{201});
+}
+
+/** What replaces something that nobody has read doesn't mix with it. */
+void tst_portwire_link::partsOfTheUnknownAreWrittenWhole()
+{
+    DeviceImage mouse{};
+    mouse.fill(0x55);
+    FlashDataMap before{}; // of another mouse
+    decodeImage(FirmwareFlash::factory(*findMouseModel("q1")).bytes, before);
+    FlashDataMap record = before;
+    for (std::uint8_t *byte : {&record.KeyFunctions[4].KeyParam2, &record.DpiLevels[6].Red,
+                               &record.KeySequences[7].Events[0].Action, &record.MacroSlots[8].Events[0].Action})
+        *byte ^= 1;
+    WriteQueue queue;
+    queue.update(record, before);
+    std::size_t written = 0;
+    for (const WriteQueue::Write &write : takeNow(queue).writes) {
+        std::copy(write.bytes.begin(), write.bytes.end(), mouse.begin() + write.address);
+        written += write.bytes.size();
+    }
+    FlashDataMap held{};
+    decodeImage(mouse, held);
+    QVERIFY(std::memcmp(&held.KeyFunctions[4], &record.KeyFunctions[4], sizeof(KeyFunction)) == 0);
+    QVERIFY(held.DpiLevels[6].Green == record.DpiLevels[6].Green && held.DpiLevels[6].Blue == record.DpiLevels[6].Blue);
+    QVERIFY(std::memcmp(&held.KeySequences[7], &record.KeySequences[7], sizeof(KeySequence)) == 0);
+    QVERIFY(std::memcmp(&held.MacroSlots[8], &record.MacroSlots[8], sizeof(MacroSlot)) == 0);
+    QVERIFY2(written <= 3 + 3 + ImageLayout::keySequenceSize + ImageLayout::macroSize, "and nothing else is");
 }
 
 void tst_portwire_link::levelsTravelTogether()
