@@ -37,8 +37,6 @@ constexpr int lowBattery = 16;
 /** How far above the middle the wait prompt stands, in pixels. */
 constexpr QPoint promptOffset(0, -20);
 
-void saveRecord() { SaveDeviceCache(SaveFileName().get(), WorkingRecord::instance().copy()); }
-
 QString batteryStyle(int percent)
 {
     const QString colour = percent < lowBattery ? QStringLiteral("152, 43, 34") : QStringLiteral("0, 255, 153");
@@ -170,6 +168,8 @@ void Dialog::SlotStartRecord(int index)
 }
 
 // Leaving ------------------------------------------------------------------------------------------------------------
+
+void Dialog::saveRecord() { SaveDeviceCache(SaveFileName().get(), WorkingRecord::instance().copy()); }
 
 void Dialog::on_UpArrow_clicked()
 {

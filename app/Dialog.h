@@ -27,6 +27,8 @@ public:
     explicit Dialog(QWidget *parent = nullptr);
     ~Dialog() override;
 
+    /** Keeps the record of the device for when its mouse sleeps. */
+    static void saveRecord();
     /** The window is before the user again: a wait that began meanwhile shows if the record has not come. */
     void windowCameBack();
 

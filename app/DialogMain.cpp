@@ -88,7 +88,8 @@ void DialogMain::SlotChangeMainDialog(int index)
     DeviceWritesEnabled = true;
     if (index == chooserPage) {
         ui->stackedWidget->setCurrentIndex(chooserPage);
-        DeviceEntered = false;
+        if (DeviceEntered.exchange(false))
+            Dialog::saveRecord(); // the device has gone; who goes back by himself has saved it
         DeviceWindowOpen = false;
         postMsg()->post(&PostMsg::SigMainPageChange);
         ReportLink::end();
