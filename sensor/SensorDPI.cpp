@@ -304,6 +304,8 @@ void SensorDPI::exchangeLevels(int former, int last)
     marker.standAt(last);
     checkLevel(last);
     activeLevel = last;
+    // The slider stays where it is, so there is nothing to swallow: the user's next step is to reach the mouse.
+    valueChangeArmed = true;
 }
 
 // The marker ---------------------------------------------------------------------------------------------------------

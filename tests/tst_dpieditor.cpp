@@ -175,6 +175,8 @@ void DpiEditorTest::exchangeIsOneUpdate()
     FlashDataMap now = before;
     QVERIFY(QTest::qWaitFor([&] { return (now = held()) != before; }));
     QCOMPARE(now, after);
+    click("ReduceLevelA"); // what comes next isn't swallowed: no slider has moved
+    QTRY_COMPARE(dpiOfTheMouse(), 28 * 50 - 50);
 }
 
 // Offline and silent -------------------------------------------------------------------------------------------------
