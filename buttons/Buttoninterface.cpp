@@ -117,7 +117,7 @@ void Buttoninterface::applyRecord(const FlashDataMap &record)
         readBackMacros(record);
         form.DebunceButton->setIndexSilently(record.DebounceTime);
     }
-    if (isLastLeft(form.checkedRow()))
+    if (menu.state() != FunctionMenu::State::Closed && isLastLeft(form.checkedRow()))
         leaveRow(); // it wasn't when its list opened: another profile, or another mouse
     if (std::exchange(isMacroListStale, false))
         SlotAddMacroButton();

@@ -135,7 +135,7 @@ void GroupKey::on_NewHong_clicked()
     if (count > KeySequences::maximumKeys) {
         GroupMaxThree prompt;
         notice = &prompt;
-        prompt.move(pos());
+        prompt.centreOn(this);
         prompt.exec();
         startAnew(); // the key that answered the notice was heard as an entry too
         return;
