@@ -160,11 +160,8 @@ void DpiCodingTest::sensorFile()
 void DpiCodingTest::everyMarkerJumpEndsOnALevel()
 {
     using MarkerDrag::Drop;
-    const auto levelsFrom1 = [](int x) {
-        return MarkerDrag::dropAt({x, 170}, {x - 10, 160, 30, 30}, 1, 7).jump.levels;
-    };
-    QCOMPARE((QList<int>{levelsFrom1(195), levelsFrom1(196), levelsFrom1(247), levelsFrom1(248)}),
-             (QList<int>{0, 1, 1, 0})); // one level is 78 to 129 pixels away
+    for (const auto &[x, levels] : {std::pair(195, 0), {196, 1}, {247, 1}, {248, 0}}) // 78 to 129 pixels are one level
+        QCOMPARE(MarkerDrag::dropAt({x, 170}, {x - 10, 160, 30, 30}, 1, 7).jump.levels, levels);
     QCOMPARE(MarkerDrag::dropAt({200, 170}, {300, 160, 30, 30}, 1, 7).drop, Drop::Missed);
     int moves = 0;
     for (int last = 0; last < MarkerDrag::levelCount; ++last) {
