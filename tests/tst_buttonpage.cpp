@@ -1,4 +1,6 @@
 #include "app/TextSetup.h"
+#include "buttons/GroupKey.h"
+#include "buttons/KeySequences.h"
 #include "devicelink/DeviceCache.h"
 #include "macro/MacroFile.h"
 #include "macro/MacroImage.h"
@@ -8,10 +10,14 @@
 #include "support/Keys.h"
 #include "support/MacroText.h"
 #include "support/ProductCopy.h"
+#include "support/PromptDriver.h"
+#include "support/Rows.h"
 #include "support/TestHome.h"
 #include "ui/MyConmboBox.h"
 
+#include <QCheckBox>
 #include <QLineEdit>
+#include <QScopeGuard>
 
 namespace {
 
@@ -63,18 +69,17 @@ private Q_SLOTS:
     void languageGivesRowsNewWords();
     void macroOnButtons();
     void deletedMacroGivesDefaults();
-    void deleteInCopy();
     void factoryLookAndProfiles();
+    void combinationsOfKeys();
+    void typedCombinations();
+    void waysOutOfACombination();
 };
 
 void ButtonPageTest::everyFunctionOnEveryButton_data()
 {
-    QTest::addColumn<int>("model");
-    QTest::addColumn<int>("row");
-    for (int model = 0; model < 2; ++model) {
-        for (int row = 0; row < 6; ++row)
-            QTest::addRow("q%d %s", model + 1, testRows[row].first) << model << row;
-    }
+    const Rows<int, int> row("model", "row");
+    for (int at = 0; at < 12; ++at)
+        row(qPrintable(QString("q%1 %2").arg(1 + at / 6).arg(testRows[at % 6].first)), at / 6, at % 6);
 }
 
 void ButtonPageTest::everyFunctionOnEveryButton()
@@ -155,26 +160,20 @@ void ButtonPageTest::storedFunctionIsShown()
 void ButtonPageTest::lastLeftButtonStays()
 {
     ButtonBench bench(0);
-    int prompts = 0;
-    QTimer answer;
-    connect(&answer, &QTimer::timeout, [&] {
-        if (QWidget *const prompt = QApplication::activeModalWidget()) {
-            ++prompts;
-            QTest::keyClick(prompt, Qt::Key_Escape);
-        }
-    });
-    answer.start(5);
+    const auto leave = [](QWidget *prompt) { QTest::keyClick(prompt, Qt::Key_Escape); };
+    bench.inDialog(leave);
     bench.click("FireKey");
-    QVERIFY(prompts == 1 && bench.menu() == "page page_9" && !bench.button("FireKey")->isChecked());
-    for (const char *button : {"RightKey", "Number1"}) // nor by its number, with the list of another row
-        bench.click(button);
-    QVERIFY(prompts == 2 && bench.menu() == "page page_9" && !bench.button("FireKey")->isChecked());
+    QVERIFY(bench.menu() == "page page_9" && !bench.button("FireKey")->isChecked());
+    bench.click("RightKey");
+    bench.inDialog(leave);
+    bench.click("Number1"); // nor by its number, with the list of another row
+    QVERIFY(bench.menu() == "page page_9" && !bench.button("FireKey")->isChecked());
     const FlashDataMap oneLeft = bench.held();
     for (const char *button : {"BackMusic", "LeftKey_3", "FireKey"})
-        bench.click(button);
-    QCOMPARE(prompts, 2);
+        bench.click(button); // without a prompt, which would stand here for ever
+    bench.inDialog(leave);
     bench.click("DPI_10"); // a list of macros without a macro
-    QVERIFY(prompts == 3 && bench.menu() == "page_2 page_9");
+    QCOMPARE(bench.menu(), QString("page_2 page_9"));
     bench.page->SlotUpDataButtonUIB(oneLeft); // the profile changed meanwhile
     QVERIFY(bench.menu() == "page page_9" && !bench.button("FireKey")->isChecked());
 }
@@ -197,12 +196,12 @@ void ButtonPageTest::combinationAndFireKey()
     QCOMPARE(bench.pressed(3), QStringList({"modifier 1", "key 41"}));
 
     open("DPI_6", [](QWidget *dialog) {
-        dialog->findChild<QSpinBox *>("Time")->setValue(33);
-        dialog->findChild<QSpinBox *>("Count")->setValue(2);
+        QTest::keyClicks(dialog->focusWidget(), "2559");     // takes the place of the time, up to 255
+        dialog->findChild<QSpinBox *>("Count")->setValue(9); // three at most
         QTest::keyClick(dialog, Qt::Key_Return);
     });
     QCOMPARE(bench.button("TopMusic")->text(), QString("Fire key"));
-    QCOMPARE(bench.pressed(3).size(), 2);
+    QCOMPARE(bench.pressed(3).size(), 3);
 
     // The next time it begins with what the row has; refusing changes nothing, the entry that was pressed included.
     QString seen;
@@ -211,10 +210,10 @@ void ButtonPageTest::combinationAndFireKey()
         seen = dialog->findChild<QSpinBox *>("Time")->text() + ' ' + dialog->findChild<QSpinBox *>("Count")->text();
         QTest::keyClick(dialog, Qt::Key_Escape);
     });
-    QCOMPARE(seen, QString("33 ms 2"));
+    QCOMPARE(seen, QString("255 ms 3"));
     open("DPI_8", [](QWidget *dialog) { clickChild(dialog, "NewHong_2"); });
     QCOMPARE(bench.checkedEntries(), QStringList("DPI_6"));
-    QCOMPARE(bytesOf(bench.held().KeyFunctions[3]), QByteArray::fromHex("042102"));
+    QCOMPARE(bytesOf(bench.held().KeyFunctions[3]), QByteArray::fromHex("04ff03"));
     // A dialog goes with the page: the device was pulled.
     open("DPI_8", [&bench](QWidget *) { bench.page->hide(); });
     QVERIFY(!QApplication::activeModalWidget());
@@ -373,26 +372,24 @@ void ButtonPageTest::macroOnButtons()
     QCOMPARE(bench.button("TopMusic")->text(), QString("Macro: Ä"));
 }
 
+/** In a copy of the product, other functions are those of the factory. */
 void ButtonPageTest::deletedMacroGivesDefaults()
 {
-    ProductCopy copy;
-    copy.change("usersetting/Config.ini", [](QByteArray content) {
-        // Of slots 1, 2 and 5; nobody knows what the second one is. Slot 4 keeps its own.
-        for (const QByteArray parameter :
-             {"KeyParam2=0x05,0x00,0xCD", "KeyParam3=0x05,0x00", "KeyParam6=0x05,0x00,0x00,Ctrl+Shift+A"}) {
-            const int line = content.indexOf(parameter.left(10));
-            content.replace(line, content.indexOf('\n', line) - line, parameter);
-        }
-        return content;
-    });
-    const ProductCopy::Result result = copy.run("deleteInCopy");
-    QVERIFY2(result.exitCode == 0, result.log.constData());
-}
-
-void ButtonPageTest::deleteInCopy()
-{
-    if (!ProductCopy::isCopy())
+    if (!ProductCopy::isCopy()) {
+        ProductCopy copy;
+        copy.change("usersetting/Config.ini", [](QByteArray content) {
+            // Of slots 1, 2 and 5; nobody knows what the second one is. Slot 4 keeps its own.
+            for (const QByteArray parameter :
+                 {"KeyParam2=0x05,0x00,0xCD", "KeyParam3=0x05,0x00", "KeyParam6=0x05,0x00,0x00,Ctrl+Shift+A"}) {
+                const int line = content.indexOf(parameter.left(10));
+                content.replace(line, content.indexOf('\n', line) - line, parameter);
+            }
+            return content;
+        });
+        const ProductCopy::Result result = copy.run(QTest::currentTestFunction());
+        QVERIFY2(result.exitCode == 0, result.log.constData());
         return;
+    }
     ButtonBench bench(0);
     FlashDataMap record = bench.held();
     for (const int slot : {1, 2, 4, 5}) {
@@ -430,6 +427,103 @@ void ButtonPageTest::factoryLookAndProfiles()
     QCOMPARE(bench.checkedEntries(), QStringList("ForWardKey"));
     bench.page->SlotUpDataConfigUI(0, 0, false);
     QVERIFY(profiles->currentText() == "Profile 1" && !profiles->isEnabled());
+}
+
+void ButtonPageTest::combinationsOfKeys()
+{
+    // Text, what its events are by action, kind and code, and what is read of them.
+    const std::tuple<const char *, const char *, const char *> combinations[] = {
+        {"Ctrl+C", "000001 000106 010106 010001", "Ctrl+C"},
+        {"Shift+Ctrl+Num+", "000002 000001 000157 010157 010001 010002", "Shift+Ctrl+Num+"},
+        {"Alt+Win", "000004 000008 010008 010004", "Alt+Win"},
+        {"", "000100 010100", ""},
+        {"Ctrl+Num++A", "000001 000157 000104 010104 010157 010001", "Ctrl+Num++A"},
+        {"CTRL+backspace", "000001 00012a 01012a 010001", "Ctrl+BackSpace"},
+        {"A+B+C+D", "000104 000105 000106 010106 010105 010104", "A+B+C"},
+        {"LCtrl+none", "000100 000100 010100 010100", "+"},
+        {"F7", "000140 010140", "Alt"}}; // the mouse's code 64 is the right Alt key
+    for (const auto &[text, events, readBack] : combinations) {
+        KeySequence sequence{};
+        KeySequences::KeyCombinationToSequence(text, sequence);
+        QByteArray made;
+        for (int index = 0; index < sequence.EventCount; ++index) {
+            const KeyEvent &event = sequence.Events[index];
+            QCOMPARE(int(event.DelayMs), 10);
+            for (const int part : {int(event.Action), int(event.Kind), int(event.Code)})
+                made += char(part);
+        }
+        QCOMPARE(made.toHex(), QByteArray(events).replace(' ', ""));
+        QCOMPARE(KeySequences::combinationText(sequence), QString(readBack));
+    }
+}
+
+void ButtonPageTest::typedCombinations()
+{
+    using namespace Qt;
+    // Boxes, keys with 0 for a pause, the line that shows, and what comes of it.
+    const std::tuple<const char *, QList<int>, const char *, const char *> entries[] = {
+        {"Ctrl", {Key_A, Key_B}, "A+B", "Ctrl+A+B"},
+        {"Shift Ctrl Alt", {Key_A}, "A", "too many"}, // four in all
+        {"Alt Ctrl Shift", {}, "", "Shift+Ctrl+Alt"}, // in their order
+        {"", {}, "", ""},
+        {"", {Key_A, Key_A, Key_B, Key_A}, "A+B", "A+B"},
+        {"", {Key_A, Key_B, Key_C, Key_D}, "D", "D"}, // the fourth begins anew
+        {"", {Key_F1, Key_F}, "F1", "F1"},            // part of a name
+        {"Win", {Key_A, Key_B, 0, Key_B}, "B", "Win+B"},
+        {"", {Key_Escape, Key_Return, Key_Tab}, "Esc+Enter+Tab", "Esc+Enter+Tab"},
+        {"", {Key_Shift, Key_Control, Key_VolumeUp, Key_X}, "X", "X"},
+        {"", {Key_Exclam, Key_F12}, "1+F12", "1+F12"}};
+    const auto cutAgain = qScopeGuard([] { Wait::setScale(shortWaits); });
+    for (const auto &[boxes, keys, line, result] : entries) {
+        GroupKey dialog;
+        auto *const edit = dialog.findChild<QLineEdit *>("lineEdit");
+        QString shown;
+        const bool isTooMany = result == QString("too many"); // which a prompt over the dialog says
+        // A busy machine takes longer from key to key than a pause that is cut.
+        Wait::setScale(keys.contains(0) ? shortWaits : 1.0);
+        PromptDriver::execAnd(dialog, [&, &boxes = boxes, &keys = keys] {
+            for (const QString &box : QString(boxes).split(' ', SkipEmptyParts))
+                QTest::mouseClick(dialog.findChild<QCheckBox *>(box), LeftButton, {}, {8, 12});
+            for (const int key : keys) {
+                if (key == 0)
+                    QTest::qWait(Wait::scaled(3000)); // two seconds are the limit
+                else
+                    Keys::click(&dialog, Qt::Key(key));
+            }
+            shown = edit->text();
+            if (isTooMany)
+                ButtonBench::inDialog([&dialog](QWidget *prompt) {
+                    QTest::keyClick(prompt, Key_Return);
+                    QTimer::singleShot(0, &dialog, [&dialog] { dialog.reject(); });
+                });
+            clickChild(&dialog, "NewHong");
+        });
+        QCOMPARE(shown, QString(line));
+        QCOMPARE(isTooMany ? "too many" : dialog.keyText(), QString(result));
+        QVERIFY(dialog.confirmed() != isTooMany && (!isTooMany || edit->text().isEmpty()));
+    }
+}
+
+void ButtonPageTest::waysOutOfACombination()
+{
+    QLineEdit elsewhere;
+    for (const char *button : {"NewHong", "NewHong_2", "CloseButton"}) {
+        GroupKey dialog;
+        PromptDriver::execAnd(dialog, [&] {
+            for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_F12, Qt::Key_Return})
+                QTest::keyClick(&dialog, key); // three entries that are no way out
+            QVERIFY(dialog.isVisible());
+            Keys::click(&dialog, Qt::Key_Q);
+            clickChild(&dialog, button);
+        });
+        QCOMPARE(dialog.confirmed(), button == QString("NewHong"));
+        // The hook is gone: what is typed elsewhere is no entry.
+        elsewhere.show();
+        QVERIFY(QTest::qWaitForWindowActive(&elsewhere));
+        Keys::click(&elsewhere, Qt::Key_W);
+        QCOMPARE(dialog.findChild<QLineEdit *>("lineEdit")->text(), QString("Q"));
+    }
+    QCOMPARE(elsewhere.text(), QString("www"));
 }
 
 HALVARION_TEST_MAIN(ButtonPageTest)
