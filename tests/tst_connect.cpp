@@ -54,7 +54,7 @@ class ConnectTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
+    void init() { VirtualMice::restoreScene(); }
     void chooserPages_data();
     void chooserPages();
     void chooserStates();
@@ -72,19 +72,12 @@ private Q_SLOTS:
     void rereadWhileTheWindowIsAway_data();
     void rereadWhileTheWindowIsAway();
     void lossDuringTheConnectShowsTheCache();
-    void leavingSavesTheRecord_data();
     void leavingSavesTheRecord();
     void clickOnTheWayBackIsNoChange();
     void listOfLanguages();
     void keysOfTheWindow();
     void movedByACompositor();
 };
-
-void ConnectTest::init()
-{
-    VirtualMice::restoreScene();
-    Program::forgetDevice();
-}
 
 // Chooser ------------------------------------------------------------------------------------------------------------
 
@@ -176,6 +169,8 @@ void ConnectTest::duplicatesAreToldOnce()
 
 void ConnectTest::connectShowsWhatTheMouseHolds()
 {
+    const auto cutAgain = qScopeGuard([] { Wait::setScale(shortWaits); });
+    Wait::setScale(0.1); // the first connect of the process, and a busy machine: not to be taken for a silent mouse
     VirtualMice::tell({"battery", "q2", "15", "charging"});
     Program program;
     QVERIFY(program.connectMouse("q2"));
@@ -225,8 +220,7 @@ void ConnectTest::sleepingMouseShowsTheCache()
 {
     {
         Program program;
-        QVERIFY(program.connectMouse("q1"));
-        QVERIFY(program.goBack());
+        QVERIFY(program.connectMouse("q1") && program.goBack());
     }
     VirtualMice::tell({"sleep", "q1"});
     Program program;
@@ -303,8 +297,7 @@ void ConnectTest::cableIsHeardLate()
 void ConnectTest::noAnswerToTheRecord()
 {
     Program program;
-    QVERIFY(program.connectMouse("q1"));
-    QVERIFY(program.goBack());
+    QVERIFY(program.connectMouse("q1") && program.goBack());
     SensorUiLoaded = LightUiLoaded = ButtonUiLoaded = true; // as a re-read leaves them
     const QString picture = program.pictureOf("q2");
     QString told;
@@ -442,31 +435,25 @@ void ConnectTest::lossDuringTheConnectShowsTheCache()
 
 // Leaving ------------------------------------------------------------------------------------------------------------
 
-void ConnectTest::leavingSavesTheRecord_data()
-{
-    const Rows<QString> row("button");
-    for (const char *button : {"UpArrow", "CloseButton"})
-        row(button, button);
-    row("pulled", {});
-}
-
 void ConnectTest::leavingSavesTheRecord()
 {
-    QFETCH(QString, button);
-    Program program;
-    QVERIFY(program.connectMouse("q1"));
-    QFile::remove(cacheFile());
-    VirtualMice::tell({"sleep", "q1"});
-    if (button.isEmpty()) {
-        VirtualMice::tell({"unplug", VirtualMice::receiverOf("q1")});
-    } else {
-        program.clickSoon(button);
-        program.clickSoon(button); // during the wait of the first click
+    for (const QString button : {"UpArrow", "CloseButton", ""}) { // the last one is pulled
+        init();
+        Program program;
+        QVERIFY(program.connectMouse("q1"));
+        QFile::remove(cacheFile());
+        VirtualMice::tell({"sleep", "q1"});
+        if (button.isEmpty()) {
+            VirtualMice::tell({"unplug", VirtualMice::receiverOf("q1")});
+        } else {
+            program.clickSoon(button);
+            program.clickSoon(button); // during the wait of the first click
+        }
+        if (button == "CloseButton")
+            QApplication::exec();
+        QTRY_VERIFY(!program.isDeviceWindowShown() || !program.window()->isVisible());
+        QCOMPARE(QFileInfo(cacheFile()).size(), 10432);
     }
-    if (button == "CloseButton")
-        QApplication::exec();
-    QTRY_VERIFY(!program.isDeviceWindowShown() || !program.window()->isVisible());
-    QCOMPARE(QFileInfo(cacheFile()).size(), 10432);
 }
 
 /** The way back serves the event loop for a moment. What comes then must neither be set nor open a prompt. */

@@ -14,16 +14,8 @@ class EndingTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init()
-    {
-        VirtualMice::restoreScene();
-        Program::forgetDevice();
-    }
-    void cleanup()
-    {
-        QVERIFY(!isConnecting());
-        QVERIFY(!isDispatching());
-    }
+    void init() { VirtualMice::restoreScene(); }
+    void cleanup() { QVERIFY(!isConnecting() && !isDispatching()); }
     void atEachMoment_data();
     void atEachMoment();
     void thePlaceIsKept();

@@ -2,6 +2,7 @@
 #include "support/Controls.h"
 #include "support/FaultBench.h"
 #include "support/ProfileControls.h"
+#include "support/Rows.h"
 #include "support/TestHome.h"
 
 namespace {
@@ -31,21 +32,16 @@ private Q_SLOTS:
     void atEachStepOfAConnect();
     void underEachControl_data();
     void underEachControl();
-    void cleanupTestCase() { qInfo("%d faults", tried); }
-
-private:
-    int tried = 0;
 };
 
 void FaultsTest::initTestCase() { FaultBench().measureHealthyTurn(); }
 
 void FaultsTest::atEachStepOfAConnect_data()
 {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<int>("count");
+    const Rows<QString, int> row("kind", "count");
     for (const char *kind : faultKinds) {
         for (const int count : {1, 3, 40})
-            QTest::addRow("%s %d", kind, count) << kind << count;
+            row(qPrintable(QStringLiteral("%1 %2").arg(kind).arg(count)), kind, count);
     }
 }
 
@@ -65,34 +61,27 @@ void FaultsTest::atEachStepOfAConnect()
             const QString left = bench.settleInTime();
             QVERIFY2(left.isEmpty(), qPrintable(where + ": " + left));
             bench.spoil(device, kind, 0);
-            QVERIFY(bench.goBack());
+            QVERIFY(bench.program().goBack());
             bench.heartbeat().restart();
-            ++tried;
         }
     }
 }
 
 void FaultsTest::underEachControl_data()
 {
-    QTest::addColumn<QString>("device");
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("after");
+    const Rows<QString, QString, int, int> row("device", "kind", "count", "after");
     for (const char *kind : faultKinds) {
         for (const int count : {1, 4}) {
-            QTest::addRow("online test, %s %d", kind, count) << "q1-4k" << kind << count << 0;
-            QTest::addRow("write, %s %d", kind, count) << "q1" << kind << count << 0;
+            row(qPrintable(QStringLiteral("online test, %1 %2").arg(kind).arg(count)), "q1-4k", kind, count, 0);
+            row(qPrintable(QStringLiteral("write, %1 %2").arg(kind).arg(count)), "q1", kind, count, 0);
         }
     }
     // What a hand does, until the prompt is up or the device has gone from the screen.
-    QTest::newRow("asleep") << "q1"
-                            << "sleep" << 0 << 0;
-    QTest::newRow("pulled") << "q1-4k"
-                            << "unplug" << 0 << 0;
+    row("asleep", "q1", "sleep", 0, 0);
+    row("pulled", "q1-4k", "unplug", 0, 0);
     // Controls that write several values ask before each.
     for (const int after : {1, 2, 3})
-        QTest::addRow("online test %d, drop 3", after + 1) << "q1-4k"
-                                                           << "drop" << 3 << after;
+        row(qPrintable(QStringLiteral("online test %1, drop 3").arg(after + 1)), "q1-4k", "drop", 3, after);
 }
 
 void FaultsTest::underEachControl()
@@ -106,10 +95,9 @@ void FaultsTest::underEachControl()
     QCOMPARE(bench.connectQ1(), QString());
     if (kind == "sleep")
         bench.program().whenShown("MouseOffLine", [&] { bench.hand({"wake", device}); });
-    std::vector<Control> all = controls();
-    all.insert(all.end(), buttonControls().begin(), buttonControls().end());
-    const std::vector<Control> ofProfiles = profileControls(bench.held());
-    all.insert(all.end(), ofProfiles.begin(), ofProfiles.end());
+    std::vector<Control> all = profileControls(bench.held());
+    for (const std::vector<Control> &more : {controls(), buttonControls()})
+        all.insert(all.end(), more.begin(), more.end());
     for (const Control &control : all) {
         const QString where = control.name;
         bench.program().click(control.pageButton);
@@ -137,7 +125,6 @@ void FaultsTest::underEachControl()
         QVERIFY2(!isHand || (isTold && bench.held() == before), qPrintable(where + ": nobody was there"));
         if (!isHand)
             bench.spoil(device, kind, 0);
-        ++tried;
     }
 }
 

@@ -3,6 +3,7 @@
 #include "portwire/control/ControlClient.h"
 #include "portwire/portwire.h"
 #include "support/FaultBench.h"
+#include "support/Rows.h"
 #include "support/Seed.h"
 #include "support/TestHome.h"
 
@@ -31,7 +32,7 @@ void randomClick(FaultBench &bench, quint32 choice)
     Program &program = bench.program();
     if (program.isPromptShown()) {
         if (choice % 3 == 0)
-            bench.dismiss(QStringLiteral("MouseOffLine"));
+            Program::dismiss("MouseOffLine");
     } else if (!program.isDeviceWindowShown()) {
         const auto entries = static_cast<quint32>(ChooserDevices().size());
         if (entries > 0 && !DuplicateDevices)
@@ -65,9 +66,9 @@ private Q_SLOTS:
 
 void FaultsBusTest::deadReceiverOnTheChooser_data()
 {
-    QTest::addColumn<QString>("kind");
+    const Rows<QString> row("kind");
     for (const char *kind : faultKinds)
-        QTest::newRow(kind) << kind;
+        row(kind, kind);
 }
 
 void FaultsBusTest::deadReceiverOnTheChooser()
@@ -83,7 +84,7 @@ void FaultsBusTest::deadReceiverOnTheChooser()
     const QString picture = QStringLiteral("btn%1").arg(dead);
     QVERIFY(bench.program().find(picture)->styleSheet().contains("Unknow.png"));
     // Nobody knows what it is, so it may be one without its mouse.
-    bench.program().whenShown("Match", [&] { bench.dismiss("Match"); });
+    bench.program().whenShown("Match", [] { Program::dismiss("Match"); });
     bench.program().click(picture);
     QCOMPARE(bench.program().shownPrompts(), QStringList{"Match"});
     QVERIFY(!bench.program().isDeviceWindowShown());
@@ -125,12 +126,8 @@ void FaultsBusTest::handsAtRandomMoments()
         }
         bool isOver = false;
         QTimer::singleShot(roundTime + 20, bench.program().window(), [&] {
-            for (const QStringList &cure : {QStringList{"fault", "q1", "drop", "0"},
-                                            {"fault", "q1-4k", "drop", "0"},
-                                            {"unplug", "q1"},
-                                            {"plug", "q1-4k"},
-                                            {"wake", "q1"}})
-                bench.hand(cure);
+            for (const QString cure : {"fault q1 drop 0", "fault q1-4k drop 0", "unplug q1", "plug q1-4k", "wake q1"})
+                bench.hand(cure.split(' '));
             isOver = true;
         });
         const QString told = QStringLiteral("round %1: %2").arg(round).arg(story.join(", "));
@@ -146,7 +143,7 @@ void FaultsBusTest::handsAtRandomMoments()
             };
             bench.waitFor(isAtRest, 3000);
             if (isOther() && bench.program().isDeviceWindowShown())
-                bench.goBack();
+                bench.program().goBack();
             if (bench.program().isDeviceWindowShown() || bench.openQ1())
                 left = bench.settle(3000);
         }
@@ -159,20 +156,17 @@ void FaultsBusTest::handsAtRandomMoments()
 
 void FaultsBusTest::announcedChangeThatCannotBeRead_data()
 {
-    QTest::addColumn<QStringList>("change");
-    QTest::addColumn<QString>("kind"); ///< of the fault; empty for a mouse that falls asleep before it was read
-    const std::pair<const char *, QStringList> changes[] = {
-        {"level", {"dpi", "q1", "4"}}, {"rate", {"rate", "q1", "4"}}, {"profile", {"profile", "q1", "2"}}};
-    for (const auto &[name, change] : changes) {
-        for (const char *kind : {"drop", "stall", "garbage", "short", ""})
-            QTest::addRow("%s, %s", name, *kind ? kind : "asleep") << change << kind;
+    const Rows<QString, QString> row("change", "kind");
+    for (const QString change : {"dpi q1 4", "rate q1 4", "profile q1 2"}) {
+        for (const char *kind : {"drop", "stall", "garbage", "short", "sleep"})
+            row(qPrintable(change + ", " + kind), change, kind);
     }
 }
 
-/** The mouse says that something changed on it, and then its answer to what it is gets lost. */
+/** The mouse says that something changed on it, and then its answer to what it is gets lost, or it falls asleep. */
 void FaultsBusTest::announcedChangeThatCannotBeRead()
 {
-    QFETCH(QStringList, change);
+    QFETCH(QString, change);
     QFETCH(QString, kind);
     // A profile that differs from the active one.
     FaultBench bench([] {
@@ -183,9 +177,10 @@ void FaultsBusTest::announcedChangeThatCannotBeRead()
     QCOMPARE(bench.connectQ1(), QString());
     QTest::qWait(Wait::scaled(3000) + 20); // a re-read is let through again
     const FlashDataMap before = bench.held();
-    bench.spoil("q1", kind.isEmpty() ? "drop" : kind, 5);
-    bench.hand(change);
-    if (kind.isEmpty()) {
+    const bool fallsAsleep = kind == "sleep";
+    bench.spoil("q1", fallsAsleep ? "drop" : kind, 5);
+    bench.hand(change.split(' '));
+    if (fallsAsleep) {
         bench.hand({"sleep", "q1"});
         bench.spoil("q1", "drop", 0);
         QTest::qWait(50);

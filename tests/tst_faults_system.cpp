@@ -157,7 +157,7 @@ void FaultsSystemTest::userOnBadDisk()
         bench.program().click("MotionSync_2");
         QVERIFY(bench.waitFor([&] { return bench.held().MotionSync != held.MotionSync; }));
         QCOMPARE(bench.settle(), QString());
-        QVERIFY(bench.goBack());
+        QVERIFY(bench.program().goBack());
         constexpr int chinese = 1;
         auto *const list = bench.program().find<QComboBox>("comboBox");
         list->setCurrentIndex(chinese);

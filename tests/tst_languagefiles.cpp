@@ -20,6 +20,9 @@
 
 namespace {
 
+constexpr int korean = 3;
+constexpr int russian = 4;
+
 /** Texts that another one is appended to; only these may end in a blank. */
 const QStringList prefixes = {"Buttoninterface/Macro_", "Buttoninterface/Config", "Macro/MacroReal"};
 
@@ -40,18 +43,12 @@ constexpr const char *sameFunction[][3] = {
 constexpr const char *noFunction = "Reset ImportData OutputData checkBox Macro_ Config "
                                    "FireKey RightKey BackKey StartPause TopMusic BackMusic";
 
-/** A language file of the product, by its name. */
-LanguageDocument read(const QString &name)
-{
-    return LanguageDocument(QCoreApplication::applicationDirPath() + "/Language/" + name);
-}
-
 /** Units, colour letters, the plain OK button and a name that Russian players leave in English. */
-bool maySayItInEnglish(const QString &language, const QString &path, const QString &text)
+bool maySayItInEnglish(int language, const QString &path, const QString &text)
 {
     static const QStringList words = {"OK", "ms", "DPI"};
     static const QStringList letters = {"Light/label_10", "Light/label_11", "Light/label_12"};
-    return words.contains(text) || letters.contains(path) || (language == "Russian" && path == "Sensor/label_7");
+    return words.contains(text) || letters.contains(path) || (language == russian && path == "Sensor/label_7");
 }
 
 /** Every text that a widget below the window shows or can show: its own, its items, its tool tip. */
@@ -73,9 +70,6 @@ QStringList textsOf(const QWidget *window)
     }
     return texts;
 }
-
-/** The number of a language, which its file's name begins with. */
-int indexOf(const QString &file) { return file.section('-', 0, 0).toInt(); }
 
 /** The repair with each of its texts. */
 struct AnyRepair : UpDateRepair
@@ -102,40 +96,36 @@ private Q_SLOTS:
     void everyWidget();
     void everyDialogFits_data() { languages(); }
     void everyDialogFits();
-    void theCheckFindsALongText();
 
 private:
     static void languages();
 };
 
-/** A row each language: its file, what its script must hold, and what must not slip in from another language. */
+/** A row each language: its number, what its script must hold, and what must not slip in from another language. */
 void TestLanguageFiles::languages()
 {
-    const Rows<QString, QString, QString> row("file", "own", "foreign");
+    const Rows<int, QString, QString> row("language", "own", "foreign");
     // Kana and Hangul by their ranges: the script classes also take the full stop that Chinese shares with Japanese.
-    row("English", "0-English.xml", "[A-Za-z]", R"([\p{Han}ぁ-ゖァ-ヺ가-힣\p{Cyrillic}])");
-    row("Simplified Chinese", "1-简体中文.xml", R"(\p{Han})",
+    row("English", 0, "[A-Za-z]", R"([\p{Han}ぁ-ゖァ-ヺ가-힣\p{Cyrillic}])");
+    row("Simplified Chinese", 1, R"(\p{Han})",
         R"([ぁ-ゖァ-ヺ가-힣\p{Cyrillic}設備數開關時間鍵記錄傳輸讀請標離線擇顯電單])");
     // "宏" is the mainland's word for a macro.
-    row("Traditional Chinese", "2-繁体中文.xml", R"(\p{Han})",
+    row("Traditional Chinese", 2, R"(\p{Han})",
         R"([ぁ-ゖァ-ヺ가-힣\p{Cyrillic}设备开关时间键记录传输读请标离线择显电单宏])");
-    row("Korean", "3-Korea.xml", "[가-힣]", R"([\p{Han}ぁ-ゖァ-ヺ\p{Cyrillic}])");
+    row("Korean", 3, "[가-힣]", R"([\p{Han}ぁ-ゖァ-ヺ\p{Cyrillic}])");
     // A Latin letter inside a Cyrillic word looks right and breaks searching and line breaking.
-    row("Russian", "4-Russia.xml", R"(\p{Cyrillic})",
-        R"([\p{Han}ぁ-ゖァ-ヺ가-힣]|[A-Za-z]\p{Cyrillic}|\p{Cyrillic}[A-Za-z])");
-    row("Japanese", "5-Japanese.xml", R"([ぁ-ゖァ-ヺ\p{Han}])",
-        R"([가-힣\p{Cyrillic}设备开关时间键记录传输读请标离线择显电单])");
+    row("Russian", 4, R"(\p{Cyrillic})", R"([\p{Han}ぁ-ゖァ-ヺ가-힣]|[A-Za-z]\p{Cyrillic}|\p{Cyrillic}[A-Za-z])");
+    row("Japanese", 5, R"([ぁ-ゖァ-ヺ\p{Han}])", R"([가-힣\p{Cyrillic}设备开关时间键记录传输读请标离线择显电单])");
 }
 
 /** Each file has the elements of the English one, with a text in its own language. */
 void TestLanguageFiles::texts()
 {
-    QFETCH(QString, file);
+    QFETCH(int, language);
     QFETCH(QString, own);
     QFETCH(QString, foreign);
-    const QString language = QString::fromLatin1(QTest::currentDataTag());
-    const LanguageDocument english = read("0-English.xml");
-    LanguageDocument document = read(file);
+    const LanguageDocument english(LanguageFile::path(0));
+    LanguageDocument document(LanguageFile::path(language));
     QCOMPARE(document.error, QString());
     QCOMPARE(document.root, QStringLiteral("Total"));
     QStringList expected = english.order;
@@ -160,7 +150,7 @@ void TestLanguageFiles::texts()
             complain("has blanks at its ends");
         if (text.contains(QChar::ReplacementCharacter))
             complain("was damaged by a wrong encoding");
-        if (language != "English" && text == english.text.value(entry.key()) && !isShared)
+        if (language != 0 && text == english.text.value(entry.key()) && !isShared)
             complain("is still English");
         if (!text.contains(ownPattern) && !isShared)
             complain("has no letter of the language");
@@ -173,8 +163,8 @@ void TestLanguageFiles::texts()
 /** The program compares, joins and searches some texts; these must fit each other within a language. */
 void TestLanguageFiles::wording()
 {
-    QFETCH(QString, file);
-    const LanguageDocument document = read(file);
+    QFETCH(int, language);
+    const LanguageDocument document(LanguageFile::path(language));
     const auto text = [&document](const char *path) { return document.text.value(QLatin1String(path)); };
 
     // The button page finds the rows of a deleted macro by the macro page's copy of the prefix.
@@ -216,9 +206,8 @@ void TestLanguageFiles::wording()
  */
 void TestLanguageFiles::everyWidget()
 {
-    QFETCH(QString, file);
+    QFETCH(int, language);
     QFETCH(QString, foreign);
-    const int language = indexOf(file);
     UserSettings::instance()->setLanguage(language);
     static QStringList warnings;
     warnings.clear();
@@ -234,8 +223,6 @@ void TestLanguageFiles::everyWidget()
         VirtualMice::restoreScene();
         const Program program;
         complaints << textsThatDoNotFit(program.window());
-        const int korean = 3;
-        const int russian = 4;
         postMsg()->post(&PostMsg::SigChangeLanguage, language == korean ? russian : korean);
         postMsg()->post(&PostMsg::SigChangeLanguage, language);
         QCoreApplication::sendPostedEvents(); // Qt's words have changed too, which every widget is told
@@ -251,8 +238,8 @@ void TestLanguageFiles::everyWidget()
 
 void TestLanguageFiles::everyDialogFits()
 {
-    QFETCH(QString, file);
-    UserSettings::instance()->setLanguage(indexOf(file));
+    QFETCH(int, language);
+    UserSettings::instance()->setLanguage(language);
     setUpFonts();
     QStringList complaints;
     for (const AllPrompts::Row &row : AllPrompts::rows) {
@@ -289,18 +276,6 @@ void TestLanguageFiles::everyDialogFits()
         complaints << textsThatDoNotFit(&repair);
     }
     QVERIFY2(complaints.isEmpty(), qPrintable('\n' + complaints.join('\n')));
-}
-
-void TestLanguageFiles::theCheckFindsALongText()
-{
-    QWidget window;
-    auto *const label = new QLabel(QStringLiteral("much too long for this"), &window);
-    label->setGeometry(0, 0, 40, 20);
-    QCOMPARE(textsThatDoNotFit(&window).size(), 1);
-    label->setWordWrap(true);
-    QCOMPARE(textsThatDoNotFit(&window).size(), 1); // wide enough now, and too high
-    label->setGeometry(0, 0, 400, 40);
-    QCOMPARE(textsThatDoNotFit(&window), QStringList());
 }
 
 HALVARION_TEST_MAIN(TestLanguageFiles)

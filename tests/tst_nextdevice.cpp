@@ -4,10 +4,10 @@
 #include "macro/MacroFile.h"
 #include "productdata/UserFolders.h"
 #include "support/Program.h"
+#include "support/Rows.h"
 #include "support/TestHome.h"
 
 #include <QElapsedTimer>
-#include <QFileInfo>
 #include <QListWidget>
 #include <QRandomGenerator>
 
@@ -16,24 +16,15 @@
 
 namespace {
 
-/** Does something when a page is painted next: nothing else is served then. */
-class WhenPainted : public QObject
+/** Does something when what it filters is painted next: nothing else is served then. */
+struct WhenPainted : QObject
 {
-public:
-    explicit WhenPainted(QWidget *page, std::function<void()> act) : action(std::move(act))
-    {
-        page->installEventFilter(this);
-    }
-
-protected:
     bool eventFilter(QObject *, QEvent *event) override
     {
         if (event->type() == QEvent::Paint && action)
             std::exchange(action, {})();
         return false;
     }
-
-private:
     std::function<void()> action;
 };
 
@@ -44,7 +35,7 @@ class NextDeviceTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
+    void init() { VirtualMice::restoreScene(); }
     void clickOnADeviceThatIsPulled_data();
     void clickOnADeviceThatIsPulled();
     void aRereadIsNotTheNextMouses();
@@ -54,17 +45,11 @@ private Q_SLOTS:
     void promptsOfTheGraceTime();
 };
 
-void NextDeviceTest::init()
-{
-    VirtualMice::restoreScene();
-    Program::forgetDevice();
-}
-
 void NextDeviceTest::clickOnADeviceThatIsPulled_data()
 {
-    QTest::addColumn<bool>("isPainting");
-    QTest::newRow("before") << false; // the bus has not been quiet long enough for a new scan
-    QTest::newRow("while its page is painted") << true;
+    const Rows<bool> row("isPainting");
+    row("before", false); // the bus has not been quiet long enough for a new scan
+    row("while its page is painted", true);
 }
 
 /** The way is back to the chooser, and not to the other device of its model. */
@@ -74,21 +59,19 @@ void NextDeviceTest::clickOnADeviceThatIsPulled()
     VirtualMice::add("q1", "1k");
     Program program;
     QTRY_COMPARE(program.entryCount(), 3);
-    const QString receiver = VirtualMice::receiverOf("q1");
-    int clicked = 0;
-    for (int index = 0; index < program.entryCount(); ++index) {
-        if (ChooserDevices()[index].Path == VirtualMice::device(receiver)["path"].toString())
-            clicked = index;
-    }
+    const QString picture = program.pictureOf("q1");
+    const QString receiver = ChooserDevices()[picture.mid(3).toInt()].Path.section('/', -1);
     QVERIFY(QTest::qWaitForWindowExposed(program.window())); // nobody clicks what isn't on the screen yet
     bool isOpening = false;
-    const WhenPainted watch(program.find("UpArrow"), [&] {
+    WhenPainted watch;
+    watch.action = [&] {
         isOpening = DeviceEntered && !DeviceWindowOpen;
         VirtualMice::tell({"unplug", receiver});
-    });
+    };
+    program.find("UpArrow")->installEventFilter(&watch);
     if (!isPainting)
         VirtualMice::tell({"unplug", receiver});
-    program.click(QStringLiteral("btn%1").arg(clicked));
+    program.click(picture);
     QCOMPARE(isOpening, isPainting);
     QTRY_COMPARE(program.entryCount(), 2);
     QTRY_VERIFY(!program.isDeviceWindowShown() && !program.isPromptShown());
@@ -102,15 +85,12 @@ void NextDeviceTest::aRereadIsNotTheNextMouses()
     QVERIFY(program.connectMouse("q1"));
     RereadPending = true;
     ReconnectRequested = true;
-    program.click("UpArrow");
-    QTRY_VERIFY(!program.isDeviceWindowShown());
+    QVERIFY(program.goBack());
     QSignalSpy waits(postMsg(), &PostMsg::SigUpDataParam);
     QVERIFY(program.connectMouse("q2"));
     QCOMPARE(VirtualMice::device("q2")["curve"].toInt(), 21);
     QCOMPARE(waits.count(), 1);
     QCOMPARE(waits.first().first().toInt(), 0);
-    QTRY_COMPARE(QFileInfo(UserFolders::path(UserFolders::Folder::DeviceInfo) + '/' + LoadFileName().get()).size(),
-                 10432); // the first connect of a model makes its cache
 }
 
 /** The next mouse has been woken and has yet to tell what it holds; the program still has what the last one held. */
@@ -120,8 +100,7 @@ void NextDeviceTest::choicesAreNotTheNextMouses()
     QVERIFY(program.connectMouse("q1"));
     QTRY_VERIFY(program.find("ProjectChoose")->isEnabled());
     program.click("BackKey");
-    program.click("UpArrow");
-    QTRY_VERIFY(!program.isDeviceWindowShown());
+    QVERIFY(program.goBack());
     FlashDataMap wanted = VirtualMice::record("q2");
     wanted.KeyFunctions[4] = {6, 4, 2};
     VirtualMice::flash("q2", wanted);
@@ -171,8 +150,7 @@ void NextDeviceTest::goingBackEndsEverything()
         });
         program.click(picture);
         QTest::qWait(moment);
-        program.click("UpArrow");
-        QTRY_VERIFY(!program.isDeviceWindowShown());
+        QVERIFY(program.goBack());
         VirtualMice::tell({"wake", "q1"});
         QTest::qWait(30); // a report that was being shown when the link ended may still finish
         QSignalSpy reports(postMsg(), &PostMsg::SigBattery);

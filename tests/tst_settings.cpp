@@ -1,6 +1,7 @@
 #include "maintenance/CompanyPage.h"
 #include "maintenance/FormSetting.h"
 #include "productdata/UserSettings.h"
+#include "support/Child.h"
 #include "support/ConnectedMouse.h"
 #include "support/Files.h"
 #include "support/TestHome.h"
@@ -11,13 +12,8 @@
 #include <QDesktopServices>
 #include <QLabel>
 #include <QProcess>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTextEdit>
-
-#include <thread>
 
 /** The settings page before a virtual receiver, which tells what a change did. */
 class SettingsTest : public QObject
@@ -35,23 +31,18 @@ private Q_SLOTS:
     }
     void sections();
     void receiverSettings();
-    void versionSteps();
-    void language();
-    void companyPage();
+    void languageAndMakersPage();
     void startWithTheSystem();
 
 private:
-    template<typename Widget>
-    Widget *find(const QString &name) const
+    template<typename Widget = QWidget>
+    Widget *find(const char *name) const
     {
-        auto *widget = page->findChild<Widget *>(name);
-        if (!widget)
-            qFatal("no %s", qPrintable(name));
-        return widget;
+        return childOf<Widget>(page.get(), name);
     }
-    bool isShown(const char *name) const { return find<QWidget>(name)->isVisibleTo(page.get()); }
+    bool isShown(const char *name) const { return find(name)->isVisibleTo(page.get()); }
     bool isChecked(const char *name) const { return find<QAbstractButton>(name)->isChecked(); }
-    void click(const char *name) { QTest::mouseClick(find<QWidget>(name), Qt::LeftButton); }
+    void click(const char *name) { clickChild(page.get(), name); }
     static QJsonObject receiver() { return VirtualMice::device("q1-4k"); }
     static int lightMode() { return receiver()["light"].toObject()["mode"].toInt(); }
     /** Connects the mouse and waits for what follows its record. */
@@ -94,17 +85,28 @@ void SettingsTest::sections()
         for (const char *name : {"TitleButton_7", "label_14", "ReUntil", "ReUntil_2", "ReUntil_3", "textEdit_4"})
             QCOMPARE(isShown(name), light);
         QCOMPARE(isChecked("ReUntil"), light);
-        QCOMPARE(find<QLabel>("label_5")->text().isEmpty(), isCorded);
+        const auto versions = [this] {
+            return find<QLabel>("label_5")->text() + '/' + find<QLabel>("label_7")->text();
+        };
+        const QString ofBoth = versions();
+        QVERIFY(!ofBoth.endsWith('/') && ofBoth.startsWith('/') == isCorded);
+        page->SetVer(6);
+        QCOMPARE(versions(), QString("/"));
+        page->SetVer(5);
+        QCOMPARE(versions(), ofBoth);
+        SelectInfo().update([](DeviceAllInfo &info) { info.Online = false; });
+        page->SetVer(0);
+        QCOMPARE(versions(), ofBoth.section('/', 0, 0) + '/');
         for (const char *name : {"Receive", "Mouse", "pushButton_4", "NewLabel", "label_12", "label_13"})
             QVERIFY(!isShown(name));
-        const int above = find<QWidget>("label")->y();
+        const int above = find("label")->y();
         find<QScrollArea>("scrollArea")->verticalScrollBar()->setValue(1000);
-        QCOMPARE(find<QWidget>("label")->y(), above + (light ? 150 : 0)); // of a page no longer than it has to be
+        QCOMPARE(find("label")->y(), above + (light ? 150 : 0)); // of a page no longer than it has to be
 
         // Without a device both go, and the page is the short one again.
-        std::thread([] { postMsg()->postBlocking(&PostMsg::SigFormReset); }).detach();
-        QTRY_VERIFY(!isShown("checkBox_2"));
-        QVERIFY(!isShown("ReUntil") && find<QScrollArea>("scrollArea")->widget()->height() == 630);
+        ConnectedMouse::runOnThread([] { postMsg()->postBlocking(&PostMsg::SigFormReset); });
+        QVERIFY(!isShown("checkBox_2") && !isShown("ReUntil"));
+        QCOMPARE(find<QScrollArea>("scrollArea")->widget()->height(), 630);
         cleanup();
     }
 }
@@ -114,7 +116,7 @@ void SettingsTest::receiverSettings()
 {
     connectMouse();
     for (const char *text : {"textEdit_2", "textEdit_4", "textEdit"}) // counts as the control beside it
-        QTest::mouseClick(find<QTextEdit>(text)->viewport(), Qt::LeftButton);
+        QTest::mouseClick(find<QAbstractScrollArea>(text)->viewport(), Qt::LeftButton);
     QVERIFY(lightMode() == 3 && receiver()["longRange"].toBool());
     connectMouse();
     QVERIFY(isChecked("ReUntil_3") && isChecked("checkBox_2"));
@@ -149,30 +151,13 @@ void SettingsTest::receiverSettings()
 
     // Receivers tell only what is on, so nothing of the one before may stay.
     page->SlotLongRangeMode(true);
-    VirtualMice::tell({"remove", "q2"});
-    VirtualMice::add("q2", "4k");
     connectMouse(1);
     QVERIFY(isShown("checkBox_2") && !isChecked("checkBox_2") && !isShown("ReUntil"));
 }
 
-void SettingsTest::versionSteps()
-{
-    connectMouse();
-    const auto shown = [this] { return find<QLabel>("label_5")->text() + '/' + find<QLabel>("label_7")->text(); };
-    const QString versions = shown();
-    page->SetVer(6);
-    QCOMPARE(shown(), QString("/"));
-    page->SetVer(5);
-    QCOMPARE(shown(), versions);
-    SelectInfo().update([](DeviceAllInfo &info) { info.Online = false; });
-    page->SetVer(0);
-    QCOMPARE(shown(), versions.section('/', 0, 0) + '/');
-}
-
 /** The maker's page is that of the language. */
-void SettingsTest::language()
+void SettingsTest::languageAndMakersPage()
 {
-    connectMouse();
     QDesktopServices::setUrlHandler("https", this, "takeUrl");
     const QSignalSpy others(postMsg(), &PostMsg::SigLanguageSameA);
     for (const auto &[language, address] :
@@ -186,11 +171,8 @@ void SettingsTest::language()
         QCOMPARE(opened, QString(address));
     }
     QDesktopServices::unsetUrlHandler("https");
-}
 
-/** What the file says for the language counts more than what it says for all; only web addresses are opened. */
-void SettingsTest::companyPage()
-{
+    // What the file says for the language counts more than what it says for all; only web addresses are opened.
     const QByteArray web = "<Profile><Web><CompanyWeben> https://b.example </CompanyWeben></Web>%</Profile>";
     const QByteArray own = "<English><CompanyWeben>http://a.example</CompanyWeben></English>";
     QStringList read;
@@ -216,7 +198,7 @@ void SettingsTest::startWithTheSystem()
         return QFile::exists(entry) == on && isChecked("checkBox") == on &&
                UserSettings::instance()->read("AutoStart", "Enable") == (on ? "1" : "0");
     };
-    QTest::mouseClick(find<QLabel>("label_10"), Qt::LeftButton);
+    click("label_10"); // counts as the box
     QVERIFY(is(true));
     QCOMPARE(QProcess::execute("desktop-file-validate", {entry}), 0);
     QVERIFY(FormSetting().findChild<QCheckBox *>("checkBox")->isChecked());

@@ -271,7 +271,6 @@ void WidgetsTest::comboBoxCentresItsText()
     }
 }
 
-/** What it tells is whether the press is the second one. Other mouse buttons do nothing. */
 /** A sheet comes when its widget shows, or by itself in the end; one that is there stays. */
 void WidgetsTest::lateSheets()
 {
@@ -311,6 +310,7 @@ void WidgetsTest::picturesOfDevicesAreScaledSmoothly()
     QVERIFY(isSmooth);
 }
 
+/** What it tells is whether the press is the second one. Other mouse buttons do nothing. */
 void WidgetsTest::toolButtonActsAtThePress()
 {
     MyToolButton button;

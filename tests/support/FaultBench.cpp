@@ -1,22 +1,17 @@
 #include "support/FaultBench.h"
 
-#include "app/ChooserList.h"
 #include "devicelink/Dispatcher.h"
 #include "devicelink/Worker.h"
 #include "devicelink/WorkingRecord.h"
 #include "support/Screen.h"
-#include "ui/Prompt.h"
 
 #include <QDeadlineTimer>
-
-#include <algorithm>
 
 FaultBench::FaultBench(const std::function<void()> &prepare)
 {
     VirtualMice::restoreScene();
     if (prepare)
         prepare();
-    Program::forgetDevice();
     shown = std::make_unique<Program>();
     beat.restart();
 }
@@ -40,28 +35,10 @@ FlashDataMap FaultBench::held()
 
 bool FaultBench::openQ1()
 {
-    const auto isListed = [this] {
-        const QList<DeviceAllInfo> &devices = ChooserDevices();
-        return shown->entryCount() == devices.size() &&
-               std::any_of(devices.begin(), devices.end(),
-                           [](const DeviceAllInfo &each) { return each.DeviceKind == 1; });
-    };
-    if (!waitFor(isListed))
-        return false;
-    shown->click(shown->pictureOf("q1"));
-    return true;
-}
-
-void FaultBench::dismiss(const QString &className)
-{
-    if (Prompt *const prompt = Program::prompt(className))
-        QTest::keyClick(prompt, Qt::Key_Escape);
-}
-
-bool FaultBench::goBack()
-{
-    shown->click("UpArrow");
-    return waitFor([this] { return !shown->isDeviceWindowShown(); });
+    const QString picture = shown->pictureOf("q1");
+    if (!picture.isEmpty())
+        shown->click(picture);
+    return !picture.isEmpty();
 }
 
 QString FaultBench::unsettled(bool isCorded)
@@ -81,13 +58,8 @@ QString FaultBench::unsettled(bool isCorded)
 QString FaultBench::settle(int milliseconds)
 {
     QString left;
-    const bool isSettled = waitFor(
-        [&] {
-            left = unsettled();
-            return left.isEmpty();
-        },
-        milliseconds);
-    return isSettled ? QString() : left;
+    waitFor([&] { return (left = unsettled()).isEmpty(); }, milliseconds);
+    return left;
 }
 
 QString FaultBench::settleInTime()
@@ -125,6 +97,6 @@ void FaultBench::measureHealthyTurn()
     }
     Heartbeat::setHealthyTurn(beat.longest());
     qInfo("longest turn without a fault: %lld ms, allowed with one: %lld ms", beat.longest(), beat.allowed());
-    goBack();
+    shown->goBack();
     beat.restart();
 }

@@ -38,10 +38,6 @@ public:
 
     /** Clicks the picture of the Q1 on the chooser; false if it doesn't come up. */
     bool openQ1();
-    /** Closes the prompt of this class that shows, if any, as a user would. */
-    void dismiss(const QString &className);
-    /** Goes back to the chooser. */
-    bool goBack();
 
     /**
      * Waits until no prompt is up, nothing is under way, and both pages show what the mouse holds.

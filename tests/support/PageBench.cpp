@@ -14,8 +14,6 @@ void PageBench::init()
     connectModel(0);
 }
 
-void PageBench::cleanup() { ConnectedMouse::forget(); }
-
 void PageBench::connectModel(int model)
 {
     id = model == 0 ? "q1" : "q2";
@@ -39,10 +37,6 @@ void PageBench::show(const FlashDataMap &record)
         postMsg()->postBlocking(&PostMsg::SigUpDataLightLight, record);
     });
 }
-
-bool PageBench::isWritten() const { return ConnectedMouse::isWritten(id); }
-
-FlashDataMap PageBench::working() { return WorkingRecord::instance().copy(); }
 
 FlashDataMap PageBench::someRecord() const
 {

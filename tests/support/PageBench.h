@@ -25,7 +25,7 @@ class PageBench : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void init();
-    void cleanup();
+    void cleanup() { ConnectedMouse::forget(); }
 
 protected:
     static constexpr const char *sensorPage = "SenSorPage";
@@ -53,8 +53,8 @@ protected:
     FlashDataMap held() const { return VirtualMice::record(id); }
     QJsonObject mouse() const { return VirtualMice::device(id); }
     /** True once the mouse holds exactly what the program believes that it holds. */
-    bool isWritten() const;
-    static FlashDataMap working();
+    bool isWritten() const { return ConnectedMouse::isWritten(id); }
+    static FlashDataMap working() { return WorkingRecord::instance().copy(); }
 
     const QString page;              ///< object name
     std::unique_ptr<QWidget> window; ///< one for all tests of a class, as the program keeps its pages for all devices

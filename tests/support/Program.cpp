@@ -107,20 +107,21 @@ bool Program::connectEntry(int index)
 QString Program::pictureOf(const QString &mouse) const
 {
     const int kind = mouse == QLatin1String("q1") ? 1 : 2;
-    int found = -1;
+    int found = 0;
     const bool isFound = QTest::qWaitFor([&] {
         const QList<DeviceAllInfo> &devices = ChooserDevices();
-        const auto device = std::find_if(devices.begin(), devices.end(),
-                                         [kind](const DeviceAllInfo &each) { return each.DeviceKind == kind; });
-        found = static_cast<int>(device - devices.begin());
+        for (found = 0; found < devices.size() && devices[found].DeviceKind != kind;)
+            ++found;
         return found < devices.size() && entryCount() == devices.size();
     });
-    if (!isFound)
-        qFatal("the chooser does not show %s", qPrintable(mouse));
-    return QStringLiteral("btn%1").arg(found);
+    return isFound ? QStringLiteral("btn%1").arg(found) : QString();
 }
 
-bool Program::connectMouse(const QString &mouse) { return connectEntry(pictureOf(mouse).mid(3).toInt()); }
+bool Program::connectMouse(const QString &mouse)
+{
+    const QString picture = pictureOf(mouse);
+    return !picture.isEmpty() && connectEntry(picture.mid(3).toInt());
+}
 
 bool Program::goBack() const
 {
@@ -143,6 +144,12 @@ void Program::clickIn(const QString &promptClass, const QString &button)
 {
     if (Prompt *const shown = prompt(promptClass))
         QTest::mouseClick(shown->findChild<QToolButton *>(button), Qt::LeftButton);
+}
+
+void Program::dismiss(const QString &promptClass)
+{
+    if (Prompt *const shown = prompt(promptClass))
+        QTest::keyClick(shown, Qt::Key_Escape);
 }
 
 QString Program::englishText(const char *section, const QString &element)

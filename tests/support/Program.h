@@ -53,7 +53,7 @@ public:
     bool isConnected() const;
     /** Opens the device of a picture and waits until all pages hold its record and the wait prompt has gone. */
     bool connectEntry(int index);
-    /** Name of the picture of the first device of this mouse's model, "q1" or "q2", once the chooser shows it. */
+    /** Name of the picture of the first device of this mouse's model, "q1" or "q2"; empty if it doesn't come up. */
     QString pictureOf(const QString &mouse) const;
     /** connectEntry() for the picture of that mouse, once the chooser shows it. */
     bool connectMouse(const QString &mouse);
@@ -68,19 +68,21 @@ public:
     static bool isPromptShown(const QString &className = QString()) { return prompt(className) != nullptr; }
     /** Clicks a button of the prompt of this class, if it shows still. */
     static void clickIn(const QString &promptClass, const QString &button);
+    /** Leaves the prompt of this class by Escape, if it shows still. */
+    static void dismiss(const QString &promptClass);
     /** Does something each time a prompt of this class has come up, some milliseconds after it. */
     void whenShown(const QString &className, std::function<void()> action);
 
     /** What the English file says in an element of a section. */
     static QString englishText(const char *section, const QString &element);
 
-    /** Process-wide state as at the start of the process; for the next Program of the same test. */
-    static void forgetDevice();
-
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
+    /** Process-wide state as at the start of the process; for the next Program of the same test. */
+    static void forgetDevice();
+
     DialogMain *top = nullptr;
     QStringList prompts;
     std::map<QString, std::function<void()>> actions;

@@ -1,6 +1,7 @@
 #include "support/Screen.h"
 
 #include "productdata/UserSettings.h"
+#include "support/Child.h"
 #include "support/SensorModel.h"
 #include "support/SensorWidgets.h"
 
@@ -40,28 +41,24 @@ public:
     explicit Comparison(const QWidget *shownPage) : page(shownPage) {}
 
     template<typename Widget>
-    const Widget *find(const QByteArray &name) const
+    const Widget *find(const QString &name) const
     {
-        const auto *widget = page->findChild<Widget *>(QString(QLatin1String(name)));
-        if (!widget)
-            qFatal("there is no %s", name.constData());
-        return widget;
+        return childOf<Widget>(page, name);
     }
-    void compare(const QByteArray &what, int shown, int held)
+    void compare(const QString &what, int shown, int held)
     {
         if (shown != held)
-            differences
-                << QStringLiteral("%1 shows %2, the mouse holds %3").arg(QLatin1String(what)).arg(shown).arg(held);
+            differences << QStringLiteral("%1 shows %2, the mouse holds %3").arg(what).arg(shown).arg(held);
     }
     void choice(const char *name, int held) { compare(name, find<QComboBox>(name)->currentIndex(), held); }
     void slider(const char *name, int held) { compare(name, find<QAbstractSlider>(name)->value(), held); }
     void number(const char *name, int held) { compare(name, find<QSpinBox>(name)->value(), held); }
-    void button(const QByteArray &name, bool held) { compare(name, find<QAbstractButton>(name)->isChecked(), held); }
-    void colour(const QByteArray &name, int red, int green, int blue)
+    void button(const QString &name, bool held) { compare(name, find<QAbstractButton>(name)->isChecked(), held); }
+    void colour(const QString &name, int red, int green, int blue)
     {
         const QString colour = QStringLiteral("rgb(%1,%2,%3)").arg(red).arg(green).arg(blue);
         if (!find<QWidget>(name)->styleSheet().contains(colour))
-            differences << QStringLiteral("%1 isn't %2").arg(QLatin1String(name), colour);
+            differences << QStringLiteral("%1 isn't %2").arg(name, colour);
     }
 
     QStringList differences;
@@ -75,7 +72,7 @@ void compareLevels(Comparison &sensor, const FlashDataMap &held)
     sensor.choice("ChooseEvent", held.DpiLevelCount - 1);
     const auto *const marker = sensor.find<QWidget>("label_8");
     for (int index = 0; index < 8; ++index) {
-        const QByteArray name = cards[static_cast<std::size_t>(index)];
+        const QString name = cards[static_cast<std::size_t>(index)];
         const auto *const card = sensor.find<QAbstractButton>(name);
         sensor.compare(name + " offered", !card->isHidden(), index < held.DpiLevelCount);
         if (index >= held.DpiLevelCount)
@@ -169,9 +166,9 @@ QStringList buttonDifferences(const QWidget *page, const FlashDataMap &held)
         {{"FireKey", 0}, {"RightKey", 1}, {"BackKey", 2}, {"StartPause", 4}, {"TopMusic", 3}, {"BackMusic", 5}}};
     for (const auto &[row, slot] : rows) {
         const QString shown = buttons.find<QAbstractButton>(row)->text();
-        if (shown != functionText(held, slot))
-            buttons.differences
-                << QStringLiteral("%1 says %2, the mouse has %3").arg(row, shown, functionText(held, slot));
+        const QString wanted = functionText(held, slot);
+        if (shown != wanted)
+            buttons.differences << QStringLiteral("%1 says %2, the mouse has %3").arg(row, shown, wanted);
     }
     return buttons.differences;
 }

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QDebug>
 #include <QFontMetrics>
 #include <QLabel>
 #include <QShowEvent>
@@ -18,12 +19,9 @@ constexpr int tolerance = 1;
 
 QString complaint(const QWidget *widget, const QString &text, QSize needed, QSize given)
 {
-    return QStringLiteral("%1.%2 \"%3\" needs %4 x %5, has %6 x %7")
-        .arg(widget->parentWidget() ? widget->parentWidget()->objectName() : QString(), widget->objectName(), text)
-        .arg(needed.width())
-        .arg(needed.height())
-        .arg(given.width())
-        .arg(given.height());
+    QString said;
+    QDebug(&said) << widget->parentWidget() << widget->objectName() << text << "needs" << needed << "has" << given;
+    return said;
 }
 
 void measure(QStringList &complaints, const QWidget *widget, const QString &text, QSize given, int flags)

@@ -61,15 +61,10 @@ void VirtualMice::flash(const QString &id, const FlashDataMap &record)
     tell({"flash", id, QString::fromLatin1(bytesOf(record).toBase64())});
 }
 
-QList<QJsonObject> VirtualMice::press(const QString &id, int slot, int milliseconds)
-{
-    return play(id, {QStringLiteral("%1:0-%2").arg(slot).arg(milliseconds)});
-}
-
-QList<QJsonObject> VirtualMice::play(const QString &id, const QStringList &presses)
+QList<QJsonObject> VirtualMice::press(const QString &id, int slot)
 {
     QList<QJsonObject> events;
-    const QList<QByteArray> lines = tell(QStringList{"play", id} + presses).split('\n');
+    const QList<QByteArray> lines = tell({"press", id, QString::number(slot)}).split('\n');
     for (const QByteArray &line : lines) {
         if (!line.isEmpty())
             events << QJsonDocument::fromJson(line).object();

@@ -26,10 +26,8 @@ QString receiverOf(const QString &mouse);
 FlashDataMap record(const QString &id);
 /** Another program puts this into the mouse's flash, whatever it says. */
 void flash(const QString &id, const FlashDataMap &record);
-/** What the mouse sends when a button is held for so long of its own time; objects as `portwirectl press` prints. */
-QList<QJsonObject> press(const QString &id, int slot, int milliseconds = 50);
-/** The same for several, each as "SLOT:DOWN-UP". */
-QList<QJsonObject> play(const QString &id, const QStringList &presses);
+/** What the mouse sends when a button is held for 50 ms of its own time; objects as `portwirectl press` prints. */
+QList<QJsonObject> press(const QString &id, int slot);
 /** Adds a device and gives its id. */
 QString add(const QString &model, const QString &link);
 /** The default scene, both mice awake with factory settings, each device as slow as a real one; whatever came before.
