@@ -261,7 +261,8 @@ void Macro::SlotMacroDownLoadData(QString name, int slot)
     MacroSlot image = MacroImage::make(name, rows);
     if (rows.isEmpty())
         image.EventCount = 0;
-    SetMacro(slot, WorkingRecord::instance().copy().KeyFunctions[slot], image);
+    if (!SetMacro(slot, WorkingRecord::instance().copy().KeyFunctions[slot], image))
+        isRefused = true;
 }
 
 /**
