@@ -267,8 +267,8 @@ void Macro::SlotMacroDownLoadData(QString name, int slot)
 
 /**
  * What the mouse holds goes to the file, and a macro that is new here to the list. The rows on show, and which macro is
- * selected, are left alone while they hold edits that aren't saved, and where nothing came that this PC didn't have; a
- * record comes at every wake of the mouse. Otherwise nothing is selected afterwards.
+ * selected, are left alone while they hold edits that aren't saved or not yet told, and where nothing came that this PC
+ * didn't have; a record comes at every wake of the mouse. Otherwise nothing is selected afterwards.
  */
 void Macro::SlotButtonToMacro(FlashDataMap record, int slot)
 {
@@ -286,7 +286,8 @@ void Macro::SlotButtonToMacro(FlashDataMap record, int slot)
         addRow(name, current >= 0 ? current + 1 : form.listWidgetHong->count());
     }
     const bool isNews = !isListed || result != MacroImage::ReadBack::Unchanged;
-    if (isNews && !form.Save->isEnabled() && !isRecordingShown)
+    const bool isBeingTold = saved && saved->name == shown;
+    if (isNews && !form.Save->isEnabled() && !isBeingTold && !isRecordingShown)
         showNothing();
     if (!isListed)
         postMsg()->post(&PostMsg::SigAddMacroButton);

@@ -505,6 +505,10 @@ void MacroPageTest::savedRowsReachTheMouse()
     older.MacroSlots[2] = MacroImage::make("m", MacroText::rows("Z+"));
     QCOMPARE(save("B+", [&] { postMsg()->post(&PostMsg::SigButtonToMacro, older, 2); }), "B+");
     QCOMPARE(inFile("m").section(' ', 0, 0), "B+");
+    older.MacroSlots[3] = MacroImage::make("news", MacroText::rows("Z+")); // of another macro, in the same record
+    QCOMPARE(save("I+", [&] { postMsg()->post(&PostMsg::SigButtonToMacro, older, 3); }), "I+");
+    QVERIFY(MacroFile::exists("news") && macros()->currentRow() >= 0);
+    QCOMPARE(save("B+", [] {}), "B+");
     QCOMPARE(save("C+", [this] { given("other", "D+"); }), "B+");
     QCOMPARE(save("E+", [] { postMsg()->post(&PostMsg::SigSetMacroPage); }), "B+");
     answerName("renamed");
