@@ -25,6 +25,7 @@ struct Device
 {
     std::deque<Report> arriving;
     std::deque<std::pair<Report, std::uint8_t>> answers; ///< and their Control bits
+    std::uint8_t sequence = 0;                           ///< of the last request
 };
 
 /** An endpoint whose device has said all that it will ever say. */
@@ -37,6 +38,7 @@ public:
     {
         const auto asked = decodeFrame(request);
         require(asked.has_value(), "a request is a whole report");
+        device.sequence = asked->sequence;
         for (; !device.answers.empty(); device.answers.pop_front()) {
             auto &[report, control] = device.answers.front();
             auto answer = FirmwarePacket::parse(report);
@@ -100,13 +102,15 @@ void Listener::arrived(const Frame &frame)
     require(std::all_of(flags.begin(), flags.end(), [](std::uint8_t flag) { return flag <= 1; }), "flags are flags");
 }
 
-void request(Reception &reception, FuzzInput &input)
+void request(const Device &device, Reception &reception, FuzzInput &input)
 {
     const Request question{static_cast<ReportCode>(input.byte()), input.word(), input.byte(), input.bytes()};
     const auto answer = reception.ask(question, std::chrono::milliseconds(0));
     if (!answer)
         return;
-    require(answer->code == question.code && answer->selector == question.selector, "an answer is one to its request");
+    require(answer->code == question.code && answer->selector == question.selector &&
+                answer->sequence == device.sequence,
+            "an answer is one to its request");
     require(answer->flags != static_cast<std::uint8_t>(AnswerStatus::Done) ||
                 answer->payload.size() >= leastAnswer(question),
             "a good answer is long enough");
@@ -134,7 +138,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         else
             device.arriving.push_back(report);
         if (control & ask)
-            request(reception, input);
+            request(device, reception, input);
     }
     reception.run();
     require(reception.isGone() && listener->timesGone == 1, "the device has gone");
