@@ -507,10 +507,8 @@ void MacroPageTest::savedRowsReachTheMouse()
     QCOMPARE(inFile("m").section(' ', 0, 0), "B+");
     older.MacroSlots[3] = MacroImage::make("news", MacroText::rows("Z+")); // of another macro, in the same record
     QCOMPARE(save("I+", [&] { postMsg()->post(&PostMsg::SigButtonToMacro, older, 3); }), "I+");
-    QVERIFY(MacroFile::exists("news") && macros()->currentRow() >= 0);
-    QCOMPARE(save("B+", [] {}), "B+");
-    QCOMPARE(save("C+", [this] { given("other", "D+"); }), "B+");
-    QCOMPARE(save("E+", [] { postMsg()->post(&PostMsg::SigSetMacroPage); }), "B+");
+    QCOMPARE(save("C+", [this] { given("other", "D+"); }), "I+");
+    QCOMPARE(save("E+", [] { postMsg()->post(&PostMsg::SigSetMacroPage); }), "I+");
     answerName("renamed");
     QCOMPARE(save("F+", [this] { answers.isEmpty() ? void() : page->RenameMacro(); }), "F+");
     QCOMPARE(MacroImage::name(VirtualMice::record("q1").MacroSlots[2]), "renamed");
@@ -526,8 +524,7 @@ void MacroPageTest::savedRowsReachTheMouse()
     QVERIFY(inFile("renamed").startsWith("F+") && isSaveable());
     VirtualMice::tell({"wake", "q1"});
     ConnectedMouse::untilAnswered([this] { click("Save"); });
-    QCOMPARE(MacroText::of(MacroImage::rows(ConnectedMouse::settled("q1").MacroSlots[2])).section(' ', 0, 0), "G+");
-    QVERIFY(inFile("renamed").startsWith("G+") && !isSaveable());
+    QVERIFY(MacroText::of(MacroImage::rows(ConnectedMouse::settled("q1").MacroSlots[2])).startsWith("G+"));
     ConnectedMouse::forget();
 }
 

@@ -128,7 +128,6 @@ void NextDeviceTest::recordingEndsWithTheDevice()
     program.click("MacroButton");
     program.find<QListWidget>("listWidgetHong")->setCurrentRow(0);
     program.click("StartRecord");
-    QVERIFY(MacroRecording && !program.find("MacroButton")->isEnabled());
     VirtualMice::tell({"unplug", "q1-4k"});
     QTRY_VERIFY(!program.isDeviceWindowShown());
     QVERIFY(!MacroRecording && program.find("MacroButton")->isEnabled());
