@@ -169,8 +169,6 @@ void ConnectTest::duplicatesAreToldOnce()
 
 void ConnectTest::connectShowsWhatTheMouseHolds()
 {
-    const auto cutAgain = qScopeGuard([] { Wait::setScale(shortWaits); });
-    Wait::setScale(0.1); // the first connect of the process, and a busy machine: not to be taken for a silent mouse
     VirtualMice::tell({"battery", "q2", "15", "charging"});
     Program program;
     QVERIFY(program.connectMouse("q2"));
