@@ -250,6 +250,7 @@ void PairingTest::spaceAfterAList()
     QTRY_VERIFY(!DeviceEntered);
     QVERIFY(program->connectEntry(1));
     program->click("FormSetting");
+    program->window()->activateWindow(); // as a real click does
     QTRY_VERIFY(program->window()->isActiveWindow());
     whenOpen([] {});
     QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Space);
