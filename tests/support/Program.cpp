@@ -5,6 +5,7 @@
 #include "app/Selection.h"
 #include "app/TextSetup.h"
 #include "app/hub/Wait.h"
+#include "devicelink/Worker.h"
 #include "productdata/LanguageFile.h"
 #include "productdata/UserFolders.h"
 #include "ui/Prompt.h"
@@ -97,7 +98,12 @@ bool Program::isDeviceWindowShown() const
     return top->findChild<QStackedWidget *>(QStringLiteral("stackedWidget"))->currentIndex() == 1;
 }
 
-bool Program::isConnected() const { return isDeviceWindowShown() && LinkUp && !isPromptShown(); }
+bool Program::isConnected() const
+{
+    // On a busy machine the record may be late, and behind the prompt that tells so the next connect begins.
+    const bool isUnderWay = OfflineWaiting || ReconnectRequested || isConnecting();
+    return isDeviceWindowShown() && LinkUp && !isPromptShown() && !isUnderWay;
+}
 
 bool Program::connectEntry(int index)
 {
@@ -110,7 +116,13 @@ bool Program::connectEntry(int index)
         Wait::setScale(std::max(cut, 0.1));
     prompts.clear();
     click(QStringLiteral("btn%1").arg(index));
-    return QTest::qWaitFor([this] { return isConnected() && prompts.contains("UpDataParam"); }, 10000);
+    const auto isDone = [this] { return isConnected() && prompts.contains("UpDataParam"); };
+    const auto isDoneForGood = [&isDone] {
+        if (isDone())
+            QCoreApplication::processEvents(); // the wait for another connect may be next
+        return isDone();
+    };
+    return QTest::qWaitFor(isDoneForGood, 10000);
 }
 
 QString Program::pictureOf(const QString &mouse) const
