@@ -91,11 +91,8 @@ void Buttoninterface::connectHub()
     connect(hub, &PostMsg::SigDeleteMacroButton, this, &Buttoninterface::SlotDeleteMacroButton);
     connect(hub, &PostMsg::SigUpDataMacro, this, &Buttoninterface::SlotUpDataMacro);
     connect(hub, &PostMsg::SigMacroRename, this, &Buttoninterface::SlotMacroRename);
-    // What was chosen, and the profile, are the left mouse's and not the next one's.
-    connect(hub, &PostMsg::SigSecondPageChange, this, [this] {
-        leaveRow();
-        SlotUpDataConfigUI(0, 0, false);
-    });
+    // What was chosen is the left mouse's and not the next one's.
+    connect(hub, &PostMsg::SigSecondPageChange, this, &Buttoninterface::leaveRow);
 }
 
 // Records ------------------------------------------------------------------------------------------------------------
