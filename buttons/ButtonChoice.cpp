@@ -205,13 +205,15 @@ void Buttoninterface::on_DPI_8_clicked()
             openMenuAt(row);
         return;
     }
+    if (row < 0) { // left meanwhile, by its device or a record
+        menu.close();
+        return;
+    }
     menu.showList(List::Idle);
     menu.uncheckSmall();
-    if (row >= 0) {
-        KeySequence sequence{};
-        KeySequences::KeyCombinationToSequence(dialog.keyText(), sequence);
-        rows.assignSequence(row, sequence, dialog.keyText());
-    }
+    KeySequence sequence{};
+    KeySequences::KeyCombinationToSequence(dialog.keyText(), sequence);
+    rows.assignSequence(row, sequence, dialog.keyText());
     // Unlike after the other choices the list stays: a combination is often tried more than once.
     menu.showEntries();
     menu.setRowBar(closedRowBar);
