@@ -18,18 +18,6 @@ QString modelValue(const char *key) { return ConfigStore::instance()->value(sele
 
 std::uint8_t byteOf(int value) { return static_cast<std::uint8_t>(value); }
 
-/**
- * Of what is assigned to a mouse that has yet to tell its record, only the bytes that differ from those of the mouse
- * before would reach it, and mix with its own. One that sleeps is said to; one that just woke tells it in a moment.
- */
-bool mayAssign()
-{
-    if (isRecordOfSelected())
-        return true;
-    TestDeviceOnline();
-    return false;
-}
-
 } // namespace
 
 void ButtonRows::show(const FlashDataMap &record)
@@ -90,7 +78,7 @@ bool ButtonRows::hasMacro(int row, const QString &macro) const
 
 bool ButtonRows::assign(int row, const KeyFunction &function, const QString &text)
 {
-    if (!mayAssign() || !SetKeyFunction(slotOf(row), function.KeyType, function.KeyParam1, function.KeyParam2))
+    if (!SetKeyFunction(slotOf(row), function.KeyType, function.KeyParam1, function.KeyParam2))
         return false;
     remember(row, function, text);
     return true;
@@ -98,7 +86,7 @@ bool ButtonRows::assign(int row, const KeyFunction &function, const QString &tex
 
 bool ButtonRows::assignSequence(int row, const KeySequence &sequence, const QString &text)
 {
-    if (!mayAssign() || !SetKeySequence(slotOf(row), KeySequences::sequenceFunction, sequence))
+    if (!SetKeySequence(slotOf(row), KeySequences::sequenceFunction, sequence))
         return false;
     sequences[std::size_t(slotOf(row))] = sequence;
     remember(row, KeySequences::sequenceFunction, text);
@@ -107,7 +95,7 @@ bool ButtonRows::assignSequence(int row, const KeySequence &sequence, const QStr
 
 bool ButtonRows::assignMacro(int row, const KeyFunction &function, const MacroSlot &image, const QString &macro)
 {
-    if (!mayAssign() || !SetMacro(slotOf(row), function, image))
+    if (!SetMacro(slotOf(row), function, image))
         return false;
     remember(row, function, MacroPrefix + macro);
     return true;

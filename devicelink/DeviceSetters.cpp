@@ -36,6 +36,19 @@ bool inRange(const char *what, int index, int count)
 bool isLevel(int level) { return inRange("DPI level", level, 8); }
 bool isSlot(int slot) { return inRange("button slot", slot, 16); }
 
+/**
+ * A slot is set only once the mouse has told its record: what goes over the record of the mouse before is sent as far
+ * as it differs from that, and would mix with what this one has there. It tells it in a moment, when it is awake.
+ */
+template<typename Change>
+bool changeSlot(int slot, Change change)
+{
+    if (!isSlot(slot) || !TestDeviceOnline() || !isRecordOfSelected())
+        return false;
+    WorkingRecord::instance().updateAndSend(change);
+    return true;
+}
+
 } // namespace
 
 bool TestDeviceOnline()
@@ -125,23 +138,21 @@ bool SetLightBrightness(std::uint8_t value) { return changeByte(&FlashDataMap::L
 
 bool SetKeyFunction(int slot, std::uint8_t type, std::uint8_t param1, std::uint8_t param2)
 {
-    return isSlot(slot) && changeDevice([=](FlashDataMap &record) {
-               record.KeyFunctions[slot] = {type, param1, param2};
-           });
+    return changeSlot(slot, [=](FlashDataMap &record) { record.KeyFunctions[slot] = {type, param1, param2}; });
 }
 
 bool SetKeySequence(int slot, const KeyFunction &function, const KeySequence &sequence)
 {
-    return isSlot(slot) && changeDevice([&](FlashDataMap &record) {
-               record.KeyFunctions[slot] = function;
-               record.KeySequences[slot] = sequence;
-           });
+    return changeSlot(slot, [&](FlashDataMap &record) {
+        record.KeyFunctions[slot] = function;
+        record.KeySequences[slot] = sequence;
+    });
 }
 
 bool SetMacro(int slot, const KeyFunction &function, const MacroSlot &macro)
 {
-    return isSlot(slot) && changeDevice([&](FlashDataMap &record) {
-               record.KeyFunctions[slot] = function;
-               record.MacroSlots[slot] = macro;
-           });
+    return changeSlot(slot, [&](FlashDataMap &record) {
+        record.KeyFunctions[slot] = function;
+        record.MacroSlots[slot] = macro;
+    });
 }

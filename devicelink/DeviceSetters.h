@@ -7,7 +7,8 @@
  * working record and hands the record to the library, which sends what changed. Call them on the GUI thread only.
  *
  * All return true if the change was sent. With the mouse offline they leave the record alone, open the offline prompt
- * unless a page is applying a record, and return false. Names are those of the fields; ranges stand at the fields.
+ * unless a page is applying a record, and return false. Those of a button's slot do nothing and return false, too,
+ * until the mouse has told its record. Names are those of the fields; ranges stand at the fields.
  */
 
 /** The test of every setter without a write, the offline prompt included. */

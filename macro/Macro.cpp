@@ -3,7 +3,6 @@
 #include "app/hub/PostMsg.h"
 #include "devicelink/DeviceFlags.h"
 #include "devicelink/DeviceSetters.h"
-#include "devicelink/SelectedDevice.h"
 #include "devicelink/WorkingRecord.h"
 #include "macro/MacroFile.h"
 #include "macro/MacroImage.h"
@@ -252,11 +251,6 @@ void Macro::SlotMacroDownLoadData(QString name, int slot)
         return; // the user has left the device meanwhile
     if (name != shown || shown.isEmpty() || !DeviceWritesEnabled || slot < 0 || slot >= macroSlotCount)
         return;
-    if (!isRecordOfSelected()) {
-        isRefused = true; // not by a mouse that is awake, but as an assignment: the record is that of the mouse before
-        TestDeviceOnline();
-        return;
-    }
     const MacroRows rows = saved && saved->name == name ? saved->rows : rowList->rows();
     MacroSlot image = MacroImage::make(name, rows);
     if (rows.isEmpty())
